@@ -1,0 +1,69 @@
+// TCP connections, and socket addresses as byte records.
+//
+// The record, whatever the host's own sockaddr looks like:
+//   byte 0 length, byte 1 family (2 = IPv4, 30 = IPv6), bytes 2-3 port (big-endian), then
+//   IPv4: bytes 4-7 address, bytes 8-15 zero          (16 bytes)
+//   IPv6: bytes 4-7 flow, bytes 8-23 address, bytes 24-27 scope in host order   (28 bytes)
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "platform/Data.h"
+#include "platform/Text.h"
+
+namespace platform {
+
+inline constexpr int kAddressFamilyIPv4 = 2;
+inline constexpr int kAddressFamilyIPv6 = 30;
+
+inline constexpr int kProtocolFamilyInet = 2;
+inline constexpr int kSocketTypeStream = 1;
+inline constexpr int kProtocolTcp = 6;
+
+class StreamSocket {
+ public:
+  enum CallbackType : unsigned long {
+    kDataCallback = 3,     // `data` is a const Data*: the bytes; length 0, once, at the end
+    kConnectCallback = 4,  // `data` is null, or a const int*: the error of a failed connect
+    kWriteCallback = 8,    // `data` is null
+  };
+
+  // Called from the run loop, one type at a time.
+  using Callout = void (*)(StreamSocket* socket, unsigned long type, const Data& address,
+                           const void* data, void* info);
+
+  // Closes the connection; nothing is called back afterwards.
+  virtual ~StreamSocket() = default;
+
+  // Starts a connection and returns at once: 0, or an error when it cannot even be started (a null
+  // or foreign address, no socket). The end is told once by kConnectCallback, failed or not.
+  virtual int connectInBackground(const Data& address) = 0;
+
+  // kWriteCallback fires once per enabling, when the connection takes bytes.
+  virtual void enableCallbacks(unsigned long types) = 0;
+
+  // Blocks until all bytes are handed to the host: 0, or an error, also when `timeoutSeconds` pass
+  // before that. The bytes are not copied.
+  virtual int send(std::span<const std::uint8_t> bytes, double timeoutSeconds) = 0;
+};
+
+class Network {
+ public:
+  virtual ~Network() = default;
+
+  // Never null: a socket that could not be made fails in connectInBackground() and send().
+  // `callbackTypes` is a sum of callback types, all enabled from the start.
+  virtual std::unique_ptr<StreamSocket> createStreamSocket(int protocolFamily, int type,
+                                                           int protocol,
+                                                           unsigned long callbackTypes,
+                                                           StreamSocket::Callout callout,
+                                                           void* info) = 0;
+
+  // Dotted or colon form of a bare address (4 or 16 bytes); null when the family is neither, or the
+  // bytes are too few.
+  virtual Text numericAddress(int family, std::span<const std::uint8_t> address) = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,49 @@
+// The surfaces that the program stands on. main() installs the real ones before anything else; a
+// test installs its own for a scope. Nothing here is owned.
+#pragma once
+
+namespace platform {
+
+class Bundle;
+class Events;
+class Files;
+class LocalizedStrings;
+class Network;
+class RunLoop;
+class ServiceDiscovery;
+class StatusTable;
+class SystemLog;
+class Toolkit;
+class UsbRegistry;
+
+// A null member is a surface that the running code must not reach.
+struct Platform {
+  StatusTable* statuses = nullptr;
+  SystemLog* systemLog = nullptr;
+  Bundle* bundle = nullptr;
+  LocalizedStrings* strings = nullptr;
+  Files* files = nullptr;
+  RunLoop* runLoop = nullptr;
+  Events* events = nullptr;
+  Network* network = nullptr;
+  ServiceDiscovery* services = nullptr;
+  UsbRegistry* usb = nullptr;
+  Toolkit* toolkit = nullptr;
+};
+
+// The installed platform; all members null when none is.
+const Platform& current() noexcept;
+
+// Installs a platform for its own lifetime and brings back the one before.
+class PlatformScope {
+ public:
+  explicit PlatformScope(const Platform& installed) noexcept;
+  ~PlatformScope();
+  PlatformScope(const PlatformScope&) = delete;
+  PlatformScope& operator=(const PlatformScope&) = delete;
+
+ private:
+  Platform mPrevious;
+};
+
+}  // namespace platform

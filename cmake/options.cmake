@@ -1,0 +1,14 @@
+option(FWUPDATE_TESTS "Build the tests and benchmarks" ON)
+option(FWUPDATE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+# Every target of the project links fw_options, directly or through another.
+add_library(fw_options INTERFACE)
+target_compile_options(fw_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+  -Werror)
+
+if(FWUPDATE_SANITIZE)
+  target_compile_options(fw_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(fw_options INTERFACE -fsanitize=address,undefined)
+endif()
