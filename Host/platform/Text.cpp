@@ -153,6 +153,16 @@ std::u16string Text::utf16() const {
   return units;
 }
 
+std::wstring Text::wide() const {
+  std::wstring characters;
+  for (std::string_view rest = utf8(); !rest.empty();) {
+    const Decoded next = *decode(rest);
+    characters.push_back(static_cast<wchar_t>(next.character));
+    rest.remove_prefix(next.bytes);
+  }
+  return characters;
+}
+
 std::int32_t Text::intValue() const noexcept {
   std::string_view rest = utf8();
   rest.remove_prefix(std::min(rest.find_first_not_of(" \t\n\v\f\r"), rest.size()));

@@ -44,6 +44,9 @@ class Text {
 
   std::u16string utf16() const;
 
+  // One code point per element; empty for a null text.
+  std::wstring wide() const;
+
   // Leading white space, an optional sign, then decimal digits up to the first other character. No
   // digits, or a null text, give 0; a value outside 32 bits gives the nearest limit.
   std::int32_t intValue() const noexcept;

@@ -1,0 +1,152 @@
+#include "FirmwareLoader.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
+
+#include "Branding.h"
+#include "ErrorMessage.h"
+#include "Log.h"
+#include "PlatformIdBlock.h"
+#include "StrUtils.h"
+#include "platform/Bundle.h"
+#include "platform/Files.h"
+#include "platform/Platform.h"
+#include "platform/Text.h"
+
+namespace {
+
+using std::filesystem::path;
+
+void logError(const char* message) { Log<3>() << message << std::flush; }
+
+void logError(const char* message, platform::OSStatus status) {
+  Log<3>() << buildErrorMessage(message, status) << std::flush;
+}
+
+std::optional<path> findResources() {
+  const platform::Bundle* const bundle = platform::current().bundle;
+  if (bundle == nullptr || !bundle->exists()) {
+    logError("Could not find application bundle.");
+    return std::nullopt;
+  }
+  const std::optional<path> resources = bundle->resourcesDirectory();
+  if (!resources) logError("Bundle resources URL is null.");
+  return resources;
+}
+
+// The file's name; empty, after logging why, when there is none for this printer.
+std::wstring chooseFileName(const std::wstring& deviceId) {
+  std::wstring model;
+  std::wstring lic;
+  StrUtils::GetIEEE1284KeyValue(deviceId, L"MDL", model);
+  StrUtils::GetIEEE1284KeyValue(deviceId, L"LIC", lic);
+  if (model.empty()) {
+    logError("No printer model found; cannot match a firmware file without a model.");
+    return std::wstring();
+  }
+  const std::wstring& fileName = Branding::getMatchingFirmwareFile(model, lic);
+  if (fileName.empty()) logError("Could not find a firmware file to download.");
+  return fileName;
+}
+
+// Finds the file `name` in `resources` and its size; false after logging why not.
+bool findFile(const path& resources, const std::wstring& name, path& file, std::uint32_t& size) {
+  platform::Files& files = *platform::current().files;
+  const std::u16string fileName = platform::Text::fromWide(name).utf16();
+  if (const auto status = files.makeReference(resources, fileName, file)) {
+    logError("Failed to make file system reference for firmware file.", status);
+    return false;
+  }
+  std::uint64_t dataSize = 0;
+  if (const auto status = files.dataSize(file, dataSize)) {
+    logError("Failed to get file info.", status);
+    return false;
+  }
+  if (dataSize == 0) {
+    logError("Firmware file is empty.");
+    return false;
+  }
+  // A printer takes the length of an image in 32 bits.
+  size = static_cast<std::uint32_t>(dataSize);
+  return true;
+}
+
+// Fills `image` from the start of the file; false after logging why not.
+bool readFile(const path& file, std::span<char> image) {
+  platform::Files& files = *platform::current().files;
+  if (const auto status = files.checkDataFork(file)) {
+    logError("Could not get data fork.", status);
+    return false;
+  }
+  std::unique_ptr<platform::OpenFile> opened;
+  if (const auto status = files.open(file, opened)) {
+    logError("Could not open data fork.", status);
+    return false;
+  }
+  std::size_t actual = 0;
+  const platform::OSStatus status = opened->read(image, actual);
+  opened.reset();
+  if (status == platform::noErr && actual == image.size()) return true;
+  logError("File read failed.", status);
+  Log<3>() << std::dec << "Read " << actual << " of " << image.size() << " bytes" << std::flush;
+  return false;
+}
+
+// The version that the image records about itself; 0, after logging why, when it is malformed.
+unsigned int extractVersionFromImage(std::span<const char> image) {
+  const PlatformIdBlock block(image);
+  if (block.version() != PlatformIdBlock::kExpectedVersion) {
+    Log<3>() << std::dec << "Invalid platform ID version: got " << block.version() << ", expected "
+             << PlatformIdBlock::kExpectedVersion << std::flush;
+    return 0;
+  }
+  if (block.fieldCount() != PlatformIdBlock::kExpectedFields) {
+    Log<3>() << std::dec << "Invalid number of platform ID fields: got " << block.fieldCount()
+             << ", expected " << PlatformIdBlock::kExpectedFields << std::flush;
+    return 0;
+  }
+  const platform::Text version = block.firmwareVersion();
+  Log<5>() << "Firmware version in file: " << version << std::flush;
+  return static_cast<unsigned int>(version.intValue());
+}
+
+}  // namespace
+
+bool getFirmware(const std::wstring& deviceId, std::vector<char>& image,
+                 unsigned int& fileVersion) {
+  static constexpr char kNoReference[] =
+      "Failed to get file system reference from URL or load the firmware file.";
+  const std::optional<path> resources = findResources();
+  if (!resources) return false;
+  if (platform::current().files->checkDirectory(*resources) != platform::noErr) {
+    logError(kNoReference);
+    return false;
+  }
+  const std::wstring fileName = chooseFileName(deviceId);
+  if (fileName.empty()) {
+    logError(kNoReference);
+    return false;
+  }
+  path file;
+  std::uint32_t size = 0;
+  if (!findFile(*resources, fileName, file, size)) return false;
+  image.resize(size);
+  if (!readFile(file, image)) {
+    image.clear();
+    return false;
+  }
+  fileVersion = extractVersionFromImage(image);
+  return true;
+}
+
+unsigned int extractVersionFromIeee1284Id(const std::wstring& deviceId) {
+  std::wstring value;
+  if (!StrUtils::GetIEEE1284KeyValue(deviceId, L"FWVER", value)) return 0;
+  const platform::Text version = platform::Text::fromWide(value);
+  Log<5>() << "Firmware version in IEEE 1284 string: " << version << std::flush;
+  return static_cast<unsigned int>(version.intValue());
+}

@@ -1,0 +1,15 @@
+// Chooses the firmware file for a printer by its IEEE 1284 device ID, reads it from the program's
+// resources into memory, and tells the firmware versions of the file and of the printer. Used by
+// the firmware write task; keeps no state.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// True when the file was chosen and read whole: `image` then holds all its bytes and `fileVersion`
+// its version, 0 when its platform ID block is malformed. False after logging the reason:
+// `fileVersion` is unchanged, `image` too or emptied.
+bool getFirmware(const std::wstring& deviceId, std::vector<char>& image, unsigned int& fileVersion);
+
+// The version that the printer reports in FWVER; 0 when the field is absent.
+unsigned int extractVersionFromIeee1284Id(const std::wstring& deviceId);
