@@ -1,0 +1,193 @@
+#include "VirtualDesktop.h"
+
+#include <X11/XKBlib.h>
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <atspi/atspi.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+#include "savePicture.h"
+
+namespace desktop {
+namespace {
+
+using namespace std::chrono_literals;
+
+// Sockets are made in here, whose paths must be short.
+std::filesystem::path makeRuntimeDirectory() {
+  std::string path = (std::filesystem::temp_directory_path() / "desktop-XXXXXX").string();
+  if (!mkdtemp(path.data())) throw std::runtime_error("cannot make a directory for the session");
+  return path;
+}
+
+std::string firstLine(const std::string& text) { return text.substr(0, text.find('\n')); }
+
+KeySym modifierKey(std::string_view name) {
+  if (name == "ctrl") return XK_Control_L;
+  if (name == "alt") return XK_Alt_L;
+  if (name == "shift") return XK_Shift_L;
+  throw std::runtime_error("no such modifier: " + std::string(name));
+}
+
+// The top-level window whose title is `title`, also below a window manager's frame.
+std::optional<Window> findWindow(Display* display, Window parent, std::string_view title) {
+  XTextProperty text{};
+  const Atom netWmName = XInternAtom(display, "_NET_WM_NAME", False);
+  if (XGetTextProperty(display, parent, &text, netWmName) && text.value) {
+    const bool found = reinterpret_cast<const char*>(text.value) == title;
+    XFree(text.value);
+    if (found) return parent;
+  }
+  Window root = 0;
+  Window up = 0;
+  Window* children = nullptr;
+  unsigned count = 0;
+  if (!XQueryTree(display, parent, &root, &up, &children, &count)) return std::nullopt;
+  const std::vector<Window> list(children, children + count);
+  if (children) XFree(children);
+  for (const Window child : list) {
+    if (const auto found = findWindow(display, child, title)) return found;
+  }
+  return std::nullopt;
+}
+
+// Windows come and go while they are looked at; an error about one that is gone is no failure.
+int ignoreError(Display*, XErrorEvent*) { return 0; }
+
+}  // namespace
+
+VirtualDesktop::VirtualDesktop(const std::filesystem::path& directory, int width, int height)
+    : mDirectory(directory), mRuntimeDirectory(makeRuntimeDirectory()) {
+  XSetErrorHandler(ignoreError);
+  startServer(width, height);
+  startBuses();
+  mWindowManager = std::make_unique<ChildProcess>(std::vector<std::string>{"openbox"},
+                                                  mDirectory / "openbox.log", mEnvironment);
+  const Atom managed = XInternAtom(mDisplay, "_NET_SUPPORTING_WM_CHECK", False);
+  const bool ready = waitUntil(
+      [&] {
+        Atom type = 0;
+        int format = 0;
+        unsigned long items = 0;
+        unsigned long rest = 0;
+        unsigned char* value = nullptr;
+        XGetWindowProperty(mDisplay, DefaultRootWindow(mDisplay), managed, 0, 1, False,
+                           AnyPropertyType, &type, &format, &items, &rest, &value);
+        if (value) XFree(value);
+        return type != 0;
+      },
+      20s);
+  if (!ready) throw std::runtime_error("the window manager does not start");
+  atspi_init();
+}
+
+VirtualDesktop::~VirtualDesktop() {
+  atspi_exit();
+  if (mDisplay) XCloseDisplay(mDisplay);
+  mWindowManager.reset();
+  mSessionBus.reset();
+  mServer.reset();
+  std::error_code ignored;
+  std::filesystem::remove_all(mRuntimeDirectory, ignored);
+}
+
+void VirtualDesktop::startServer(int width, int height) {
+  const std::string size = std::to_string(width) + "x" + std::to_string(height) + "x24";
+  // Standard output carries the number of the display that the server chose.
+  mServer = std::make_unique<ChildProcess>(
+      std::vector<std::string>{
+          "sh", "-c",
+          "exec Xvfb -displayfd 1 -screen 0 " + size + " -nolisten tcp -noreset -dpi 96 2>\"$0\"",
+          (mDirectory / "xvfb.log").string()},
+      mDirectory / "display");
+  if (!mServer->waitForOutput("\n", 20s)) throw std::runtime_error("the X server does not start");
+  const std::string display = ":" + firstLine(mServer->output());
+  mEnvironment = {{"DISPLAY", display},
+                  {"WAYLAND_DISPLAY", ""},
+                  {"QT_QPA_PLATFORM", "xcb"},
+                  {"QT_ACCESSIBILITY", "1"},
+                  {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"},
+                  {"XDG_RUNTIME_DIR", mRuntimeDirectory.string()}};
+  for (const auto& [name, value] : mEnvironment) setenv(name.c_str(), value.c_str(), 1);
+  unsetenv("WAYLAND_DISPLAY");
+  mDisplay = XOpenDisplay(display.c_str());
+  if (!mDisplay) throw std::runtime_error("the X server does not answer");
+}
+
+void VirtualDesktop::startBuses() {
+  mSessionBus = std::make_unique<ChildProcess>(
+      std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                               "--print-address"},
+      mDirectory / "session-bus", mEnvironment);
+  if (!mSessionBus->waitForOutput("\n", 20s)) {
+    throw std::runtime_error("the session bus does not start");
+  }
+  const std::string address = firstLine(mSessionBus->output());
+  mEnvironment.emplace_back("DBUS_SESSION_BUS_ADDRESS", address);
+  setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+}
+
+void VirtualDesktop::click(int x, int y, int times) {
+  XTestFakeMotionEvent(mDisplay, -1, x, y, CurrentTime);
+  for (int i = 0; i < times; ++i) {
+    XTestFakeButtonEvent(mDisplay, 1, True, CurrentTime);
+    XTestFakeButtonEvent(mDisplay, 1, False, CurrentTime);
+  }
+  XSync(mDisplay, False);
+}
+
+void VirtualDesktop::press(std::string_view keys) {
+  std::vector<KeySym> held;
+  for (auto plus = keys.find('+'); plus != std::string_view::npos; plus = keys.find('+')) {
+    held.push_back(modifierKey(keys.substr(0, plus)));
+    keys.remove_prefix(plus + 1);
+  }
+  const KeySym key = XStringToKeysym(std::string(keys).c_str());
+  if (key == NoSymbol) throw std::runtime_error("no such key: " + std::string(keys));
+  held.push_back(key);
+
+  const auto send = [&](KeySym symbol, bool down) {
+    XTestFakeKeyEvent(mDisplay, XKeysymToKeycode(mDisplay, symbol), down, CurrentTime);
+  };
+  for (const KeySym symbol : held) send(symbol, true);
+  std::reverse(held.begin(), held.end());
+  for (const KeySym symbol : held) send(symbol, false);
+  XSync(mDisplay, False);
+}
+
+bool VirtualDesktop::closeWindow(std::string_view title) {
+  const auto window = findWindow(mDisplay, DefaultRootWindow(mDisplay), title);
+  if (!window) return false;
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = *window;
+  event.xclient.message_type = XInternAtom(mDisplay, "WM_PROTOCOLS", False);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = static_cast<long>(XInternAtom(mDisplay, "WM_DELETE_WINDOW", False));
+  event.xclient.data.l[1] = CurrentTime;
+  XSendEvent(mDisplay, *window, False, NoEventMask, &event);
+  XSync(mDisplay, False);
+  return true;
+}
+
+void VirtualDesktop::screenshot(const std::filesystem::path& file) const {
+  const Window root = DefaultRootWindow(mDisplay);
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(mDisplay, root, &attributes);
+  XImage* image = XGetImage(mDisplay, root, 0, 0, static_cast<unsigned>(attributes.width),
+                            static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
+  if (!image) throw std::runtime_error("the screen cannot be read");
+  const bool saved =
+      savePicture(image->data, image->width, image->height, image->bytes_per_line, file);
+  XDestroyImage(image);
+  if (!saved) throw std::runtime_error("cannot write " + file.string());
+}
+
+}  // namespace desktop

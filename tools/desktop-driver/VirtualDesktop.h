@@ -1,0 +1,54 @@
+// A desktop of its own for one program under the eyes of a test: an X server without a screen, a
+// window manager, a session bus and the assistive-technology bus. Input goes in as clicks and keys
+// of the X server; what is on the screen comes out as accessible objects (Node.h) and as pictures.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "ChildProcess.h"
+
+struct _XDisplay;
+
+namespace desktop {
+
+class VirtualDesktop {
+ public:
+  // Log files go to `directory`, which must exist. Also sets the environment of this program, so
+  // there can be one desktop for each program only. Throws std::runtime_error.
+  VirtualDesktop(const std::filesystem::path& directory, int width = 1280, int height = 800);
+  ~VirtualDesktop();
+
+  VirtualDesktop(const VirtualDesktop&) = delete;
+  VirtualDesktop& operator=(const VirtualDesktop&) = delete;
+
+  // What a program needs to appear on this desktop.
+  const ChildProcess::Environment& environment() const { return mEnvironment; }
+
+  void click(int x, int y, int times = 1);
+
+  // A key by its X name ("Return", "Escape", "a"), with modifiers before it: "ctrl+q", "alt+d".
+  void press(std::string_view keys);
+
+  // Asks a window to close, as its frame's close button does. False when no window has that title.
+  bool closeWindow(std::string_view title);
+
+  // Writes the whole screen as a PNG file.
+  void screenshot(const std::filesystem::path& file) const;
+
+ private:
+  void startServer(int width, int height);
+  void startBuses();
+
+  std::filesystem::path mDirectory;
+  std::filesystem::path mRuntimeDirectory;
+  ChildProcess::Environment mEnvironment;
+  std::unique_ptr<ChildProcess> mServer;
+  std::unique_ptr<ChildProcess> mSessionBus;
+  std::unique_ptr<ChildProcess> mWindowManager;
+  _XDisplay* mDisplay = nullptr;
+};
+
+}  // namespace desktop
