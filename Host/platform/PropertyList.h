@@ -14,9 +14,10 @@ namespace platform {
 
 struct PropertyDictionary;
 
+// A signed number of its own type's width: an unsigned 0xFFFF of two bytes is -1.
 struct PropertyNumber {
   std::int64_t value = 0;
-  std::size_t width = 4;  // bytes of the number's own type: 2, 4 or 8
+  std::size_t width = 4;  // bytes: 2, 4 or 8
 
   bool operator==(const PropertyNumber&) const = default;
 };

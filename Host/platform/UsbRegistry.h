@@ -3,6 +3,12 @@
 // Three things apart: registry entries (what is attached, with names and properties; reference
 // counted, readable without any right on the device), the device object and the interface object
 // (I/O handles). Completions and notifications come from the run loop, never from inside a call.
+//
+// An entry stands for one attachment: a device that is unplugged and plugged in again is a new
+// entry. An entry whose device is gone stays usable while it is referenced: its properties can be
+// read; plug-ins, I/O objects, iterators over its interfaces and notifications can be made for it
+// (and its end is then notified); only what needs the device itself fails, with kIOReturnNoDevice.
+// Its number is not used again before its last reference is released.
 #pragma once
 
 #include <cstddef>
@@ -43,6 +49,8 @@ inline constexpr IOReturn kIOReturnNotResponding = ioReturn(0xe00002ed);
 inline constexpr IOReturn kIOReturnNotFound = ioReturn(0xe00002f0);
 inline constexpr IOReturn kIOUSBPipeStalled = ioReturn(0xe000404f);
 inline constexpr IOReturn kIOUSBTransactionTimeout = ioReturn(0xe0004051);
+inline constexpr IOReturn kIOUSBNoAsyncPortErr = ioReturn(0xe000405f);
+inline constexpr IOReturn kIOUSBUnknownPipeErr = ioReturn(0xe0004061);
 
 // Registry entries, iterators over them and notification objects: one counted reference each.
 // 0 is none.
@@ -51,7 +59,8 @@ using io_service_t = io_object_t;
 using io_registry_entry_t = io_object_t;
 using io_iterator_t = io_object_t;
 
-// What a wanted device looks like: the class "IOUSBDevice" and number properties.
+// What a wanted device looks like: the class "IOUSBDevice" and number properties. A number of two
+// bytes matches by its 16 bits, whatever their sign.
 struct MatchingDictionary {
   Text className;
   PropertyDictionary properties;
@@ -70,7 +79,7 @@ struct UsbPipeProperties {
   std::uint8_t direction = 0;  // 0 out, 1 in, anything else neither
   std::uint8_t number = 0;
   std::uint8_t transferType = 0;
-  std::uint16_t maxPacketSize = 0;
+  std::uint16_t maxPacketSize = 0;  // bytes
   std::uint8_t interval = 0;
 };
 
@@ -86,7 +95,7 @@ class UsbEventSource {
 
 // Destroying an object releases it: transfers in flight are cancelled and reaped first, and their
 // callbacks are not called. `pipe` counts from 1 in descriptor order, whatever the endpoint
-// address.
+// address; an operation on a pipe that the interface does not have gives kIOUSBUnknownPipeErr.
 class UsbInterfaceObject {
  public:
   virtual ~UsbInterfaceObject() = default;
@@ -98,8 +107,9 @@ class UsbInterfaceObject {
   virtual IOReturn createAsyncEventSource(UsbEventSource*& source) = 0;
   virtual IOReturn clearPipeStallBothEnds(std::uint8_t pipe) = 0;
 
-  // One transfer each. `buffer` must stay valid until the callback or close(). Time-outs in
-  // milliseconds, 0 for none.
+  // One transfer each; kIOUSBNoAsyncPortErr before there is an event source. The callback comes
+  // exactly once, unless close() or destruction comes first; `buffer` must stay valid until then,
+  // and never gets more than `size` bytes. Time-outs in milliseconds, 0 for none.
   virtual IOReturn readPipeAsyncTO(std::uint8_t pipe, void* buffer, std::uint32_t size,
                                    std::uint32_t noDataTimeout, std::uint32_t completionTimeout,
                                    IOAsyncCallback callback, void* refCon) = 0;
@@ -129,7 +139,8 @@ class UsbPlugIn {
   virtual IOReturn queryInterface(std::unique_ptr<UsbInterfaceObject>& interface) = 0;
 };
 
-// Brings notifications to a run loop; destroying it ends them.
+// Brings notifications to a run loop; destroying it ends them. The notification objects stay their
+// holders', to be released before or after the port.
 class UsbNotificationPort {
  public:
   virtual ~UsbNotificationPort() = default;
@@ -155,6 +166,7 @@ class UsbRegistry {
   virtual void release(io_object_t object) = 0;
   virtual io_object_t iteratorNext(io_iterator_t iterator) = 0;  // a reference, or 0
 
+  // At most 127 bytes.
   virtual IOReturn entryName(io_registry_entry_t entry, std::string& name) = 0;
   virtual std::optional<PropertyValue> property(io_registry_entry_t entry, const char* key) = 0;
   virtual IOReturn properties(io_registry_entry_t entry, PropertyDictionary& dictionary) = 0;
@@ -164,6 +176,7 @@ class UsbRegistry {
   virtual IOReturn matchingServices(const MatchingDictionary& matching,
                                     io_iterator_t& iterator) = 0;
 
+  // Never null. On a host without USB its notifications simply never come.
   virtual std::unique_ptr<UsbNotificationPort> createNotificationPort() = 0;
   virtual IOReturn addMatchingNotification(UsbNotificationPort& port, const char* type,
                                            const MatchingDictionary& matching,
