@@ -1,0 +1,17 @@
+// The strings that describe a USB device, read from the registry. Reading them takes no right on
+// the device.
+#pragma once
+
+#include <string>
+
+#include "platform/UsbRegistry.h"
+
+enum UsbStringId : int {
+  UsbProductName = 0,
+  UsbVendorName = 1,
+  UsbSerialNumber = 2,
+};
+
+// Empty when the entry has no such string, or when the string takes 256 bytes or more with its
+// terminating zero.
+std::string getUsbString(platform::io_service_t service, UsbStringId id);
