@@ -45,7 +45,8 @@ class StreamSocket {
   virtual void enableCallbacks(unsigned long types) = 0;
 
   // Blocks until all bytes are handed to the host: 0, or an error, also when `timeoutSeconds` pass
-  // before that. The bytes are not copied.
+  // before that. The bytes are not copied. A send that runs out of time ends the connection: none
+  // of the rest is sent later, and nothing is called back.
   virtual int send(std::span<const std::uint8_t> bytes, double timeoutSeconds) = 0;
 };
 

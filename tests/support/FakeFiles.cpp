@@ -42,7 +42,12 @@ OSStatus FakeFiles::checkDirectory(const path& directory) {
 }
 
 OSStatus FakeFiles::makeReference(const path& directory, const std::u16string& name, path& file) {
-  const path entry = directory / name;
+  path entry;
+  try {
+    entry = directory / name;
+  } catch (const std::filesystem::filesystem_error&) {
+    return EILSEQ;
+  }
   if (const OSStatus status = record(Operation::MakeReference, "makeReference " + entry.string()))
     return status;
   const bool isOneName = !name.empty() && name != u"." && name != u".." &&

@@ -1,0 +1,44 @@
+#include "platform/posix/PosixBundle.h"
+
+#include <system_error>
+#include <utility>
+
+namespace platform {
+namespace {
+
+using std::filesystem::path;
+
+class PosixBundle : public Bundle {
+ public:
+  explicit PosixBundle(path executable) : mExecutable(std::move(executable)) {}
+
+  bool exists() const override { return mExecutable.parent_path().filename() == "bin"; }
+
+  std::optional<path> resourcesDirectory() const override {
+    std::error_code ignored;
+    const path share = mExecutable.parent_path().parent_path() / "share";
+    if (!exists() || !std::filesystem::is_directory(share, ignored)) return std::nullopt;
+    return share / "fwupdate";
+  }
+
+  Text executableName() const override {
+    if (!mExecutable.has_filename()) return Text();
+    return Text::fromUtf8(mExecutable.filename().native());
+  }
+
+ private:
+  const path mExecutable;
+};
+
+}  // namespace
+
+std::unique_ptr<Bundle> makePosixBundle() {
+  std::error_code ignored;
+  return makePosixBundle(std::filesystem::read_symlink("/proc/self/exe", ignored));
+}
+
+std::unique_ptr<Bundle> makePosixBundle(path executable) {
+  return std::make_unique<PosixBundle>(std::move(executable));
+}
+
+}  // namespace platform

@@ -1,0 +1,96 @@
+#include "platform/posix/PosixFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "platform/posix/FileDescriptor.h"
+
+namespace platform {
+namespace {
+
+using std::filesystem::path;
+
+OSStatus statusOf(int result) { return result < 0 ? errno : noErr; }
+
+bool isOneName(const std::u16string& name) {
+  return !name.empty() && name != u"." && name != u".." &&
+         name.find(u'/') == std::u16string::npos && name.find(u'\0') == std::u16string::npos;
+}
+
+class PosixOpenFile : public OpenFile {
+ public:
+  explicit PosixOpenFile(FileDescriptor descriptor) : mDescriptor(std::move(descriptor)) {}
+
+  OSStatus read(std::span<char> destination, std::size_t& actual) override {
+    actual = 0;
+    while (actual < destination.size()) {
+      const std::span<char> rest = destination.subspan(actual);
+      const ssize_t count =
+          ::pread(mDescriptor.get(), rest.data(), rest.size(), static_cast<off_t>(actual));
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) return errno;
+      if (count == 0) break;
+      actual += static_cast<std::size_t>(count);
+    }
+    return noErr;
+  }
+
+ private:
+  const FileDescriptor mDescriptor;
+};
+
+class PosixFiles : public Files {
+ public:
+  OSStatus checkDirectory(const path& directory) override {
+    struct stat info;
+    if (const OSStatus status = statusOf(::stat(directory.c_str(), &info))) return status;
+    return S_ISDIR(info.st_mode) ? noErr : ENOTDIR;
+  }
+
+  OSStatus makeReference(const path& directory, const std::u16string& name, path& file) override {
+    if (!isOneName(name)) return EINVAL;
+    path candidate;
+    try {
+      candidate = directory / name;
+    } catch (const std::filesystem::filesystem_error&) {
+      return EILSEQ;  // a surrogate that stands alone
+    }
+    // A link that leads nowhere is an entry, too.
+    struct stat info;
+    if (const OSStatus status = statusOf(::lstat(candidate.c_str(), &info))) return status;
+    file = candidate;
+    return noErr;
+  }
+
+  OSStatus dataSize(const path& file, std::uint64_t& size) override {
+    struct stat info;
+    if (const OSStatus status = statusOf(::stat(file.c_str(), &info))) return status;
+    size = static_cast<std::uint64_t>(info.st_size);
+    return noErr;
+  }
+
+  OSStatus checkDataFork(const path& file) override {
+    struct stat info;
+    if (const OSStatus status = statusOf(::stat(file.c_str(), &info))) return status;
+    if (S_ISDIR(info.st_mode)) return EISDIR;
+    return S_ISREG(info.st_mode) ? noErr : EINVAL;
+  }
+
+  OSStatus open(const path& file, std::unique_ptr<OpenFile>& opened) override {
+    // A pipe that took the file's place meanwhile must not block the program.
+    FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!descriptor) return errno;
+    opened = std::make_unique<PosixOpenFile>(std::move(descriptor));
+    return noErr;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<Files> makePosixFiles() { return std::make_unique<PosixFiles>(); }
+
+}  // namespace platform
