@@ -1,0 +1,192 @@
+#include "platform/qt/QtEvents.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "platform/qt/QtEventLoop.h"
+#include "platform/qt/TerminationSignals.h"
+
+namespace platform {
+namespace {
+
+class PostedEvent final : public QEvent {
+ public:
+  static QEvent::Type type() {
+    static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
+    return registered;
+  }
+
+  explicit PostedEvent(std::unique_ptr<Event> event) : QEvent(type()), mEvent(std::move(event)) {}
+
+  const Event& event() const { return *mEvent; }
+
+ private:
+  std::unique_ptr<Event> mEvent;
+};
+
+QEvent::Type openApplicationType() {
+  static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
+  return registered;
+}
+
+class QtEventsOnLoop final : public QtEvents, private QObject {
+ public:
+  explicit QtEventsOnLoop(QtEventLoop& loop) : mLoop(loop), mSignals([this] { quitForSession(); }) {
+    QCoreApplication::instance()->installEventFilter(this);
+  }
+
+  OSStatus createEvent(FourCharCode eventClass, std::uint32_t kind,
+                       std::unique_ptr<Event>& created) override {
+    created = std::make_unique<Event>(eventClass, kind);
+    return noErr;
+  }
+
+  OSStatus setParameter(Event& target, FourCharCode name, Event::Parameter value) override {
+    target.setParameter(name, value);
+    return noErr;
+  }
+
+  OSStatus postToMainQueue(std::unique_ptr<Event> posted) override {
+    QCoreApplication::postEvent(this, new PostedEvent(std::move(posted)));
+    return noErr;
+  }
+
+  OSStatus installHandler(const EventTarget& target, std::span<const EventSpec> specs,
+                          EventHandler handler, void* userData,
+                          EventHandlerRef& installed) override {
+    installed = ++mLastRef;
+    mHandlers.push_back({installed, target, {specs.begin(), specs.end()}, handler, userData});
+    return noErr;
+  }
+
+  void removeHandler(EventHandlerRef installed) override {
+    std::erase_if(mHandlers, [&](const Installed& each) { return each.ref == installed; });
+  }
+
+  OSStatus installAppleEventHandler(FourCharCode eventClass, FourCharCode eventId,
+                                    AppleEventHandler handler, void* refCon) override {
+    mAppleHandlers[{eventClass, eventId}] = {handler, refCon};
+    return noErr;
+  }
+
+  OSStatus processCommand(const HICommand& command) override;
+
+  void runApplicationEventLoop() override {
+    QCoreApplication::postEvent(this, new QEvent(openApplicationType()));
+    mLoop.run();
+    QCoreApplication::removePostedEvents(this, openApplicationType());
+  }
+
+  void quitApplicationEventLoop() override { mLoop.quit(); }
+
+  OSStatus sendToTarget(const EventTarget& target, const Event& sent) override;
+
+ private:
+  struct Installed {
+    EventHandlerRef ref;
+    EventTarget target;
+    std::vector<EventSpec> specs;
+    EventHandler handler;
+    void* userData;
+  };
+  struct AppleHandler {
+    AppleEventHandler handler;
+    void* refCon;
+  };
+
+  bool event(QEvent* received) override;
+  bool eventFilter(QObject* watched, QEvent* filtered) override;
+  void openApplication();
+  void quitForSession();
+  std::vector<EventHandlerRef> chain(const EventTarget& target, const Event& sent) const;
+
+  QtEventLoop& mLoop;
+  EventHandlerRef mLastRef = 0;
+  std::vector<Installed> mHandlers;  // in the order of their installation
+  std::map<std::pair<FourCharCode, FourCharCode>, AppleHandler> mAppleHandlers;
+  TerminationSignals mSignals;
+};
+
+OSStatus QtEventsOnLoop::processCommand(const HICommand& command) {
+  Event issued("cmds"_4cc, 1);
+  issued.setParameter("----"_4cc, command);
+  const OSStatus answer = sendToTarget(kApplicationTarget, issued);
+  if (answer == eventNotHandledErr && command.commandId == "quit"_4cc) {
+    sendToTarget(kApplicationTarget, Event("appl"_4cc, 3));
+    mLoop.quit();
+  }
+  return answer;
+}
+
+// The handlers for an event, in the order of asking.
+std::vector<EventHandlerRef> QtEventsOnLoop::chain(const EventTarget& target,
+                                                   const Event& sent) const {
+  std::vector<EventHandlerRef> refs;
+  for (auto each = mHandlers.rbegin(); each != mHandlers.rend(); ++each) {
+    const bool wanted = std::ranges::any_of(each->specs, [&](const EventSpec& spec) {
+      return spec.eventClass == sent.eventClass() && spec.kind == sent.kind();
+    });
+    if (wanted && each->target == target) refs.push_back(each->ref);
+  }
+  return refs;
+}
+
+// Handlers may remove themselves or each other meanwhile, so each is looked up when its turn comes.
+OSStatus QtEventsOnLoop::sendToTarget(const EventTarget& target, const Event& sent) {
+  for (const EventHandlerRef ref : chain(target, sent)) {
+    const auto found = std::ranges::find(mHandlers, ref, &Installed::ref);
+    if (found == mHandlers.end()) continue;
+    const EventHandler handler = found->handler;
+    const OSStatus answer = handler(nullptr, sent, found->userData);
+    if (answer != eventNotHandledErr) return answer;
+  }
+  return eventNotHandledErr;
+}
+
+bool QtEventsOnLoop::event(QEvent* received) {
+  if (received->type() == PostedEvent::type()) {
+    const auto& posted = static_cast<const PostedEvent&>(*received).event();
+    mLoop.guard([&] { sendToTarget(kApplicationTarget, posted); });
+    return true;
+  }
+  if (received->type() == openApplicationType()) {
+    mLoop.guard([this] { openApplication(); });
+    return true;
+  }
+  return QObject::event(received);
+}
+
+void QtEventsOnLoop::openApplication() {
+  const auto found = mAppleHandlers.find({"aevt"_4cc, "oapp"_4cc});
+  if (found == mAppleHandlers.end()) return;
+  const Event open("aevt"_4cc, "oapp"_4cc);
+  Event reply("aevt"_4cc, "ansr"_4cc);
+  found->second.handler(open, reply, found->second.refCon);
+}
+
+// Qt's own way of quitting asks each window to close, which a sheet refuses.
+bool QtEventsOnLoop::eventFilter(QObject* watched, QEvent* filtered) {
+  if (filtered->type() != QEvent::Quit) return QObject::eventFilter(watched, filtered);
+  quitForSession();
+  return true;
+}
+
+void QtEventsOnLoop::quitForSession() {
+  HICommand quit;
+  quit.commandId = "quit"_4cc;
+  mLoop.guard([&] { processCommand(quit); });
+  mLoop.quit();
+}
+
+}  // namespace
+
+std::unique_ptr<QtEvents> makeQtEvents(QtEventLoop& loop) {
+  return std::make_unique<QtEventsOnLoop>(loop);
+}
+
+}  // namespace platform
