@@ -1,0 +1,57 @@
+// Stream sockets without a network. A test plays the host: it says when a connection is made, when
+// bytes arrive and when they can be written. Every call is recorded as a line of text, in order:
+// "create 2 1 6 15", "connect", "enable 11", "send 34 within 5", "close".
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/Network.h"
+
+class FakeNetwork : public platform::Network {
+ public:
+  // What the next calls answer; 0 at first.
+  void setConnectResult(int result) { mConnectResult = result; }
+  void setSendResult(int result) { mSendResult = result; }
+
+  const std::vector<std::string>& calls() const { return mCalls; }
+  std::vector<std::string> takeCalls();
+
+  // The address of the last connect, and the bytes of each send that succeeded.
+  const platform::Data& connectedTo() const { return mConnectedTo; }
+  const std::vector<std::vector<std::uint8_t>>& sent() const { return mSent; }
+
+  // Where the bytes of the last send lay.
+  const void* lastSendBuffer() const { return mLastSendBuffer; }
+
+  // The events of the one open socket. A type that is not enabled is not called back: false.
+  // Write-ready is called back once per enabling.
+  bool connectionEnds(const int* error = nullptr);
+  bool becomesWritable();
+  bool arrives(std::vector<std::uint8_t> bytes);
+
+  // Any call, enabled or not.
+  void callBack(unsigned long type, const void* data);
+  void callBackWithoutInfo(unsigned long type);
+
+  bool isOpen() const { return mOpen != nullptr; }
+
+  std::unique_ptr<platform::StreamSocket> createStreamSocket(
+      int protocolFamily, int type, int protocol, unsigned long callbackTypes,
+      platform::StreamSocket::Callout callout, void* info) override;
+  platform::Text numericAddress(int family, std::span<const std::uint8_t> address) override;
+
+ private:
+  class Socket;
+
+  bool callBackIfEnabled(unsigned long bit, unsigned long type, const void* data);
+
+  Socket* mOpen = nullptr;
+  int mConnectResult = 0;
+  int mSendResult = 0;
+  platform::Data mConnectedTo;
+  std::vector<std::vector<std::uint8_t>> mSent;
+  const void* mLastSendBuffer = nullptr;
+  std::vector<std::string> mCalls;
+};
