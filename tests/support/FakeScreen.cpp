@@ -1,0 +1,158 @@
+#include "FakeScreen.h"
+
+#include <algorithm>
+
+#include "platform/Platform.h"
+
+using namespace platform::literals;
+using platform::ControlId;
+using platform::ControlRef;
+using platform::WindowRef;
+
+bool FakeScreen::press(const std::string& window, ControlId button) {
+  const Control* pressed = find(window, button);
+  if (pressed == nullptr || !pressed->enabled || !takesInput(window)) return false;
+  platform::current().events->processCommand({0, pressed->plan.command, 0, 0});
+  return true;
+}
+
+bool FakeScreen::chooseMenuItem(platform::FourCharCode command) {
+  const bool sheetIsUp = std::ranges::any_of(mWindows, [](const auto& entry) {
+    return entry.second.visible && entry.second.parent != WindowRef::None;
+  });
+  if (sheetIsUp || std::ranges::count(mMenuCommands, command) == 0) return false;
+  platform::current().events->processCommand({0, command, 0, 1});
+  return true;
+}
+
+bool FakeScreen::select(const std::string& window, ControlId list, platform::ItemId item) {
+  FakeListControl* found = this->list(window, list);
+  if (found == nullptr || !takesInput(window)) return false;
+  if (item != 0 && !found->contains(item)) return false;
+  found->select(item);
+  return true;
+}
+
+bool FakeScreen::closeWindow(const std::string& window) {
+  if (!takesInput(window)) return false;
+  const WindowRef closed = this->window(window);
+  const platform::Event close("wind"_4cc, 72);
+  if (mSendEvent(closed, close) == platform::eventNotHandledErr) removeWindow(closed);
+  return true;
+}
+
+platform::OSStatus FakeScreen::resize(ControlRef list, platform::FloatRect from,
+                                      platform::FloatRect to) {
+  platform::Event event("cntl"_4cc, 154);
+  event.setParameter("----"_4cc, list);
+  event.setParameter("orct"_4cc, from);
+  event.setParameter("crct"_4cc, to);
+  return mSendEvent(list, event);
+}
+
+bool FakeScreen::exists(const std::string& window) const {
+  return this->window(window) != WindowRef::None;
+}
+
+bool FakeScreen::isVisible(const std::string& window) const {
+  return exists(window) && mWindows.at(this->window(window)).visible;
+}
+
+bool FakeScreen::isBlocked(const std::string& window) const {
+  return exists(window) && isBlocked(this->window(window));
+}
+
+std::optional<std::string> FakeScreen::text(const std::string& window, ControlId control) const {
+  const Control* found = find(window, control);
+  if (found == nullptr || found->text.isNull()) return std::nullopt;
+  return std::string(found->text.utf8());
+}
+
+bool FakeScreen::isEnabled(const std::string& window, ControlId control) const {
+  const Control* found = find(window, control);
+  return found != nullptr && found->enabled;
+}
+
+ControlRef FakeScreen::control(const std::string& window, ControlId id) const {
+  return controlIn(this->window(window), id);
+}
+
+FakeListControl* FakeScreen::list(const std::string& window, ControlId id) {
+  Control* found = find(control(window, id));
+  const bool isList = found != nullptr && found->plan.kind == FakeControlPlan::Kind::List;
+  return isList ? &found->list : nullptr;
+}
+
+WindowRef FakeScreen::window(const std::string& name) const {
+  const auto found =
+      std::ranges::find_if(mWindows, [&](const auto& entry) { return entry.second.name == name; });
+  return found != mWindows.end() ? found->first : WindowRef::None;
+}
+
+FakeScreen::Window* FakeScreen::find(WindowRef window) {
+  const auto found = mWindows.find(window);
+  return found != mWindows.end() ? &found->second : nullptr;
+}
+
+FakeScreen::Control* FakeScreen::find(ControlRef control) {
+  const auto found = mControls.find(control);
+  return found != mControls.end() ? &found->second : nullptr;
+}
+
+const FakeScreen::Control* FakeScreen::find(const std::string& window, ControlId id) const {
+  const auto found = mControls.find(control(window, id));
+  return found != mControls.end() ? &found->second : nullptr;
+}
+
+ControlRef FakeScreen::controlIn(WindowRef window, ControlId id) const {
+  const auto found = std::ranges::find_if(mControls, [&](const auto& entry) {
+    const FakeControlPlan& plan = entry.second.plan;
+    return entry.second.owner == window && plan.id.signature == id.signature && plan.id.id == id.id;
+  });
+  return found != mControls.end() ? found->first : ControlRef::None;
+}
+
+WindowRef FakeScreen::addWindow(const FakeWindowPlan& plan) {
+  const WindowRef window{++mLastRef};
+  mWindows[window].name = plan.name;
+  for (const FakeControlPlan& controlPlan : plan.controls) {
+    const ControlRef ref{++mLastRef};
+    Control& control = mControls.emplace(ref, ref).first->second;
+    control.plan = controlPlan;
+    control.owner = window;
+    control.enabled = controlPlan.enabled;
+    control.list.columns = controlPlan.columns;
+  }
+  return window;
+}
+
+// A list's handlers of its end still find it.
+void FakeScreen::removeWindow(WindowRef window) {
+  std::vector<ControlRef> controls;
+  for (const auto& [ref, control] : mControls) {
+    if (control.owner == window) controls.push_back(ref);
+  }
+  for (const ControlRef ref : controls) {
+    if (mControls.at(ref).plan.kind == FakeControlPlan::Kind::List) {
+      platform::Event disposed("cntl"_4cc, 1001);
+      disposed.setParameter("----"_4cc, ref);
+      mSendEvent(ref, disposed);
+    }
+    mControls.erase(ref);
+  }
+  mWindows.erase(window);
+}
+
+void FakeScreen::setMenuCommands(const std::vector<platform::FourCharCode>& commands) {
+  mMenuCommands = commands;
+}
+
+bool FakeScreen::isBlocked(WindowRef window) const {
+  return std::ranges::any_of(mWindows, [&](const auto& entry) {
+    return entry.second.visible && entry.second.parent == window;
+  });
+}
+
+bool FakeScreen::takesInput(const std::string& window) const {
+  return isVisible(window) && !isBlocked(window);
+}
