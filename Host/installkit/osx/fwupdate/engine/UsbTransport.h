@@ -1,0 +1,51 @@
+// The transport to a printer attached by USB: its ACL channel. The channel's completions post a
+// resume to the controller, or its failure; nothing is called back directly. It keeps a handle on
+// the device, and with it the channel, for its own life.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "AsyncIoNotifier.h"
+#include "IoTransport.h"
+#include "QuillUsbDevice.h"
+
+class FirmwareDownloader;
+
+class UsbTransport : public IoTransport {
+ public:
+  UsbTransport(const QuillUsbDevice& device, FirmwareDownloader& downloader);
+  ~UsbTransport() override;
+
+  UsbTransport(const UsbTransport&) = delete;
+  UsbTransport& operator=(const UsbTransport&) = delete;
+
+  // There is nothing to open: posts a resume at once.
+  void connect() override;
+
+  // The time-out is that of each of the transfers that a read takes, 20 seconds where none is
+  // given; a write is one transfer and has 200 milliseconds. Throw IoKitException when a transfer
+  // cannot be started.
+  void read(void* buffer, std::size_t length) override;
+  void read(void* buffer, std::size_t length, unsigned int timeout) override;
+  void write(const void* buffer, std::size_t length) override;
+
+ private:
+  class Notifier : public AsyncIoNotifier {
+   public:
+    explicit Notifier(FirmwareDownloader& downloader) : mDownloader(downloader) {}
+
+    void complete() override;
+    void failed(const std::string& message) override;
+
+   private:
+    FirmwareDownloader& mDownloader;
+  };
+
+  QuillUsbDevice mDevice;
+  FirmwareDownloader& mDownloader;
+  Notifier mNotifier;
+};
+
+// Starts a download to the printer.
+void downloadFirmwareThroughUsb(const QuillUsbDevice& device, FirmwareDownloader& downloader);
