@@ -1,0 +1,48 @@
+// A platform with a USB registry and a run loop that the tests turn by hand. Whatever a test does,
+// at its end all references are given back and every scripted answer was asked for.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "AsyncIoNotifier.h"
+#include "FakeRunLoop.h"
+#include "FakeUsbRegistry.h"
+#include "IoKitException.h"
+#include "LogRecorder.h"
+
+// Keeps what it is told.
+class RecordingNotifier : public AsyncIoNotifier {
+ public:
+  void complete() override { mTold.push_back("complete"); }
+  void failed(const std::string& message) override { mTold.push_back("failed: " + message); }
+
+  const std::vector<std::string>& told() const { return mTold; }
+
+ private:
+  std::vector<std::string> mTold;
+};
+
+class UsbTest : public testing::Test {
+ protected:
+  ~UsbTest() override { EXPECT_THAT(mUsb.problems(), testing::ElementsAre()); }
+
+  // The text of the exception that `action` throws, which must be an `Exception`.
+  template <typename Exception, typename Action>
+  static std::string thrown(Action action) {
+    try {
+      action();
+    } catch (const Exception& e) {
+      return e.what();
+    }
+    ADD_FAILURE() << "nothing was thrown";
+    return {};
+  }
+
+  FakeRunLoop mLoop;
+  FakeUsbRegistry mUsb;
+  LogRecorder mPlatform{{.runLoop = &mLoop, .usb = &mUsb}};
+};
