@@ -4,9 +4,9 @@
 //
 // A medium constructs the connection and the conversation, calls begin(), then received() (or
 // imageSpace() and imageReceived()) as bytes come in, hostFinished() when no more will come, lost()
-// when the connection is broken, abandon() when the printer leaves. Once ended() is true, which it
-// may become in any of these calls or between them, nothing more is asked of the connection and the
-// conversation can be destroyed, though not from inside it.
+// when the connection is broken, abandon() when the printer leaves. The conversation ends, at any
+// time, with Connection::close() or reset(), or with abandon(); nothing more is asked of the
+// connection then, and both can be destroyed, though not from inside that call.
 #pragma once
 
 #include <chrono>
@@ -49,6 +49,9 @@ class Conversation {
   void abandon();
 
   bool ended() const { return mEnded; }
+
+  // What it suffers; known once it has begun.
+  const FaultPlan& faults() const { return *mFaults; }
 
  private:
   // One thing to do when everything before it is done: wait, then send bytes, then reach a step.

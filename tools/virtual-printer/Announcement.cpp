@@ -1,0 +1,28 @@
+#include "Announcement.h"
+
+#include <avahi-common/alternative.h>
+#include <avahi-common/malloc.h>
+#include <avahi-common/strlst.h>
+
+namespace virtualprinter {
+
+StringList txtList(const Announcement& announcement) {
+  AvahiStringList* list = nullptr;
+  // The list grows at its front.
+  for (auto it = announcement.txt.rbegin(); it != announcement.txt.rend(); ++it) {
+    list = avahi_string_list_add_pair_arbitrary(
+        list, it->first.c_str(), reinterpret_cast<const std::uint8_t*>(it->second.data()),
+        it->second.size());
+  }
+  return {list, avahi_string_list_free};
+}
+
+std::string alternativeName(const std::string& name) {
+  char* alternative = avahi_alternative_service_name(name.c_str());
+  if (alternative == nullptr) return name + " #2";
+  std::string text = alternative;
+  avahi_free(alternative);
+  return text;
+}
+
+}  // namespace virtualprinter

@@ -1,0 +1,48 @@
+// What the printer announces about itself by DNS-SD, and the two ways to announce it: through the
+// host's Avahi daemon, or by a responder of our own where there is none. Both are attachments: they
+// announce on arrival and say goodbye on leaving. The journal says when an announcement stands.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Attachment.h"
+#include "EventLoop.h"
+#include "Journal.h"
+
+struct AvahiStringList;
+
+namespace virtualprinter {
+
+struct Announcement {
+  std::string name;
+  std::uint16_t port = 0;
+  // Key and value, in the order of the TXT record. A value is bytes.
+  std::vector<std::pair<std::string, std::string>> txt;
+  std::string hostName;  // of the responder of our own; the daemon has its host's
+
+  static constexpr const char* kType = "_pdl-datastream._tcp";
+};
+
+// Null when there is no daemon to talk to. A daemon that goes away later is waited for.
+std::unique_ptr<Attachment> makeDaemonAnnouncer(const Announcement& announcement, EventLoop& loop,
+                                                Journal& journal);
+
+// Arriving throws std::runtime_error when the responder cannot be started.
+std::unique_ptr<Attachment> makeInProcessAnnouncer(const Announcement& announcement,
+                                                   EventLoop& loop, Journal& journal);
+
+// For the two of them. --------------------------------------------------------------------------
+
+using StringList = std::unique_ptr<AvahiStringList, void (*)(AvahiStringList*)>;
+
+StringList txtList(const Announcement& announcement);
+
+// The name to try when somebody else on the network has this one.
+std::string alternativeName(const std::string& name);
+
+}  // namespace virtualprinter
