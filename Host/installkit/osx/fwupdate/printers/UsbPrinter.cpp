@@ -1,0 +1,31 @@
+#include "UsbPrinter.h"
+
+#include "Branding.h"
+#include "UsbTransport.h"
+
+using platform::Text;
+
+UsbPrinter::UsbPrinter(QuillUsbDevice& device)
+    : Printer(device.getManufacturer() + " " + device.getProduct()),
+      mDevice(device),
+      mInfo(Text::fromUtf8(device.getSerialNum())) {}
+
+Text UsbPrinter::getType() const { return Text::fromUtf8("USB"); }
+
+Text UsbPrinter::getInfo() const { return mInfo; }
+
+Text UsbPrinter::getConfirmationMsgKey() const {
+  if (!Branding::sPromptBeforeUsbDownload) return Text();
+  return Text::fromUtf8("USB_PRINTER_CONFIRMATION");
+}
+
+void UsbPrinter::download(FirmwareDownloader& downloader) const {
+  logDownload();
+  downloadFirmwareThroughUsb(mDevice, downloader);
+}
+
+bool UsbPrinter::equals(const QuillUsbDevice& device) const {
+  return !isRemoved() && device == mDevice;
+}
+
+bool UsbPrinter::equals(platform::NetService*) const { return false; }
