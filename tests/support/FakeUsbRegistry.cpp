@@ -82,6 +82,11 @@ platform::io_service_t FakeUsbRegistry::attach(const FakeUsbDevice& device) {
   return number;
 }
 
+platform::io_service_t FakeUsbRegistry::interfaceOf(platform::io_service_t device,
+                                                    std::size_t index) const {
+  return entry(device)->interfaces.at(index);
+}
+
 void FakeUsbRegistry::announceAgain(platform::io_service_t service) { arrive(service); }
 
 void FakeUsbRegistry::arrive(platform::io_service_t service) {

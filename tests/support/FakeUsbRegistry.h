@@ -55,6 +55,7 @@ class FakeUsbRegistry : public platform::UsbRegistry {
 
   // The returned number carries no reference.
   platform::io_service_t attach(const FakeUsbDevice& device);
+  platform::io_service_t interfaceOf(platform::io_service_t device, std::size_t index = 0) const;
   void detach(platform::io_service_t service);
   void sendMessage(platform::io_service_t service, std::uint32_t messageType);
 

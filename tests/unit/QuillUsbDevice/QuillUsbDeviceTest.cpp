@@ -1,0 +1,245 @@
+#include <sstream>
+#include <stdexcept>
+
+#include "QuillUsbDevice.h"
+#include "UsbTest.h"
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+constexpr const char* kEmptyHandle = "Querying device object before initialising it.";
+
+class QuillUsbDeviceTest : public UsbTest {
+ protected:
+  QuillUsbDevice make(const FakeUsbDevice& description = fakePrinter()) {
+    QuillUsbDevice device;
+    mService = mUsb.attach(description);
+    device.init(mService, 0);
+    mUsb.takeCalls();
+    return device;
+  }
+
+  void complete(const std::string& read) {
+    mUsb.completeRead(read);
+    mLoop.runAllLater();
+  }
+
+  platform::io_service_t mService = 0;
+  RecordingNotifier mNotifier;
+};
+
+TEST_F(QuillUsbDeviceTest, EmptyHandleThrowsWhateverIsAskedOfIt) {
+  QuillUsbDevice device;
+  std::ostringstream out;
+  char byte = 0;
+  const auto text = [](auto action) { return thrown<std::logic_error>(action); };
+  EXPECT_EQ(text([&] { device.getSerialNum(); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.getProduct(); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.getManufacturer(); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.aclRead(&byte, 1, mNotifier, 1); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.aclWrite(&byte, 1, mNotifier, 1); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.ewsRead(&byte, 1, mNotifier, 1); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.ewsWrite(&byte, 1, mNotifier, 1); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.reEnumerate(); }), kEmptyHandle);
+  EXPECT_EQ(text([&] { device.print(out, true); }), kEmptyHandle);
+  EXPECT_EQ(out.str(), "");
+}
+
+TEST_F(QuillUsbDeviceTest, CopyOfAnEmptyHandleIsEmpty) {
+  QuillUsbDevice device;
+  const QuillUsbDevice copy(device);
+  EXPECT_EQ(thrown<std::logic_error>([&] { copy.getSerialNum(); }), kEmptyHandle);
+  EXPECT_TRUE(copy == device);
+}
+
+TEST_F(QuillUsbDeviceTest, TakesInterfacesAndStringsAtOnceAndOpensNothing) {
+  QuillUsbDevice device;
+  device.init(mUsb.attach(fakePrinter()), 0);
+  EXPECT_THAT(
+      mUsb.takeCalls(),
+      ElementsAre(
+          "createPlugIn printer device", "queryDevice printer", "releasePlugIn printer",
+          "retain printer",
+          "createInterfaceIterator printer class=7 subclass=65535 protocol=65535 alternate=65535",
+          "iteratorNext iterator1", "release iterator1", "entryName printer/7",
+          "createPlugIn printer/7 interface", "queryInterface printer/7", "releasePlugIn printer/7",
+          "retain printer/7", "release printer/7",
+          "createInterfaceIterator printer class=255 subclass=65535 protocol=65535 "
+          "alternate=65535",
+          "iteratorNext iterator2", "release iterator2", "entryName printer/255",
+          "createPlugIn printer/255 interface", "queryInterface printer/255",
+          "releasePlugIn printer/255", "retain printer/255", "release printer/255",
+          "property printer USB Serial Number", "property printer USB Vendor Name",
+          "property printer USB Product Name"));
+}
+
+TEST_F(QuillUsbDeviceTest, GivesTheStringsOfTheDevice) {
+  const QuillUsbDevice device = make(fakePrinter("VX0042"));
+  EXPECT_EQ(device.getSerialNum(), "VX0042");
+  EXPECT_EQ(device.getManufacturer(), "Veltra");
+  EXPECT_EQ(device.getProduct(), "KX350T");
+}
+
+TEST_F(QuillUsbDeviceTest, MissingStringsAreEmpty) {
+  const QuillUsbDevice device = make(FakeUsbDevice{});
+  EXPECT_EQ(device.getSerialNum(), "");
+  EXPECT_EQ(device.getManufacturer(), "");
+  EXPECT_EQ(device.getProduct(), "");
+}
+
+TEST_F(QuillUsbDeviceTest, CopiesShareOneDevice) {
+  QuillUsbDevice device = make();
+  QuillUsbDevice copy(device);
+  EXPECT_TRUE(copy == device);
+  EXPECT_EQ(&copy.getSerialNum(), &device.getSerialNum());
+  EXPECT_EQ(&copy.getProduct(), &device.getProduct());
+  EXPECT_EQ(&copy.getManufacturer(), &device.getManufacturer());
+
+  std::string first(1, '?');
+  std::string second(2, '?');
+  device.aclRead(first.data(), 1, mNotifier, 1);
+  complete("abc");
+  copy.aclRead(second.data(), 2, mNotifier, 1);
+  EXPECT_EQ(first + second, "abc");
+  EXPECT_THAT(mNotifier.told(), ElementsAre("complete", "complete"));
+}
+
+TEST_F(QuillUsbDeviceTest, HandlesOnDifferentDevicesAreNotEqual) {
+  const QuillUsbDevice device = make();
+  const QuillUsbDevice twin = make();
+  EXPECT_FALSE(device == twin);
+  EXPECT_FALSE(device == QuillUsbDevice());
+}
+
+TEST_F(QuillUsbDeviceTest, DeviceGoesWithTheLastCopy) {
+  auto device = std::make_unique<QuillUsbDevice>(make());
+  auto copy = std::make_unique<QuillUsbDevice>(*device);
+  device.reset();
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
+  copy.reset();
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("releaseObject printer/255", "release printer/255",
+                                            "releaseObject printer/7", "release printer/7",
+                                            "releaseObject printer", "release printer"));
+}
+
+TEST_F(QuillUsbDeviceTest, SelfAssignmentKeepsTheDevice) {
+  QuillUsbDevice device = make();
+  const QuillUsbDevice& itself = device;
+  device = itself;
+  EXPECT_EQ(device.getSerialNum(), "VX0042");
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
+}
+
+TEST_F(QuillUsbDeviceTest, NewInitLeavesTheOtherCopiesOnTheOldDevice) {
+  QuillUsbDevice device = make(fakePrinter("OLD"));
+  const QuillUsbDevice copy = device;
+  device.init(mUsb.attach(fakePrinter("NEW")), 0);
+  EXPECT_EQ(device.getSerialNum(), "NEW");
+  EXPECT_EQ(copy.getSerialNum(), "OLD");
+  EXPECT_FALSE(copy == device);
+}
+
+TEST_F(QuillUsbDeviceTest, NewInitOfTheOnlyHandleReleasesTheOldDevice) {
+  QuillUsbDevice device = make(fakePrinter("OLD"));
+  const auto old = mService;
+  device.init(mUsb.attach(fakePrinter("NEW")), 0);
+  EXPECT_EQ(mUsb.references(old), 0);
+}
+
+TEST_F(QuillUsbDeviceTest, FailedInitKeepsNothingAndChangesNothing) {
+  QuillUsbDevice device = make(fakePrinter("OLD"));
+  for (const char* const call :
+       {"createPlugIn printer", "createPlugIn printer/7", "createPlugIn printer/255"}) {
+    const auto service = mUsb.attach(fakePrinter("NEW"));
+    mUsb.script(call, platform::kIOReturnNoResources);
+    EXPECT_EQ(thrown<IoKitException>([&] { device.init(service, 0); }),
+              "Unable to create a plug-in. [return value = 0xe00002be]");
+    EXPECT_EQ(mUsb.references(service), 0);
+    EXPECT_EQ(device.getSerialNum(), "OLD");
+  }
+}
+
+TEST_F(QuillUsbDeviceTest, ChannelsAreTheInterfacesOfTheirClasses) {
+  QuillUsbDevice device = make();
+  char byte = 'x';
+  device.aclWrite(&byte, 1, mNotifier, 200);
+  device.ewsWrite(&byte, 1, mNotifier, 300);
+  device.aclRead(&byte, 1, mNotifier, 20000);
+  device.ewsRead(&byte, 1, mNotifier, 30000);
+  EXPECT_THAT(
+      mUsb.takeCalls(),
+      ElementsAre("open printer/7", "getNumEndpoints printer/7",
+                  "getPipeProperties printer/7 pipe=1", "getPipeProperties printer/7 pipe=2",
+                  "createAsyncEventSource printer/7", "addTo printer/7",
+                  "clearPipeStallBothEnds printer/7 pipe=1",
+                  "writePipeAsyncTO printer/7 pipe=1 size=1 timeouts=200,200", "open printer/255",
+                  "getNumEndpoints printer/255", "getPipeProperties printer/255 pipe=1",
+                  "getPipeProperties printer/255 pipe=2", "createAsyncEventSource printer/255",
+                  "addTo printer/255", "clearPipeStallBothEnds printer/255 pipe=1",
+                  "writePipeAsyncTO printer/255 pipe=1 size=1 timeouts=300,300",
+                  "clearPipeStallBothEnds printer/7 pipe=2",
+                  "readPipeAsyncTO printer/7 pipe=2 size=64 timeouts=20000,20000",
+                  "clearPipeStallBothEnds printer/255 pipe=2",
+                  "readPipeAsyncTO printer/255 pipe=2 size=64 timeouts=30000,30000"));
+}
+
+TEST_F(QuillUsbDeviceTest, InterfacesCloseBeforeTheDeviceGoes) {
+  auto device = std::make_unique<QuillUsbDevice>(make());
+  device->aclWrite("x", 1, mNotifier, 200);
+  device->ewsWrite("x", 1, mNotifier, 200);
+  mUsb.takeCalls();
+  device.reset();
+  EXPECT_THAT(mUsb.takeCalls(),
+              ElementsAre("close printer/255", "releaseObject printer/255", "release printer/255",
+                          "close printer/7", "releaseObject printer/7", "release printer/7",
+                          "releaseObject printer", "release printer"));
+  EXPECT_THAT(mNotifier.told(), ElementsAre());
+}
+
+TEST_F(QuillUsbDeviceTest, MissingChannelsAreAcceptedUntilTheyAreUsed) {
+  QuillUsbDevice device = make(FakeUsbDevice().with("USB Serial Number", "S"));
+  EXPECT_EQ(device.getSerialNum(), "S");
+  char byte = 0;
+  const std::string noAcl = "The device has no ACL channel. [return value = 0xe00002f0]";
+  const std::string noEws = "The device has no EWS channel. [return value = 0xe00002f0]";
+  const auto text = [](auto action) { return thrown<IoKitException>(action); };
+  EXPECT_EQ(text([&] { device.aclRead(&byte, 1, mNotifier, 1); }), noAcl);
+  EXPECT_EQ(text([&] { device.aclWrite(&byte, 1, mNotifier, 1); }), noAcl);
+  EXPECT_EQ(text([&] { device.ewsRead(&byte, 1, mNotifier, 1); }), noEws);
+  EXPECT_EQ(text([&] { device.ewsWrite(&byte, 1, mNotifier, 1); }), noEws);
+  EXPECT_THAT(mNotifier.told(), ElementsAre());
+}
+
+TEST_F(QuillUsbDeviceTest, ReEnumeratesTheDevice) {
+  make().reEnumerate();
+  EXPECT_THAT(mUsb.takeCalls(), Contains("reEnumerate printer options=0"));
+}
+
+TEST_F(QuillUsbDeviceTest, PrintsTheDeviceAlone) {
+  std::ostringstream out;
+  make(FakeUsbDevice().with("USB Serial Number", "S")).print(out, false);
+  EXPECT_EQ(out.str(),
+            "  IORegistry property dictionary for device:\n    USB Serial Number -> S\n");
+}
+
+TEST_F(QuillUsbDeviceTest, PrintsTheDeviceThenTheAclThenTheEwsInterface) {
+  FakeUsbDevice description;
+  description.interfaces = {{255, "Web", {}, {}}, {7, "Printer", {}, {}}};
+  std::ostringstream out;
+  make(description).print(out, true);
+  EXPECT_EQ(out.str(),
+            "  IORegistry property dictionary for device:\n"
+            "  IORegistry property dictionary for interface Printer:\n"
+            "  IORegistry property dictionary for interface Web:\n");
+}
+
+TEST_F(QuillUsbDeviceTest, PrintsNoMissingInterfaces) {
+  std::ostringstream out;
+  make(FakeUsbDevice{}).print(out, true);
+  EXPECT_EQ(out.str(), "  IORegistry property dictionary for device:\n");
+}
+
+}  // namespace
