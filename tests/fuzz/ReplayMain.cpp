@@ -1,0 +1,117 @@
+// Feeds a fuzzer without libFuzzer: every file of the corpus directories that are given, then a
+// fixed number of inputs made from them. An input that ends the program is shown first.
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
+
+namespace {
+
+using Input = std::vector<std::uint8_t>;
+
+constexpr int kMadeInputs = 20000;
+constexpr std::size_t kLargestInput = 4096;
+
+Input sCurrent;
+
+void showCurrentInput() {
+  std::fputs("The input:", stderr);
+  for (const std::uint8_t byte : sCurrent) std::fprintf(stderr, " %02x", byte);
+  std::fputc('\n', stderr);
+}
+
+void showCurrentInputOnAbort(int) {
+  showCurrentInput();
+  std::signal(SIGABRT, SIG_DFL);
+  std::abort();
+}
+
+void run(Input input) {
+  sCurrent = std::move(input);
+  LLVMFuzzerTestOneInput(sCurrent.data(), sCurrent.size());
+}
+
+std::vector<Input> readCorpus(int count, char** directories) {
+  std::vector<std::filesystem::path> files;
+  for (int i = 0; i < count; ++i) {
+    for (const auto& entry : std::filesystem::directory_iterator(directories[i])) {
+      files.push_back(entry.path());
+    }
+  }
+  std::sort(files.begin(), files.end());
+
+  std::vector<Input> corpus;
+  for (const auto& file : files) {
+    std::ifstream stream(file, std::ios::binary);
+    corpus.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+  }
+  return corpus;
+}
+
+class Maker {
+ public:
+  explicit Maker(const std::vector<Input>& corpus) : mCorpus(corpus) {}
+
+  Input make() {
+    Input input = mCorpus[below(mCorpus.size())];
+    for (std::size_t changes = 1 + below(8); changes > 0; --changes) change(input);
+    if (input.size() > kLargestInput) input.resize(kLargestInput);
+    return input;
+  }
+
+ private:
+  std::size_t below(std::size_t limit) { return mRandom() % limit; }
+  std::uint8_t anyByte() { return static_cast<std::uint8_t>(mRandom()); }
+
+  void change(Input& input) {
+    const auto position = static_cast<std::ptrdiff_t>(below(input.size() + 1));
+    const auto at = input.begin() + position;
+    switch (below(5)) {
+      case 0:
+        input.insert(at, anyByte());
+        break;
+      case 1:
+        input.insert(at, below(64), anyByte());
+        break;
+      case 2:
+        input.erase(at, at + static_cast<std::ptrdiff_t>(
+                                 below(static_cast<std::size_t>(input.end() - at) + 1)));
+        break;
+      case 3:
+        if (at != input.end()) *at = anyByte();
+        break;
+      default:
+        if (at != input.end()) *at = static_cast<std::uint8_t>(*at ^ (1u << below(8)));
+    }
+  }
+
+  const std::vector<Input>& mCorpus;
+  std::mt19937 mRandom{20050829};
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGABRT, showCurrentInputOnAbort);
+  if (__sanitizer_set_death_callback != nullptr) __sanitizer_set_death_callback(showCurrentInput);
+
+  std::vector<Input> corpus = readCorpus(argc - 1, argv + 1);
+  if (corpus.empty()) {
+    std::fputs("There is no corpus.\n", stderr);
+    return 1;
+  }
+  for (const Input& input : corpus) run(input);
+  run({});
+  Maker maker(corpus);
+  for (int i = 0; i < kMadeInputs; ++i) run(maker.make());
+  std::printf("%zu inputs of the corpus, %d made from them\n", corpus.size(), kMadeInputs);
+}
