@@ -28,9 +28,8 @@ class DaemonAnnouncer : public Attachment {
 
   void leave() override {
     mPresent = false;
-    if (mGroup == nullptr) return;
-    avahi_entry_group_free(mGroup);
-    mGroup = nullptr;
+    if (mGroup == nullptr || avahi_entry_group_is_empty(mGroup) != 0) return;
+    avahi_entry_group_reset(mGroup);  // not free: see CMakeLists.txt
     mJournal.write("withdrawn", {{"name", mAnnouncement.name}});
   }
 

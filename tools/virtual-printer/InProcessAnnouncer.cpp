@@ -1,9 +1,10 @@
-#include <avahi-common/alternative.h>
 #include <avahi-common/error.h>
-#include <avahi-common/malloc.h>
 #include <avahi-core/core.h>
 #include <avahi-core/log.h>
 #include <avahi-core/publish.h>
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
 
 #include <stdexcept>
 
@@ -12,23 +13,62 @@
 namespace virtualprinter {
 namespace {
 
+struct LocalAddress {
+  int interface;
+  AvahiAddress address;
+};
+
+// The IPv4 addresses of the interfaces that are up: the printer listens on no others.
+std::vector<LocalAddress> localAddresses() {
+  std::vector<LocalAddress> addresses;
+  ifaddrs* list = nullptr;
+  if (getifaddrs(&list) != 0) return addresses;
+  for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+    if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET) continue;
+    if ((entry->ifa_flags & IFF_UP) == 0) continue;
+    LocalAddress local{};
+    local.interface = static_cast<int>(if_nametoindex(entry->ifa_name));
+    local.address.proto = AVAHI_PROTO_INET;
+    const void* bytes = entry->ifa_addr;
+    local.address.data.ipv4.address = static_cast<const sockaddr_in*>(bytes)->sin_addr.s_addr;
+    addresses.push_back(local);
+  }
+  freeifaddrs(list);
+  return addresses;
+}
+
 class InProcessAnnouncer : public Attachment {
  public:
   InProcessAnnouncer(const Announcement& announcement, EventLoop& loop, Journal& journal)
       : mAnnouncement(announcement), mLoop(loop), mJournal(journal) {
     avahi_set_log_function([](AvahiLogLevel, const char*) {});  // it writes to standard error
   }
-  ~InProcessAnnouncer() override { stop(); }
+  ~InProcessAnnouncer() override {
+    if (mServer != nullptr) avahi_server_free(mServer);  // frees the group too
+  }
   InProcessAnnouncer(const InProcessAnnouncer&) = delete;
   InProcessAnnouncer& operator=(const InProcessAnnouncer&) = delete;
 
   void arrive() override {
+    mPresent = true;
+    if (mServer == nullptr) startServer();
+    announce();
+  }
+
+  void leave() override {
+    mPresent = false;
+    if (mGroup == nullptr || avahi_s_entry_group_is_empty(mGroup) != 0) return;
+    avahi_s_entry_group_reset(mGroup);
+    mJournal.write("withdrawn", {{"name", mAnnouncement.name}});
+  }
+
+ private:
+  // The server publishes nothing by itself: names and reverse addresses of this machine belong to
+  // its own responder, should it have one.
+  void startServer() {
     AvahiServerConfig config;
     avahi_server_config_init(&config);
-    // A host of its own: it must not fight with a responder of this machine for the real name, nor
-    // take that name away with its goodbye.
-    avahi_free(config.host_name);
-    config.host_name = avahi_strdup(mAnnouncement.hostName.c_str());
+    config.publish_addresses = 0;
     config.publish_hinfo = 0;
     config.publish_workstation = 0;
     config.publish_domain = 0;
@@ -42,59 +82,32 @@ class InProcessAnnouncer : public Attachment {
     }
   }
 
-  void leave() override {
-    if (mServer == nullptr) return;
-    stop();
-    mJournal.write("withdrawn", {{"name", mAnnouncement.name}});
-  }
-
- private:
-  void stop() {
-    if (mGroup != nullptr) avahi_s_entry_group_free(mGroup);
-    if (mServer != nullptr) avahi_server_free(mServer);
-    mGroup = nullptr;
-    mServer = nullptr;
-  }
-
   static void serverChanged(AvahiServer* server, AvahiServerState state, void* self) {
     auto* announcer = static_cast<InProcessAnnouncer*>(self);
     announcer->mServer = server;  // the first call comes while the server is being made
-    switch (state) {
-      case AVAHI_SERVER_RUNNING:
-        announcer->announce();
-        break;
-      case AVAHI_SERVER_COLLISION:
-        announcer->renameHost();
-        break;
-      case AVAHI_SERVER_REGISTERING:
-        if (announcer->mGroup != nullptr) avahi_s_entry_group_reset(announcer->mGroup);
-        break;
-      case AVAHI_SERVER_FAILURE:
-        announcer->failed();
-        break;
-      case AVAHI_SERVER_INVALID:
-        break;
-    }
-  }
-
-  void renameHost() {
-    char* name = avahi_alternative_host_name(avahi_server_get_host_name(mServer));
-    if (name == nullptr || avahi_server_set_host_name(mServer, name) != 0) failed();
-    avahi_free(name);
+    if (state == AVAHI_SERVER_RUNNING) announcer->announce();
+    if (state == AVAHI_SERVER_FAILURE) announcer->failed();
   }
 
   void announce() {
+    if (!mPresent || avahi_server_get_state(mServer) != AVAHI_SERVER_RUNNING) return;
     if (mGroup == nullptr) {
       mGroup = avahi_s_entry_group_new(mServer, &InProcessAnnouncer::groupChanged, this);
     }
     if (mGroup == nullptr) return failed();
     if (avahi_s_entry_group_is_empty(mGroup) == 0) return;
+    const std::string host = mAnnouncement.hostName + ".local";
     const StringList txt = txtList(mAnnouncement);
     int error = avahi_server_add_service_strlst(
         mServer, mGroup, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, static_cast<AvahiPublishFlags>(0),
-        mAnnouncement.name.c_str(), Announcement::kType, nullptr, nullptr, mAnnouncement.port,
+        mAnnouncement.name.c_str(), Announcement::kType, nullptr, host.c_str(), mAnnouncement.port,
         txt.get());
     if (error == AVAHI_ERR_COLLISION) return rename();
+    for (LocalAddress& local : localAddresses()) {
+      if (error != 0) break;
+      error = avahi_server_add_address(mServer, mGroup, local.interface, AVAHI_PROTO_UNSPEC,
+                                       AVAHI_PUBLISH_NO_REVERSE, host.c_str(), &local.address);
+    }
     if (error == 0) error = avahi_s_entry_group_commit(mGroup);
     if (error != 0) failed();
   }
@@ -126,6 +139,7 @@ class InProcessAnnouncer : public Attachment {
   Announcement mAnnouncement;
   EventLoop& mLoop;
   Journal& mJournal;
+  bool mPresent = false;
   AvahiServer* mServer = nullptr;
   AvahiSEntryGroup* mGroup = nullptr;
 };
