@@ -11,7 +11,12 @@ using OSStatus = std::int32_t;
 
 inline constexpr OSStatus noErr = 0;
 inline constexpr OSStatus errAEEventNotHandled = -1708;
+inline constexpr OSStatus errDataBrowserItemNotFound = -4971;
+inline constexpr OSStatus errDataBrowserPropertyNotFound = -4972;
+inline constexpr OSStatus errDataBrowserItemNotAdded = -4975;
 inline constexpr OSStatus errDataBrowserPropertyNotSupported = -4979;
+inline constexpr OSStatus errInvalidWindowRef = -5600;
+inline constexpr OSStatus controlPropertyNotFoundErr = -5604;
 inline constexpr OSStatus eventParameterNotFoundErr = -9870;
 inline constexpr OSStatus eventNotHandledErr = -9874;
 inline constexpr OSStatus kIBCarbonRuntimeCantFindNibFile = -10960;

@@ -1,0 +1,235 @@
+#include "platform/qt/ListControl.h"
+
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QResizeEvent>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+#include <algorithm>
+#include <utility>
+
+#include "platform/qt/QtText.h"
+
+namespace platform {
+namespace {
+
+constexpr int kVisibleRows = 10;
+constexpr int kSmallestColumnCharacters = 4;
+
+int comfortableHeight(const QFontMetrics& font) { return font.height() * 3 / 2; }
+
+// Rows that are easy to read and to hit.
+class Rows final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const QSize needed = QStyledItemDelegate::sizeHint(option, index);
+    return {needed.width(), std::max(needed.height(), comfortableHeight(option.fontMetrics))};
+  }
+};
+
+std::uint16_t wrapped(int width) { return static_cast<std::uint16_t>(width); }
+
+}  // namespace
+
+ListControl::Selection::Selection(QAbstractItemModel* model, QTreeView& view)
+    : QItemSelectionModel(model, &view), mView(view) {}
+
+void ListControl::Selection::select(const QItemSelection& selection, SelectionFlags command) {
+  if (mView.isEnabled() || mForgetting) QItemSelectionModel::select(selection, command);
+}
+
+void ListControl::Selection::select(const QModelIndex& index, SelectionFlags command) {
+  if (mView.isEnabled() || mForgetting) QItemSelectionModel::select(index, command);
+}
+
+void ListControl::Selection::forget() {
+  mForgetting = true;
+  clear();
+  mForgetting = false;
+}
+
+ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mModel, *this) {
+  setModel(&mModel);
+  setSelectionModel(&mSelection);
+  setSelectionMode(SingleSelection);
+  setSelectionBehavior(SelectRows);
+  setEditTriggers(NoEditTriggers);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setUniformRowHeights(true);
+  setItemDelegate(new Rows(this));
+  setAllColumnsShowFocus(true);
+  header()->setStretchLastSection(true);
+  header()->setSectionsMovable(false);
+  connect(header(), &QHeaderView::sectionResized, this,
+          [this](int column, int, int width) { noteUserWidth(column, width); });
+  connect(&mSelection, &QItemSelectionModel::selectionChanged, this, [this] {
+    if (mObserver.selectionChanged) mObserver.selectionChanged();
+  });
+}
+
+// The view looks at its model and selection until the end.
+ListControl::~ListControl() {
+  disconnectProgram();
+  setModel(nullptr);
+}
+
+void ListControl::setUpColumns() {
+  std::vector<ListModel::Column> columns;
+  const QStringList codes = property("columns").toString().split(u' ', Qt::SkipEmptyParts);
+  for (const QString& code : codes) {
+    const QString title = property((code + "Title").toLatin1().constData()).toString();
+    columns.push_back({codeFrom(code), title});
+  }
+  mWidths.assign(columns.size(), 0);
+  mModel.setColumns(std::move(columns));
+
+  const int character = fontMetrics().averageCharWidth();
+  header()->setMinimumSectionSize(kSmallestColumnCharacters * character);
+  for (int column = 0; column < mModel.columnCount(); ++column) {
+    setColumnWidthOf(column, wrapped(widthInCharacters(column) * character));
+  }
+  describePlaceholder();
+  setSortingEnabled(true);
+  header()->setSortIndicator(-1, Qt::AscendingOrder);
+}
+
+void ListControl::observe(Observer observer) { mObserver = std::move(observer); }
+
+void ListControl::disconnectProgram() {
+  mObserver = {};
+  mModel.setCallbacks(ControlRef::None, {});
+}
+
+ItemId ListControl::selectedItem() const {
+  const QModelIndexList rows = mSelection.selectedRows();
+  return rows.isEmpty() ? 0 : mModel.itemAt(rows.first().row());
+}
+
+bool ListControl::removeItem(ItemId item) {
+  const bool removed = mModel.remove(item);
+  describePlaceholder();
+  return removed;
+}
+
+std::uint16_t ListControl::columnWidthOf(int column) const {
+  return mWidths[static_cast<std::size_t>(column)];
+}
+
+void ListControl::setColumnWidthOf(int column, std::uint16_t width) {
+  mWidths[static_cast<std::size_t>(column)] = width;
+  const bool wrappedBelowZero = width > 0x7FFF;
+  mSettingWidth = true;
+  header()->resizeSection(
+      column, wrappedBelowZero ? 0 : std::max<int>(width, header()->minimumSectionSize()));
+  mSettingWidth = false;
+}
+
+void ListControl::fillWithFirstColumn() {
+  if (mModel.columnCount() == 0) return;
+  int others = 0;
+  for (int column = 1; column < mModel.columnCount(); ++column) others += columnWidthOf(column);
+  setColumnWidthOf(0, wrapped(std::max(0, width() - 2 * frameWidth() - others)));
+  mBounds = geometry();
+}
+
+QSize ListControl::sizeHint() const {
+  int characters = 0;
+  for (int column = 0; column < mModel.columnCount(); ++column) {
+    characters += widthInCharacters(column);
+  }
+  return {characters * fontMetrics().averageCharWidth() + 2 * frameWidth(),
+          kVisibleRows * comfortableHeight(fontMetrics()) + header()->sizeHint().height() +
+              2 * frameWidth()};
+}
+
+// The selection ends with its row. Left to itself the view would select the next row, and the user
+// would go on with a printer that he did not choose.
+void ListControl::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+  const int selected = mModel.rowOf(selectedItem());
+  const int current = currentIndex().row();
+  if ((selected >= start && selected <= end) || (current >= start && current <= end)) {
+    mSelection.forget();
+  }
+  QTreeView::rowsAboutToBeRemoved(parent, start, end);
+}
+
+void ListControl::rowsInserted(const QModelIndex& parent, int start, int end) {
+  QTreeView::rowsInserted(parent, start, end);
+  describePlaceholder();
+}
+
+void ListControl::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  const QRect before = std::exchange(mBounds, geometry());
+  if (before.size() != mBounds.size() && mObserver.resized) mObserver.resized(before, mBounds);
+}
+
+void ListControl::paintEvent(QPaintEvent* event) {
+  QTreeView::paintEvent(event);
+  if (mModel.rowCount() > 0) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::PlaceholderText));
+  const QRect room =
+      viewport()->rect().adjusted(fontMetrics().height(), 0, -fontMetrics().height(), 0);
+  painter.drawText(room, Qt::AlignCenter | Qt::TextWordWrap, placeholder());
+}
+
+void ListControl::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!isEnter) {
+    QTreeView::keyPressEvent(event);
+    return;
+  }
+  // A key that is held down must not go on into the question that it opens.
+  if (!event->isAutoRepeat() && selectedItem() != 0 && mObserver.rowActivated) {
+    mObserver.rowActivated();
+  }
+}
+
+void ListControl::mouseDoubleClickEvent(QMouseEvent* event) {
+  QTreeView::mouseDoubleClickEvent(event);
+  const bool onSelectedRow =
+      mModel.itemAt(indexAt(event->position().toPoint()).row()) != 0 && selectedItem() != 0;
+  if (event->button() == Qt::LeftButton && onSelectedRow && mObserver.rowActivated) {
+    mObserver.rowActivated();
+  }
+}
+
+// A text that its column cuts off is shown whole.
+bool ListControl::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QTreeView::viewportEvent(event);
+  const auto* help = static_cast<QHelpEvent*>(event);
+  const QModelIndex index = indexAt(help->pos());
+  const QString text = index.data().toString();
+  const QRect cell = visualRect(index);
+  const bool cutOff = sizeHintForIndex(index).width() > cell.width();
+  QToolTip::showText(help->globalPos(),
+                     cutOff ? "<qt>" + text.toHtmlEscaped() + "</qt>" : QString(), this, cell);
+  return true;
+}
+
+int ListControl::widthInCharacters(int column) const {
+  const QString name = charactersOf(mModel.propertyAt(column)) + "Characters";
+  return property(name.toLatin1().constData()).toInt();
+}
+
+// The last column also takes what is left over; only what the user drags is a width to keep.
+void ListControl::noteUserWidth(int column, int width) {
+  const bool dragged = !mSettingWidth && (QGuiApplication::mouseButtons() & Qt::LeftButton) != 0;
+  if (dragged) mWidths[static_cast<std::size_t>(column)] = wrapped(width);
+}
+
+void ListControl::describePlaceholder() {
+  setAccessibleDescription(mModel.rowCount() == 0 ? placeholder() : QString());
+  viewport()->update();
+}
+
+QString ListControl::placeholder() const { return property("placeholderText").toString(); }
+
+}  // namespace platform

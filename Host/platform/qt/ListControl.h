@@ -1,0 +1,89 @@
+// The list control of an interface file (a QTreeView there). Its columns stand in the file as
+// dynamic properties: "columns" names their codes ("lcNm lcTy lcId"); "<code>Title" and
+// "<code>Characters" give each one's title and its width in average characters, so that it grows
+// with the font. "placeholderText" is shown while there is no row. Owned by its window.
+#pragma once
+
+#include <QItemSelectionModel>
+#include <QTreeView>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "platform/Toolkit.h"
+#include "platform/qt/ListModel.h"
+
+namespace platform {
+
+class ListControl : public QTreeView {
+ public:
+  explicit ListControl(QWidget* parent);
+  ~ListControl() override;
+
+  // Reads the columns, once the file's properties are set.
+  void setUpColumns();
+
+  // Nothing is called before. `resized` gets the bounds before and after.
+  struct Observer {
+    std::function<void()> selectionChanged;
+    std::function<void(const QRect& before, const QRect& after)> resized;
+    std::function<void()> rowActivated;
+  };
+  void observe(Observer observer);
+
+  // Ends all calls out of the control.
+  void disconnectProgram();
+
+  ListModel& items() { return mModel; }
+  ItemId selectedItem() const;
+  bool removeItem(ItemId item);
+
+  // Widths as the program knows them, modulo 65536. The upper half of that range is what a width
+  // below zero wraps to: the column is then shown at its smallest.
+  std::uint16_t columnWidthOf(int column) const;
+  void setColumnWidthOf(int column, std::uint16_t width);
+
+  // Gives the first column what the others leave free; for a window that is not shown yet.
+  void fillWithFirstColumn();
+
+  QSize sizeHint() const override;
+
+ protected:
+  void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
+  void rowsInserted(const QModelIndex& parent, int start, int end) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+
+ private:
+  // A selection that nothing changes while the control is disabled: assistive technology reaches
+  // the selection of a disabled list.
+  class Selection : public QItemSelectionModel {
+   public:
+    Selection(QAbstractItemModel* model, QTreeView& view);
+    void select(const QItemSelection& selection, SelectionFlags command) override;
+    void select(const QModelIndex& index, SelectionFlags command) override;
+    using QItemSelectionModel::select;
+    void forget();
+
+   private:
+    QTreeView& mView;
+    bool mForgetting = false;
+  };
+
+  int widthInCharacters(int column) const;
+  void noteUserWidth(int column, int width);
+  void describePlaceholder();
+  QString placeholder() const;
+
+  ListModel mModel;
+  Selection mSelection;
+  Observer mObserver;
+  std::vector<std::uint16_t> mWidths;
+  bool mSettingWidth = false;
+  QRect mBounds;
+};
+
+}  // namespace platform

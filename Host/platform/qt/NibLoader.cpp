@@ -1,0 +1,73 @@
+#include "platform/qt/NibLoader.h"
+
+#include <QFile>
+#include <QIcon>
+#include <QLabel>
+#include <QUiLoader>
+
+#include "platform/qt/ListControl.h"
+#include "platform/qt/MainWindow.h"
+#include "platform/qt/QtText.h"
+#include "platform/qt/SheetDialog.h"
+
+namespace platform {
+namespace {
+
+class NibLoader final : public QUiLoader {
+ public:
+  QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override {
+    QWidget* widget = createOwn(className, parent);
+    if (widget == nullptr) return QUiLoader::createWidget(className, parent, name);
+    widget->setObjectName(name);
+    return widget;
+  }
+
+ private:
+  static QWidget* createOwn(const QString& className, QWidget* parent) {
+    if (className == u"QTreeView") return new ListControl(parent);
+    if (className == u"QMainWindow") return new MainWindow(parent);
+    if (className == u"QDialog") return new SheetDialog(parent);
+    return nullptr;
+  }
+};
+
+void setPicture(QLabel& label, const QString& directory) {
+  const QString name = label.property("picture").toString();
+  if (name.isEmpty()) return;
+  QIcon icon;
+  for (const int size : {48, 96, 192}) {
+    icon.addFile(QStringLiteral("%1/%2-%3.png").arg(directory, name).arg(size), QSize(size, size));
+  }
+  label.setPixmap(icon.pixmap(QSize(48, 48), label.devicePixelRatio()));
+}
+
+}  // namespace
+
+std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& pictures) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return nullptr;
+  NibLoader loader;
+  loader.clearPluginPaths();
+  std::unique_ptr<QWidget> window(loader.load(&file));
+  if (window == nullptr) return nullptr;
+  for (QLabel* label : window->findChildren<QLabel*>()) setPicture(*label, pictures);
+  for (ListControl* list : window->findChildren<ListControl*>()) list->setUpColumns();
+  return window;
+}
+
+QWidget* findControl(QWidget& window, ControlId id) {
+  for (QWidget* widget : window.findChildren<QWidget*>()) {
+    if (widget->window() != &window) continue;  // of a sheet on it
+    const QVariant signature = widget->property("controlSignature");
+    const QVariant number = widget->property("controlId");
+    if (!signature.isValid() && !number.isValid()) continue;
+    if (codeFrom(signature.toString()) == id.signature && number.toInt() == id.id) return widget;
+  }
+  return nullptr;
+}
+
+FourCharCode commandOf(const QObject& source) {
+  return codeFrom(source.property("command").toString());
+}
+
+}  // namespace platform

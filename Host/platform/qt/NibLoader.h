@@ -1,0 +1,27 @@
+// Makes windows from Qt Designer files. Besides what the files say themselves, it reads these
+// dynamic properties:
+//   "controlSignature", "controlId"   the ID by which code finds a control
+//   "command"                         the command that a button or an action issues
+//   "standardIcon"                    on a label: a picture of the desktop's style, by QStyle's
+//   name
+// and those of ListControl and SheetDialog. No window has code of its own. Used by the toolkit.
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <memory>
+
+#include "platform/Toolkit.h"
+
+namespace platform {
+
+// Null when the file cannot be read or is none of Qt Designer's. `pictures` is their directory.
+std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& pictures);
+
+// Null when the window has no such control.
+QWidget* findControl(QWidget& window, ControlId id);
+
+// 0 when the button or action issues none.
+FourCharCode commandOf(const QObject& source);
+
+}  // namespace platform

@@ -1,0 +1,110 @@
+#include "platform/qt/QtApplication.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "platform/Bundle.h"
+#include "platform/qt/QtEventLoop.h"
+#include "platform/qt/QtEvents.h"
+#include "platform/qt/QtRunLoop.h"
+#include "platform/qt/QtStrings.h"
+#include "platform/qt/QtToolkit.h"
+
+namespace platform {
+namespace {
+
+// Qt has no other way of saying that it cannot reach a display than to abort.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
+  if (type != QtFatalMsg) return;
+  std::fputs(
+      "fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
+      "WAYLAND_DISPLAY.\n",
+      stderr);
+  std::_Exit(EXIT_FAILURE);
+}
+
+// Makes the QApplication, and has the user's settings for it.
+class Session {
+ public:
+  explicit Session(const char* programName) : mName(programName) {
+    const QtMessageHandler previous = qInstallMessageHandler(endWithoutDisplay);
+    mApplication = std::make_unique<QApplication>(mArgumentCount, mArguments.data());
+    qInstallMessageHandler(previous);
+    mApplication->setQuitOnLastWindowClosed(false);
+    QAccessible::setRootObject(mApplication.get());
+    QGuiApplication::setDesktopFileName(QStringLiteral("fwupdate"));
+  }
+
+  // English first: other languages stand on top of it.
+  void loadResources(const QString& resources) {
+    const QLocale locale;
+    const QString own = resources + "/translations";
+    load(QLocale(QLocale::English), "fwupdate", own);
+    load(locale, "qtbase", QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+    load(locale, "fwupdate", own);
+    QIcon icon;
+    for (const int size : {16, 32, 48, 96}) {
+      icon.addFile(QStringLiteral("%1/icons/fwupdate-%2.png").arg(resources).arg(size),
+                   QSize(size, size));
+    }
+    QGuiApplication::setWindowIcon(icon);
+  }
+
+ private:
+  void load(const QLocale& locale, const char* name, const QString& directory) {
+    auto translator = std::make_unique<QTranslator>();
+    if (!translator->load(locale, QLatin1String(name), QStringLiteral("_"), directory)) return;
+    QCoreApplication::installTranslator(translator.get());
+    mTranslators.push_back(std::move(translator));
+  }
+
+  std::string mName;
+  int mArgumentCount = 1;
+  std::array<char*, 2> mArguments{mName.data(), nullptr};
+  std::unique_ptr<QApplication> mApplication;
+  std::vector<std::unique_ptr<QTranslator>> mTranslators;
+};
+
+class QtApplicationWithSurfaces final : public QtApplication {
+ public:
+  QtApplicationWithSurfaces(const char* programName, const Bundle& bundle)
+      : mSession(programName),
+        mRunLoop(makeQtRunLoop(mLoop)),
+        mEvents(makeQtEvents(mLoop)),
+        mToolkit(makeQtToolkit(mLoop, *mEvents, bundle)),
+        mStrings(makeQtStrings()) {
+    if (const auto resources = bundle.resourcesDirectory()) {
+      mSession.loadResources(QString::fromStdString(resources->string()));
+    }
+  }
+
+  RunLoop& runLoop() override { return *mRunLoop; }
+  Events& events() override { return *mEvents; }
+  Toolkit& toolkit() override { return *mToolkit; }
+  LocalizedStrings& strings() override { return *mStrings; }
+
+ private:
+  Session mSession;
+  QtEventLoop mLoop;
+  std::unique_ptr<RunLoop> mRunLoop;
+  std::unique_ptr<QtEvents> mEvents;
+  std::unique_ptr<Toolkit> mToolkit;
+  std::unique_ptr<LocalizedStrings> mStrings;
+};
+
+}  // namespace
+
+std::unique_ptr<QtApplication> makeQtApplication(const char* programName, const Bundle& bundle) {
+  return std::make_unique<QtApplicationWithSurfaces>(programName, bundle);
+}
+
+}  // namespace platform

@@ -1,0 +1,31 @@
+// The application object of Qt, with everything that stands on it. main() makes one, first of all,
+// and keeps it until the end.
+#pragma once
+
+#include <memory>
+
+namespace platform {
+
+class Bundle;
+class Events;
+class LocalizedStrings;
+class RunLoop;
+class Toolkit;
+
+class QtApplication {
+ public:
+  virtual ~QtApplication() = default;
+
+  virtual RunLoop& runLoop() = 0;
+  virtual Events& events() = 0;
+  virtual Toolkit& toolkit() = 0;
+  virtual LocalizedStrings& strings() = 0;
+};
+
+// Where there is no display, a line on standard error says so and the program ends at once with
+// status 1. Translations and the icon come from the bundle's resources; without them the program
+// runs in English. The program's arguments are its own: Qt gets `programName` alone. `bundle` must
+// outlive the application.
+std::unique_ptr<QtApplication> makeQtApplication(const char* programName, const Bundle& bundle);
+
+}  // namespace platform

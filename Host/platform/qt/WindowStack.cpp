@@ -1,0 +1,148 @@
+#include "platform/qt/WindowStack.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <utility>
+
+#include "platform/qt/SheetDialog.h"
+
+namespace platform {
+
+WindowStack::~WindowStack() {
+  for (const WindowRef window : all()) remove(window);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+WindowRef WindowStack::add(std::unique_ptr<QWidget> window) {
+  const auto ref = static_cast<WindowRef>(++mLastRef);
+  mWindows[ref].widget = window.release();
+  return ref;
+}
+
+WindowStack::Window* WindowStack::find(WindowRef window) {
+  const auto found = mWindows.find(window);
+  return found == mWindows.end() ? nullptr : &found->second;
+}
+
+QWidget* WindowStack::widget(WindowRef window) const {
+  const auto found = mWindows.find(window);
+  return found == mWindows.end() ? nullptr : found->second.widget;
+}
+
+WindowRef WindowStack::refOf(const QWidget& window) const {
+  for (const auto& [ref, each] : mWindows) {
+    if (each.widget == &window) return ref;
+  }
+  return WindowRef::None;
+}
+
+std::vector<WindowRef> WindowStack::all() const {
+  std::vector<WindowRef> refs;
+  for (const auto& each : mWindows) refs.push_back(each.first);
+  return refs;
+}
+
+void WindowStack::show(WindowRef window) {
+  Window* shown = find(window);
+  if (shown == nullptr) return;
+  shown->shown = true;
+  present(window);
+}
+
+bool WindowStack::attach(WindowRef sheet, WindowRef parent) {
+  Window* attached = find(sheet);
+  if (attached == nullptr || find(parent) == nullptr) return false;
+  if (attached->parent == parent) return true;
+  if (attached->parent != WindowRef::None) return false;
+  for (WindowRef above = parent; above != WindowRef::None; above = find(above)->parent) {
+    if (above == sheet) return false;
+  }
+  attached->parent = parent;
+  updateBlocking();
+  if (isOnScreen(*find(parent))) present(sheet);
+  return true;
+}
+
+bool WindowStack::detach(WindowRef sheet) {
+  Window* detached = find(sheet);
+  if (detached == nullptr) return false;
+  if (detached->parent == WindowRef::None) return true;
+  hideWithSheets(sheet);
+  detached->parent = WindowRef::None;
+  updateBlocking();
+  return true;
+}
+
+// The widgets of sheets are children of their parent's: they are taken out before it goes.
+void WindowStack::remove(WindowRef window) {
+  Window* removed = find(window);
+  if (removed == nullptr) return;
+  for (const WindowRef sheet : sheetsOf(window)) detach(sheet);
+  detach(window);
+  for (auto& [ref, each] : mWindows) {
+    if (each.widget->parentWidget() == removed->widget) each.widget->setParent(nullptr);
+  }
+  removed->widget->hide();
+  removed->widget->deleteLater();
+  mWindows.erase(window);
+}
+
+void WindowStack::setActions(WindowRef window, QActionGroup& actions) {
+  Window* owner = find(window);
+  if (owner == nullptr) return;
+  owner->actions = &actions;
+  actions.setEnabled(!isBlocked(window));
+}
+
+bool WindowStack::isBlocked(WindowRef window) const { return !sheetsOf(window).empty(); }
+
+bool WindowStack::isOnScreen(const Window& window) const {
+  if (window.parent == WindowRef::None) return window.shown;
+  return isOnScreen(mWindows.at(window.parent));
+}
+
+void WindowStack::block(Window& window, bool blocked) {
+  if (window.widget->isEnabled() == !blocked) return;
+  if (blocked) window.focus = window.widget->focusWidget();
+  window.widget->setEnabled(!blocked);
+  if (window.actions != nullptr) window.actions->setEnabled(!blocked);
+  if (!blocked && window.focus != nullptr) window.focus->setFocus();
+}
+
+void WindowStack::updateBlocking() { updateBlockingBelow(WindowRef::None); }
+
+// From the bottom up, since disabling a window reaches the sheets among its children too.
+void WindowStack::updateBlockingBelow(WindowRef parent) {
+  for (const WindowRef window : sheetsOf(parent)) {
+    block(*find(window), isBlocked(window));
+    if (isBlocked(window)) updateBlockingBelow(window);
+  }
+}
+
+void WindowStack::present(WindowRef window) {
+  const Window& presented = *find(window);
+  if (auto* sheet = dynamic_cast<SheetDialog*>(presented.widget);
+      sheet != nullptr && presented.parent != WindowRef::None) {
+    sheet->showOver(*widget(presented.parent));
+  } else {
+    presented.widget->show();
+    presented.widget->activateWindow();
+  }
+  for (const WindowRef sheet : sheetsOf(window)) present(sheet);
+}
+
+void WindowStack::hideWithSheets(WindowRef window) {
+  for (const WindowRef sheet : sheetsOf(window)) hideWithSheets(sheet);
+  widget(window)->hide();
+}
+
+// With None: the windows that are no sheets, or are not up.
+std::vector<WindowRef> WindowStack::sheetsOf(WindowRef parent) const {
+  std::vector<WindowRef> refs;
+  for (const auto& [ref, each] : mWindows) {
+    if (each.parent == parent) refs.push_back(ref);
+  }
+  return refs;
+}
+
+}  // namespace platform
