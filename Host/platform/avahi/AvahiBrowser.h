@@ -1,0 +1,78 @@
+// A browser and its services. Avahi tells of a service once for each interface and protocol; the
+// product hears of its first appearance and its last disappearance. When another responder takes
+// over, what is known stays known: what the new one does not tell of in due time is reported as
+// removed, and only what is new as added.
+//
+// Everything is told from the run loop, never from inside one of Avahi's callbacks, so that the
+// product may destroy the browser from its own.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/RunLoop.h"
+#include "platform/ServiceDiscovery.h"
+#include "platform/avahi/AvahiService.h"
+#include "platform/avahi/DeferredCalls.h"
+#include "platform/avahi/Responder.h"
+#include "platform/avahi/ResponderChoice.h"
+
+namespace platform::avahi {
+
+class AvahiBrowser : public NetServiceBrowser,
+                     public ResponderChoice::Listener,
+                     public BrowseListener {
+ public:
+  AvahiBrowser(RunLoop& runLoop, Callback callback, void* info);
+  ~AvahiBrowser() override;
+
+  void schedule() override;
+  void unschedule() override;
+  bool searchForServices(const Text& domain, const Text& type, StreamError* error) override;
+  void stopSearch(StreamError* error) override;
+  void invalidate() override;
+
+  void responderChanged(Responder* responder) override;
+  void noResponder() override;
+  void appeared(const ServiceName& service, Place place) override;
+  void disappeared(const ServiceName& service, Place place) override;
+  void allForNow() override;
+  void browsingFailed() override;
+
+ private:
+  // An error of the browser itself has no service.
+  struct Event {
+    unsigned long flags;
+    std::shared_ptr<AvahiService> service;
+  };
+
+  bool start();
+  bool browse();
+  void removeUnannounced();
+  void stop();
+  void tell(Event event);
+  void deliver();
+
+  RunLoop& mRunLoop;
+  const Callback mCallback;
+  void* const mInfo;
+  bool mScheduled = false;
+  bool mValid = true;
+  std::string mType;
+  std::string mDomain;
+  std::deque<Event> mEvents;  // not told yet
+
+  // In the order in which they depend on each other: services and the browse ask the responder.
+  std::unique_ptr<ResponderChoice> mChoice;
+  std::map<ServiceName, std::shared_ptr<AvahiService>> mServices;
+  std::unique_ptr<Responder::Query> mBrowse;
+
+  std::unique_ptr<RunLoop::Timer> mCarryOverTimer;
+  bool mCarryingOver = false;
+  DeferredCalls mDeferred;
+};
+
+}  // namespace platform::avahi

@@ -1,0 +1,11 @@
+// Service discovery through Avahi: by the host's daemon where one runs, else by a stack inside this
+// process. A daemon that comes, goes or returns while the program runs is followed.
+#pragma once
+
+#include <memory>
+
+#include "platform/RunLoop.h"
+#include "platform/ServiceDiscovery.h"
+
+// `runLoop` must outlive the browsers.
+std::unique_ptr<platform::ServiceDiscovery> makeAvahiServiceDiscovery(platform::RunLoop& runLoop);
