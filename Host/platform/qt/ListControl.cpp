@@ -89,11 +89,7 @@ void ListControl::setUpColumns() {
   mWidths.assign(columns.size(), 0);
   mModel.setColumns(std::move(columns));
 
-  const int character = fontMetrics().averageCharWidth();
-  header()->setMinimumSectionSize(kSmallestColumnCharacters * character);
-  for (int column = 0; column < mModel.columnCount(); ++column) {
-    setColumnWidthOf(column, wrapped(widthInCharacters(column) * character));
-  }
+  header()->setMinimumSectionSize(kSmallestColumnCharacters * fontMetrics().averageCharWidth());
   describePlaceholder();
   setSortingEnabled(true);
   header()->setSortIndicator(-1, Qt::AscendingOrder);
@@ -130,22 +126,31 @@ void ListControl::setColumnWidthOf(int column, std::uint16_t width) {
   mSettingWidth = false;
 }
 
-void ListControl::fillWithFirstColumn() {
-  if (mModel.columnCount() == 0) return;
-  int others = 0;
-  for (int column = 1; column < mModel.columnCount(); ++column) others += columnWidthOf(column);
-  setColumnWidthOf(0, wrapped(std::max(0, width() - 2 * frameWidth() - others)));
+void ListControl::fitColumns() {
   mBounds = geometry();
+  const int room = width() - 2 * frameWidth();
+  const int wanted = wantedWidth();
+  if (wanted == 0) return;
+  int others = 0;
+  for (int column = mModel.columnCount() - 1; column >= 0; --column) {
+    const int whole = widthInCharacters(column) * fontMetrics().averageCharWidth();
+    const int fitting = std::min(whole, whole * room / wanted);
+    setColumnWidthOf(column, wrapped(column > 0 ? fitting : std::max(0, room - others)));
+    others += fitting;
+  }
 }
 
-QSize ListControl::sizeHint() const {
+int ListControl::wantedWidth() const {
   int characters = 0;
   for (int column = 0; column < mModel.columnCount(); ++column) {
     characters += widthInCharacters(column);
   }
-  return {characters * fontMetrics().averageCharWidth() + 2 * frameWidth(),
-          kVisibleRows * comfortableHeight(fontMetrics()) + header()->sizeHint().height() +
-              2 * frameWidth()};
+  return characters * fontMetrics().averageCharWidth();
+}
+
+QSize ListControl::sizeHint() const {
+  return {wantedWidth() + 2 * frameWidth(), kVisibleRows * comfortableHeight(fontMetrics()) +
+                                                header()->sizeHint().height() + 2 * frameWidth()};
 }
 
 // The selection ends with its row. Left to itself the view would select the next row, and the user

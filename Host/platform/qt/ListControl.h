@@ -43,8 +43,9 @@ class ListControl : public QTreeView {
   std::uint16_t columnWidthOf(int column) const;
   void setColumnWidthOf(int column, std::uint16_t width);
 
-  // Gives the first column what the others leave free; for a window that is not shown yet.
-  void fillWithFirstColumn();
+  // Gives each column the width that the file asks for, or its share where there is less room, and
+  // the first what is left. For a window that has its size but is not shown yet.
+  void fitColumns();
 
   QSize sizeHint() const override;
 
@@ -74,6 +75,7 @@ class ListControl : public QTreeView {
   };
 
   int widthInCharacters(int column) const;
+  int wantedWidth() const;
   void noteUserWidth(int column, int width);
   void describePlaceholder();
   QString placeholder() const;

@@ -1,5 +1,8 @@
 #include "platform/qt/QtText.h"
 
+#include <QStringList>
+#include <QTextBoundaryFinder>
+
 namespace platform {
 
 QString onOneLine(QString string) {
@@ -15,6 +18,24 @@ QString onOneLine(QString string) {
     }
   }
   return string;
+}
+
+QString breakable(const QString& string) {
+  constexpr qsizetype kLongWord = 20;
+  constexpr QChar kZeroWidthSpace(0x200B);
+  QStringList words = string.split(u' ');
+  for (QString& word : words) {
+    if (word.size() <= kLongWord) continue;
+    QString marked;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, word);
+    qsizetype begin = 0;
+    for (qsizetype end = characters.toNextBoundary(); end > 0; end = characters.toNextBoundary()) {
+      marked += word.mid(begin, end - begin) + kZeroWidthSpace;
+      begin = end;
+    }
+    word = marked;
+  }
+  return words.join(u' ');
 }
 
 FourCharCode codeFrom(const QString& characters) {

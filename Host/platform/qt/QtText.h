@@ -23,6 +23,9 @@ inline Text toText(const QString& string) {
 // For names that a device sends: whatever would break the line or move the cursor becomes a blank.
 QString onOneLine(QString string);
 
+// Lets words that are too long for a line be broken, by marks that do not show.
+QString breakable(const QString& string);
+
 // The code that an interface file writes as up to four characters, the blanks at its end optional.
 // 0 for an empty or longer text.
 FourCharCode codeFrom(const QString& characters);

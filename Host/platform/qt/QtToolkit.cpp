@@ -220,7 +220,9 @@ OSStatus QtToolkit::setControlText(ControlRef control, const Text& text) {
   auto* label = qobject_cast<QLabel*>(mControls.widget(control));
   if (label == nullptr) return errControlNotFound;
   label->setTextFormat(Qt::PlainText);
-  label->setText(onOneLine(toQString(text)));
+  const QString line = onOneLine(toQString(text));
+  label->setText(breakable(line));
+  label->setAccessibleName(line);
   return noErr;
 }
 
@@ -320,7 +322,7 @@ void QtToolkit::wireAction(MainWindow& window, QAction& action) {
 
 void QtToolkit::wireList(WindowRef window, ListControl& list) {
   const ControlRef control = mControls.refFor(list, window);
-  list.fillWithFirstColumn();
+  list.fitColumns();
   list.observe({[this, &list, control] {
                   const auto notify = list.items().callbacks().itemNotification;
                   if (notify == nullptr) return;
