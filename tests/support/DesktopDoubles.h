@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "CatchingEvents.h"
 #include "FakeBundle.h"
-#include "FakeEvents.h"
 #include "FakeFiles.h"
 #include "FakeLocalizedStrings.h"
 #include "FakeNetwork.h"
@@ -35,7 +35,7 @@ struct DesktopDoubles {
   FakeLocalizedStrings strings;
   FakeFiles files;
   FakeRunLoop runLoop;
-  FakeEvents events;
+  CatchingEvents events;
   FakeNetwork network;
   FakeUsbRegistry usb;
   FakeToolkit toolkit{[this](const platform::EventTarget& target, const platform::Event& event) {

@@ -4,33 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "BrokenNetwork.h"
 #include "DesktopDoubles.h"
 #include "NamedService.h"
 #include "QuillUsbDevice.h"
 #include "platform/Data.h"
-
-// A network on which an address cannot be shown, or no socket can be made.
-class BrokenNetwork : public FakeNetwork {
- public:
-  bool showsAddresses = true;
-  bool makesSockets = true;
-
-  platform::Text numericAddress(int family, std::span<const std::uint8_t> address) override {
-    return showsAddresses ? FakeNetwork::numericAddress(family, address) : platform::Text();
-  }
-
-  std::unique_ptr<platform::StreamSocket> createStreamSocket(
-      int protocolFamily, int type, int protocol, unsigned long callbackTypes,
-      platform::StreamSocket::Callout callout, void* info) override {
-    if (!makesSockets) throw std::runtime_error("no socket left");
-    return FakeNetwork::createStreamSocket(protocolFamily, type, protocol, callbackTypes, callout,
-                                           info);
-  }
-};
 
 class PrinterFixture : public testing::Test {
  protected:

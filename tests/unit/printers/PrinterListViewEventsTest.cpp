@@ -16,6 +16,8 @@ using Entries = std::vector<LogEntry>;
 
 class PrinterListViewEventsTest : public PrinterListViewFixture {
  protected:
+  const std::vector<CatchingEvents::Caught>& handlers() const { return doubles.events.handlers; }
+
   // The new width of a name column of `oldWidth`, after the control's width has changed.
   std::uint16_t widthAfter(std::uint16_t oldWidth, float from, float to) {
     list().columns["lcNm"_4cc] = oldWidth;
@@ -98,58 +100,29 @@ TEST_F(PrinterListViewEventsTest, MissingParameterOfAResizeIsNamed) {
                                     {3, "GetEventParameter(kEventParamCurrentBounds)" + suffix}}));
 }
 
-// Catches the handlers on their way, to call them as no installed platform does.
-class CatchingEvents : public FakeEvents {
- public:
-  OSStatus installHandler(const platform::EventTarget& target,
-                          std::span<const platform::EventSpec> specs,
-                          platform::EventHandler handler, void* userData,
-                          platform::EventHandlerRef& installed) override {
-    handlers.push_back(handler);
-    data.push_back(userData);
-    return FakeEvents::installHandler(target, specs, handler, userData, installed);
-  }
-
-  std::vector<platform::EventHandler> handlers;
-  std::vector<void*> data;
-};
-
-class PrinterListViewHandlersTest : public PrinterListViewEventsTest {
- protected:
-  PrinterListViewHandlersTest() { view.emplace(window); }
-  ~PrinterListViewHandlersTest() override { view.reset(); }
-
-  static platform::Platform withEvents(platform::Events& events) {
-    platform::Platform platform = platform::current();
-    platform.events = &events;
-    return platform;
-  }
-
-  CatchingEvents catching;
-  platform::PlatformScope scope{withEvents(catching)};
-};
-
-TEST_F(PrinterListViewHandlersTest, ResizeHandlerHasNoUserDataAndTheDisposeHandlerTheView) {
-  ASSERT_EQ(catching.data.size(), 2u);
-  EXPECT_EQ(catching.data[0], nullptr);
-  EXPECT_EQ(catching.data[1], &*view);
+TEST_F(PrinterListViewEventsTest, ResizeHandlerHasNoUserDataAndTheDisposeHandlerTheView) {
+  makeView();
+  ASSERT_EQ(handlers().size(), 2u);
+  EXPECT_EQ(handlers()[0].userData, nullptr);
+  EXPECT_EQ(handlers()[1].userData, &*view);
 }
 
-TEST_F(PrinterListViewHandlersTest, UnexpectedEventKindIsLoggedInDecimal) {
+TEST_F(PrinterListViewEventsTest, UnexpectedEventKindIsLoggedInDecimal) {
+  makeView();
   Log<3>() << std::hex;
-  EXPECT_EQ(catching.handlers[0](nullptr, platform::Event("cntl"_4cc, 155), nullptr), -9874);
+  EXPECT_EQ(handlers()[0](platform::Event("cntl"_4cc, 155)), -9874);
   EXPECT_EQ(takeEntries(), (Entries{{3, "Unexpected event 155"}}));
 }
 
-TEST_F(PrinterListViewHandlersTest, DisposeWithoutViewIsNotHandled) {
-  doubles.takeToolkitCalls();
-  EXPECT_EQ(catching.handlers[1](nullptr, platform::Event("cntl"_4cc, 1001), nullptr), -9874);
+TEST_F(PrinterListViewEventsTest, DisposeWithoutViewIsNotHandled) {
+  makeView();
+  EXPECT_EQ(handlers()[1].withoutUserData(platform::Event("cntl"_4cc, 1001)), -9874);
   EXPECT_EQ(doubles.takeToolkitCalls(), Lines{});
 }
 
-TEST_F(PrinterListViewHandlersTest, DisposeTakesTheCallbacksFromTheControl) {
-  doubles.takeToolkitCalls();
-  EXPECT_EQ(catching.handlers[1](nullptr, platform::Event("cntl"_4cc, 1001), &*view), 0);
+TEST_F(PrinterListViewEventsTest, DisposeTakesTheCallbacksFromTheControl) {
+  makeView();
+  EXPECT_EQ(handlers()[1](platform::Event("cntl"_4cc, 1001)), 0);
   EXPECT_EQ(doubles.takeToolkitCalls(),
             (Lines{"initDataBrowserCallbacks()",
                    "setDataBrowserCallbacks(PrinterSelectWindow/lPrn.0, none)"}));

@@ -1,4 +1,5 @@
 #include <memory>
+#include <stdexcept>
 
 #include "Branding.h"
 #include "FirmwareDownloader.h"
@@ -233,7 +234,7 @@ TEST_F(PrinterTest, DownloadWithoutAddressHandsOnTheNullAddress) {
 }
 
 TEST_F(PrinterTest, WhatTheTransportThrowsPassesThrough) {
-  network.makesSockets = false;
+  network.beforeSocket = [] { throw std::runtime_error("no socket left"); };
   const OwnedPrinter printer = networkPrinter(ipv4Record());
   FirmwareDownloader downloader;
   try {

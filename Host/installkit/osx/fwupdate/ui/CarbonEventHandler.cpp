@@ -1,0 +1,229 @@
+#include "CarbonEventHandler.h"
+
+#include <exception>
+#include <new>
+#include <ostream>
+#include <stdexcept>
+
+#include "ConfirmationSheet.h"
+#include "ErrorMessage.h"
+#include "FirmwareDownloader.h"
+#include "Log.h"
+#include "Printer.h"
+#include "PrinterListView.h"
+#include "ProgressSheet.h"
+#include "platform/Platform.h"
+#include "platform/Toolkit.h"
+
+using namespace platform::literals;
+using platform::eventNotHandledErr;
+using platform::noErr;
+using platform::OSStatus;
+
+namespace {
+
+constexpr platform::FourCharCode kDirectObject = "----"_4cc;
+
+constexpr platform::EventSpec kProcessCommand{"cmds"_4cc, 1};
+constexpr platform::EventSpec kWindowClose{"wind"_4cc, 72};
+constexpr platform::EventSpec kApplicationQuit{"appl"_4cc, 3};
+constexpr platform::EventSpec kDownloaderResume{kFwDlEventClass, kFwDlEventResume};
+constexpr platform::EventSpec kDownloaderAsyncFailure{kFwDlEventClass, kFwDlEventAsyncFailure};
+
+void logDownloadFailure(const std::exception& error) {
+  Log<3>() << "Failed to download firmware: " << error.what() << std::flush;
+}
+
+}  // namespace
+
+CarbonEventHandler::CarbonEventHandler(platform::WindowRef window, PrinterListView& printerListView,
+                                       ProgressSheet& progressSheet,
+                                       ConfirmationSheet& confirmationSheet,
+                                       FirmwareDownloader& downloader)
+    : mWindow(window),
+      mPrinterListView(printerListView),
+      mProgressSheet(progressSheet),
+      mConfirmationSheet(confirmationSheet),
+      mFirmwareDownloader(downloader) {}
+
+CarbonEventHandler::~CarbonEventHandler() { handleExit(); }
+
+void CarbonEventHandler::initialise() {
+  const OSStatus status = platform::current().events->installAppleEventHandler(
+      "aevt"_4cc, "oapp"_4cc, openHandler, this);
+  if (status != noErr) {
+    throw std::runtime_error(buildErrorMessage("Failed to install open handler.", status));
+  }
+
+  const platform::EventSpec commands[] = {kProcessCommand};
+  const platform::EventSpec windowClose[] = {kWindowClose};
+  const platform::EventSpec applicationQuit[] = {kApplicationQuit};
+  const platform::EventSpec downloader[] = {kDownloaderResume, kDownloaderAsyncFailure};
+  installHandler(commands, commandHandler, platform::kApplicationTarget, mCommandHandler);
+  installHandler(windowClose, windowCloseHandler, mWindow, mWindowCloseHandler);
+  installHandler(applicationQuit, exitHandler, platform::kApplicationTarget, mExitHandler);
+  installHandler(downloader, resumeHandler, platform::kApplicationTarget, mResumeHandler);
+}
+
+void CarbonEventHandler::installHandler(std::span<const platform::EventSpec> specs,
+                                        platform::EventHandler handler,
+                                        const platform::EventTarget& target,
+                                        platform::EventHandlerRef& installed) {
+  const OSStatus status =
+      platform::current().events->installHandler(target, specs, handler, this, installed);
+  if (status != noErr) {
+    throw std::runtime_error(buildErrorMessage("Failed to install event handler.", status));
+  }
+}
+
+void CarbonEventHandler::removeHandler(platform::EventHandlerRef& installed) {
+  if (installed == 0) return;
+  platform::current().events->removeHandler(installed);
+  installed = 0;
+}
+
+OSStatus CarbonEventHandler::openHandler(const platform::Event&, platform::Event&, void* refCon) {
+  if (refCon == nullptr) return platform::errAEEventNotHandled;
+  return static_cast<CarbonEventHandler*>(refCon)->handleOpen();
+}
+
+OSStatus CarbonEventHandler::commandHandler(Call, const platform::Event& event, void* userData) {
+  if (userData == nullptr) return eventNotHandledErr;
+  platform::HICommand command;
+  if (event.getParameter(kDirectObject, command) != noErr) return eventNotHandledErr;
+  return static_cast<CarbonEventHandler*>(userData)->handleCommand(command);
+}
+
+OSStatus CarbonEventHandler::windowCloseHandler(Call, const platform::Event&, void*) {
+  platform::current().events->quitApplicationEventLoop();
+  return eventNotHandledErr;
+}
+
+OSStatus CarbonEventHandler::exitHandler(Call, const platform::Event&, void* userData) {
+  if (userData != nullptr) static_cast<CarbonEventHandler*>(userData)->handleExit();
+  return eventNotHandledErr;
+}
+
+OSStatus CarbonEventHandler::resumeHandler(Call, const platform::Event& event, void*) {
+  void* posted = nullptr;
+  event.getParameter(kDirectObject, posted);
+  if (posted == nullptr) return eventNotHandledErr;
+
+  auto& downloader = *static_cast<FirmwareDownloader*>(posted);
+  switch (event.kind()) {
+    case kDownloaderResume.kind:
+      downloader.resume();
+      return noErr;
+    case kDownloaderAsyncFailure.kind:
+      downloader.stopTasks();
+      return noErr;
+    default:
+      return eventNotHandledErr;
+  }
+}
+
+OSStatus CarbonEventHandler::handleOpen() {
+  if (mWindow == platform::WindowRef::None) return platform::errAEEventNotHandled;
+  platform::current().toolkit->showWindow(mWindow);
+  return noErr;
+}
+
+void CarbonEventHandler::handleExit() {
+  removeHandler(mCommandHandler);
+  removeHandler(mWindowCloseHandler);
+  removeHandler(mExitHandler);
+  removeHandler(mResumeHandler);
+}
+
+OSStatus CarbonEventHandler::handleCommand(const platform::HICommand& command) {
+  switch (command.commandId) {
+    case "Down"_4cc:
+      return handleCmdDownload();
+    case "Yes "_4cc:
+      return handleCmdYes();
+    case "No  "_4cc:
+      return handleCmdNo();
+    case "DlOk"_4cc:
+      return handleCmdDownloadDone();
+    case "DlNo"_4cc:
+      return handleCmdDownloadFailed();
+    case "DlUd"_4cc:
+      return handleCmdDownloadUpToDate();
+    case "Clos"_4cc:
+      return handleCmdCloseAlert();
+    case "quit"_4cc:
+      return handleCmdQuit();
+    default:
+      Log<5>() << "Unknown UI command: " << command.commandId << std::flush;
+      return eventNotHandledErr;
+  }
+}
+
+OSStatus CarbonEventHandler::handleCmdDownload() {
+  try {
+    const Printer* printer = mPrinterListView.getSelected();
+    const platform::Text key = printer->getConfirmationMsgKey();
+    if (key.isNull()) return doDownload();
+    mConfirmationSheet.setConfirmationMsg(key);
+    mConfirmationSheet.show();
+  } catch (const std::out_of_range& error) {
+    logDownloadFailure(error);
+  }
+  return noErr;
+}
+
+OSStatus CarbonEventHandler::handleCmdYes() {
+  mConfirmationSheet.hide();
+  return doDownload();
+}
+
+OSStatus CarbonEventHandler::handleCmdNo() {
+  mConfirmationSheet.hide();
+  return noErr;
+}
+
+OSStatus CarbonEventHandler::handleCmdDownloadDone() {
+  mProgressSheet.hide();
+  return noErr;
+}
+
+OSStatus CarbonEventHandler::handleCmdDownloadFailed() {
+  mProgressSheet.showAlertMessage(ProgressSheet::Failed);
+  return noErr;
+}
+
+OSStatus CarbonEventHandler::handleCmdDownloadUpToDate() {
+  mProgressSheet.showAlertMessage(ProgressSheet::UpToDate);
+  return noErr;
+}
+
+OSStatus CarbonEventHandler::handleCmdCloseAlert() {
+  mProgressSheet.removeAlertMessage();
+  mProgressSheet.hide();
+  return noErr;
+}
+
+OSStatus CarbonEventHandler::handleCmdQuit() {
+  if (mWindow != platform::WindowRef::None) {
+    platform::current().toolkit->disposeWindow(mWindow);
+    mWindow = platform::WindowRef::None;
+  }
+  return eventNotHandledErr;
+}
+
+OSStatus CarbonEventHandler::doDownload() {
+  try {
+    const Printer* printer = mPrinterListView.getSelected();
+    mProgressSheet.setPrinterDetails(printer->getName(), printer->getInfo());
+    printer->download(mFirmwareDownloader);
+    mProgressSheet.show();
+    return noErr;
+  } catch (const std::runtime_error& error) {
+    logDownloadFailure(error);
+  } catch (const std::out_of_range& error) {
+    logDownloadFailure(error);
+  } catch (const std::bad_alloc& error) {
+    logDownloadFailure(error);
+  }
+  return eventNotHandledErr;
+}
