@@ -1,0 +1,50 @@
+// The devices that are attached now, each with its registry entry. Follows libusb's arrivals and
+// departures, and tells its owner, the registry, from the run loop.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "RegistryObjects.h"
+
+namespace platform {
+
+class AttachedDevices {
+ public:
+  using Handler = std::function<void(io_service_t entry)>;
+
+  // `objects` holds the entries. The handlers may be null.
+  AttachedDevices(RunLoop& runLoop, std::shared_ptr<ObjectTable> objects, Handler arrived,
+                  Handler gone);
+  ~AttachedDevices();
+  AttachedDevices(const AttachedDevices&) = delete;
+  AttachedDevices& operator=(const AttachedDevices&) = delete;
+
+  // In the order of their arrival.
+  std::vector<io_service_t> entries() const;
+
+ private:
+  struct Unconfigured {
+    LibusbDevice device;
+    int attempts;
+  };
+
+  void plugged(const LibusbDevice& device, bool arrived);
+  void deviceArrived(const LibusbDevice& device);
+  void deviceLeft(const LibusbDevice& device);
+  void publish(const LibusbDevice& device, UsbDeviceDescription description);
+  void lookAgain();
+
+  RunLoop& mRunLoop;
+  std::shared_ptr<ObjectTable> mObjects;
+  std::shared_ptr<LibusbContext> mContext;  // null where the host has no USB
+  Handler mArrived;
+  Handler mGone;
+  std::vector<std::pair<LibusbDevice, ObjectReference>> mPublished;
+  std::vector<Unconfigured> mUnconfigured;
+  std::unique_ptr<RunLoop::Timer> mTimer;  // while there are unconfigured ones
+};
+
+}  // namespace platform

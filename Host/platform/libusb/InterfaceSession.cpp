@@ -1,0 +1,91 @@
+#include "InterfaceSession.h"
+
+#include <limits>
+#include <utility>
+
+#include "LibusbResults.h"
+
+namespace platform {
+
+IOReturn InterfaceSession::open(std::shared_ptr<AttachedDevice> device,
+                                const UsbInterfaceDescription& interface,
+                                std::unique_ptr<InterfaceSession>& session) {
+  std::shared_ptr<OpenDevice> open;
+  IOReturn result = device->open(open);
+  if (result != kIOReturnSuccess) return result;
+  result = open->claim(interface.number);
+  if (result != kIOReturnSuccess) return result;
+  session.reset(new InterfaceSession(std::move(device), std::move(open), interface.number));
+  return kIOReturnSuccess;
+}
+
+InterfaceSession::InterfaceSession(std::shared_ptr<AttachedDevice> device,
+                                   std::shared_ptr<OpenDevice> open, std::uint8_t number)
+    : mDevice(std::move(device)), mOpen(std::move(open)), mNumber(number) {}
+
+InterfaceSession::~InterfaceSession() {
+  mEnding = true;
+  for (const Transfer& each : mInFlight) libusb_cancel_transfer(each.transfer.get());
+  while (!mInFlight.empty()) mDevice->context().awaitEvents();
+  mOpen->release(mNumber);
+}
+
+IOReturn InterfaceSession::clearStall(const UsbEndpointDescription& endpoint) {
+  if (mDevice->isGone()) return kIOReturnNoDevice;
+  return resultOfCall(libusb_clear_halt(mOpen->handle(), endpoint.address));
+}
+
+IOReturn InterfaceSession::submit(const Request& request) {
+  if (mDevice->isGone()) return kIOReturnNoDevice;
+  if (request.size > static_cast<std::uint32_t>(std::numeric_limits<int>::max())) {
+    return kIOReturnNoMemory;
+  }
+  const std::uint8_t type = request.endpoint.properties.transferType;
+  if (type != LIBUSB_TRANSFER_TYPE_BULK && type != LIBUSB_TRANSFER_TYPE_INTERRUPT) {
+    return kIOReturnUnsupported;
+  }
+  libusb_transfer* const transfer = libusb_alloc_transfer(0);
+  if (transfer == nullptr) return kIOReturnNoMemory;
+  Transfer& started = mInFlight.emplace_back(
+      Transfer{this, {transfer, libusb_free_transfer}, request.callback, request.refCon});
+  libusb_fill_bulk_transfer(transfer, mOpen->handle(), request.endpoint.address,
+                            static_cast<unsigned char*>(request.buffer),
+                            static_cast<int>(request.size), transferEnded, &started,
+                            request.timeout);
+  transfer->type = type;
+  const IOReturn result = resultOfCall(libusb_submit_transfer(transfer));
+  if (result != kIOReturnSuccess) mInFlight.pop_back();
+  return result;
+}
+
+void InterfaceSession::transferEnded(libusb_transfer* transfer) {
+  auto* const ended = static_cast<Transfer*>(transfer->user_data);
+  InterfaceSession& session = *ended->session;
+  if (!session.mEnding) {
+    const IOReturn result = resultOfTransfer(*transfer);
+    const auto count = static_cast<std::uintptr_t>(transfer->actual_length);
+    session.deliver([callback = ended->callback, refCon = ended->refCon, result, count] {
+      callback(refCon, result, reinterpret_cast<void*>(count));
+    });
+  }
+  session.mInFlight.remove_if([ended](const Transfer& each) { return &each == ended; });
+}
+
+void InterfaceSession::deliver(std::function<void()> completion) {
+  if (mRunLoop == nullptr) {
+    mUndelivered.push_back(std::move(completion));
+    return;
+  }
+  mRunLoop->callLater([alive = std::weak_ptr<bool>(mAlive), completion = std::move(completion)] {
+    if (!alive.expired()) completion();
+  });
+}
+
+void InterfaceSession::addTo(RunLoop& runLoop) {
+  mRunLoop = &runLoop;
+  for (std::function<void()>& completion : std::exchange(mUndelivered, {})) {
+    deliver(std::move(completion));
+  }
+}
+
+}  // namespace platform

@@ -1,0 +1,16 @@
+// The interface object of the surface: open, its pipes, asynchronous transfers.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "AttachedDevice.h"
+#include "platform/UsbRegistry.h"
+
+namespace platform {
+
+// `index` counts the interfaces in the device's description.
+std::unique_ptr<UsbInterfaceObject> makeLibusbInterfaceObject(
+    std::shared_ptr<AttachedDevice> device, std::size_t index);
+
+}  // namespace platform
