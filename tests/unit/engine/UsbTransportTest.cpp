@@ -1,0 +1,387 @@
+#include <optional>
+#include <stdexcept>
+
+#include "EngineFixture.h"
+#include "FakeRunLoop.h"
+#include "FakeUsbRegistry.h"
+#include "FirmwareDownloader.h"
+#include "IoKitException.h"
+#include "Log.h"
+#include "UsbTransport.h"
+
+using namespace platform::literals;
+
+namespace {
+
+using platform::OSStatus;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+// A printer on USB whose ACL channel has been opened. Everything is given back at the end.
+class UsbFixture : public EngineFixture {
+ protected:
+  ~UsbFixture() override { EXPECT_THAT(mUsb.problems(), ElementsAre()); }
+
+  platform::Platform withUsb() {
+    platform::Platform platform = surfaces();
+    platform.runLoop = &mLoop;
+    platform.usb = &mUsb;
+    return platform;
+  }
+
+  QuillUsbDevice plugIn(const FakeUsbDevice& description) {
+    QuillUsbDevice device;
+    mService = mUsb.attach(description);
+    device.init(mService, 0);
+    mUsb.takeCalls();
+    return device;
+  }
+
+  // The printer sends these bytes in one transfer.
+  void send(const std::string& bytes) {
+    mUsb.completeRead(bytes);
+    mLoop.runAllLater();
+  }
+
+  void takeWrite() {
+    if (!mUsb.transfers().empty()) mTaken.push_back(mUsb.transfers().front()->written);
+    mUsb.completeWrite(mTaken.back().size());
+    mLoop.runAllLater();
+  }
+
+  void fail(platform::IOReturn result) {
+    mUsb.failTransfer(result);
+    mLoop.runAllLater();
+  }
+
+  std::vector<LogEntry> takeEntries() { return mRecorder.takeEntries(); }
+
+  FakeRunLoop mLoop;
+  FakeUsbRegistry mUsb;
+  LogRecorder mRecorder{withUsb()};
+  platform::io_service_t mService = 0;
+  std::vector<std::string> mTaken;
+};
+
+// A transport by itself; its controller runs no download, and posted events are not delivered.
+class UsbTransportTest : public UsbFixture {
+ protected:
+  void TearDown() override { mTransport.reset(); }
+
+  IoTransport& make(const FakeUsbDevice& description = fakePrinter()) {
+    mTransport.emplace(plugIn(description), mDownloader);
+    return *mTransport;
+  }
+
+  IoTransport& makeOpen() {
+    make().write("x", 1);
+    takeWrite();
+    mUsb.takeCalls();
+    mEvents.takeCalls();
+    takeEntries();
+    return *mTransport;
+  }
+
+  FirmwareDownloader mDownloader;
+  std::optional<UsbTransport> mTransport;
+};
+
+TEST_F(UsbTransportTest, ConnectOpensNothingAndPostsOneResume) {
+  make().connect();
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 1", "set ----", "post FwDl 1"));
+  EXPECT_THAT(mUsb.takeCalls(), IsEmpty());
+  EXPECT_THAT(takeEntries(), IsEmpty());
+}
+
+TEST_F(UsbTransportTest, WriteIsOneTransferOf200Milliseconds) {
+  makeOpen().write("hello", 5);
+  EXPECT_THAT(mUsb.takeCalls(),
+              ElementsAre("clearPipeStallBothEnds printer/7 pipe=1",
+                          "writePipeAsyncTO printer/7 pipe=1 size=5 timeouts=200,200"));
+  EXPECT_EQ(mUsb.transfers().front()->written, "hello");
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Async write request for 5 bytes."}));
+  EXPECT_THAT(mEvents.calls(), IsEmpty());
+}
+
+TEST_F(UsbTransportTest, CompleteWritePostsOneResume) {
+  makeOpen().write("hello", 5);
+  takeWrite();
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 1", "set ----", "post FwDl 1"));
+}
+
+TEST_F(UsbTransportTest, ShortWriteIsComplete) {
+  makeOpen().write("hello", 5);
+  mUsb.completeWrite(3);
+  mLoop.runAllLater();
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 1", "set ----", "post FwDl 1"));
+}
+
+TEST_F(UsbTransportTest, ReadHas20SecondsForEachTransfer) {
+  std::string buffer(70, '?');
+  makeOpen().read(buffer.data(), buffer.size());
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Async read request for 70 bytes."}));
+  send(std::string(64, 'a'));
+  EXPECT_THAT(mUsb.takeCalls(),
+              ElementsAre("clearPipeStallBothEnds printer/7 pipe=2",
+                          "readPipeAsyncTO printer/7 pipe=2 size=64 timeouts=20000,20000",
+                          "clearPipeStallBothEnds printer/7 pipe=2",
+                          "readPipeAsyncTO printer/7 pipe=2 size=64 timeouts=20000,20000"));
+  EXPECT_THAT(mEvents.calls(), IsEmpty());
+  send("bbbbbb");
+  EXPECT_EQ(buffer, std::string(64, 'a') + "bbbbbb");
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 1", "set ----", "post FwDl 1"));
+}
+
+TEST_F(UsbTransportTest, ReadTakesAnotherTimeOut) {
+  char buffer[16];
+  makeOpen().read(buffer, sizeof buffer, 3000);
+  EXPECT_THAT(mUsb.takeCalls(),
+              Contains("readPipeAsyncTO printer/7 pipe=2 size=64 timeouts=3000,3000"));
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Async read request for 16 bytes."}));
+}
+
+TEST_F(UsbTransportTest, BytesLeftFromAnEarlierPacketPostAResumeToo) {
+  char buffer[2];
+  IoTransport& transport = makeOpen();
+  transport.read(buffer, 2);
+  send("abcd");
+  mEvents.takeCalls();
+  transport.read(buffer, 2);
+  EXPECT_EQ(std::string(buffer, 2), "cd");
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 1", "set ----", "post FwDl 1"));
+}
+
+TEST_F(UsbTransportTest, FailedTransferIsLoggedAndPostsOneFailure) {
+  char byte = 0;
+  makeOpen().read(&byte, 1);
+  takeEntries();
+  fail(platform::kIOUSBTransactionTimeout);
+  EXPECT_THAT(takeEntries(),
+              ElementsAre(LogEntry{3, "Async read failed: I/O Kit error=0xe0004051"}));
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 2", "set ----", "post FwDl 2"));
+}
+
+TEST_F(UsbTransportTest, FailedWriteIsLoggedAndPostsOneFailure) {
+  makeOpen().write("hello", 5);
+  takeEntries();
+  fail(platform::kIOReturnNoDevice);
+  EXPECT_THAT(takeEntries(),
+              ElementsAre(LogEntry{3, "Async write failed: I/O Kit error=0xe00002c0"}));
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 2", "set ----", "post FwDl 2"));
+}
+
+TEST_F(UsbTransportTest, ReadThatCannotGoOnPostsAFailure) {
+  char buffer[65];
+  makeOpen().read(buffer, sizeof buffer);
+  takeEntries();
+  mUsb.script("clearPipeStallBothEnds", platform::kIOReturnNoDevice);
+  send(std::string(64, 'a'));
+  EXPECT_THAT(takeEntries(),
+              ElementsAre(LogEntry{3, "Failed to clear pipe stall. [return value = 0xe00002c0]"}));
+  EXPECT_THAT(mEvents.calls(), ElementsAre("create FwDl 2", "set ----", "post FwDl 2"));
+}
+
+TEST_F(UsbTransportTest, TransferThatCannotBeStartedThrows) {
+  char byte = 0;
+  mUsb.script("open", platform::kIOReturnExclusiveAccess);
+  EXPECT_THAT([&] { make().write(&byte, 1); },
+              ThrowsMessage<IoKitException>("Unable to open interface. [return value = "
+                                            "0xe00002c5]"));
+  mUsb.script("readPipeAsyncTO", platform::kIOReturnNoMemory);
+  EXPECT_THAT([&] { mTransport->read(&byte, 1, 1); },
+              ThrowsMessage<IoKitException>("Async read request failed. [return value = "
+                                            "0xe00002bd]"));
+  EXPECT_THAT(mEvents.calls(), IsEmpty());
+}
+
+TEST_F(UsbTransportTest, RefusesBadArgumentsAfterItsLogLine) {
+  char byte = 0;
+  IoTransport& transport = makeOpen();
+  const auto refuses = [](auto action, const char* text) {
+    EXPECT_THAT(action, ThrowsMessage<std::runtime_error>(text));
+  };
+  refuses([&] { transport.write(&byte, 0); }, "Cannot read or write no data.");
+  refuses([&] { transport.write(nullptr, 5); }, "Null buffer is invalid.");
+  refuses([&] { transport.read(nullptr, 0); }, "Cannot read or write no data.");
+  refuses([&] { transport.read(nullptr, 5); }, "Null buffer is invalid.");
+  refuses([&] { transport.read(nullptr, 5, 1); }, "Null buffer is invalid.");
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Async write request for 0 bytes."},
+                                         LogEntry{5, "Async write request for 5 bytes."},
+                                         LogEntry{5, "Async read request for 0 bytes."},
+                                         LogEntry{5, "Async read request for 5 bytes."},
+                                         LogEntry{5, "Async read request for 5 bytes."}));
+  EXPECT_THAT(mUsb.takeCalls(), IsEmpty());
+}
+
+TEST_F(UsbTransportTest, LogsLengthsInDecimalWhateverTheLogWasLeftIn) {
+  char buffer[16];
+  IoTransport& transport = makeOpen();
+  Log<5>() << std::hex;
+  transport.write(buffer, 16);
+  takeWrite();
+  Log<5>() << std::hex;
+  transport.read(buffer, 16);
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Async write request for 16 bytes."},
+                                         LogEntry{5, "Async read request for 16 bytes."}));
+}
+
+TEST_F(UsbTransportTest, KeepsTheDeviceForItsLifeAndLogsItsEnd) {
+  makeOpen();
+  EXPECT_EQ(mUsb.references(mService), 1);
+  mTransport.reset();
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Cleaning up USB transport."}));
+  EXPECT_EQ(mUsb.references(mService), 0);
+}
+
+TEST_F(UsbTransportTest, NothingIsPostedForATransferThatItsEndCutsOff) {
+  char byte = 0;
+  makeOpen().read(&byte, 1);
+  mUsb.completeRead("a");
+  mTransport.reset();
+  mLoop.runAllLater();
+  EXPECT_THAT(mEvents.calls(), IsEmpty());
+}
+
+// A whole download, with a handler for the controller's events like the application's.
+class UsbDownloadTest : public UsbFixture {
+ protected:
+  UsbDownloadTest() {
+    const platform::EventSpec controllerEvents[] = {{"FwDl"_4cc, 1}, {"FwDl"_4cc, 2}};
+    platform::EventHandlerRef installed = 0;
+    mEvents.installHandler(platform::kApplicationTarget, controllerEvents, &answer, nullptr,
+                           installed);
+    installFirmware(kFirmware200);
+  }
+
+  static OSStatus answer(platform::EventHandlerCallRef, const platform::Event& event, void*) {
+    void* object = nullptr;
+    EXPECT_EQ(event.getParameter("----"_4cc, object), platform::noErr);
+    auto& downloader = *static_cast<FirmwareDownloader*>(object);
+    event.kind() == 1 ? downloader.resume() : downloader.stopTasks();
+    return platform::noErr;
+  }
+
+  void start(const FakeUsbDevice& description = fakePrinter()) {
+    downloadFirmwareThroughUsb(plugIn(description), mDownloader);
+    mEvents.takeCalls();
+    mEvents.deliverAll();
+  }
+
+  void printerTakesWrite() {
+    takeWrite();
+    mEvents.deliverAll();
+  }
+
+  void printerSends(const std::string& bytes) {
+    send(bytes);
+    mEvents.deliverAll();
+  }
+
+  std::vector<std::string> commands() {
+    std::vector<std::string> commands;
+    for (const std::string& call : mEvents.takeCalls()) {
+      if (call.starts_with("command")) commands.push_back(call);
+    }
+    return commands;
+  }
+
+  FirmwareDownloader mDownloader;
+};
+
+TEST_F(UsbDownloadTest, StartConnectsAndWaitsForItsEvent) {
+  downloadFirmwareThroughUsb(plugIn(fakePrinter()), mDownloader);
+  EXPECT_THAT(mEvents.takeCalls(),
+              ElementsAre("install FwDl 1, FwDl 2", "create FwDl 1", "set ----", "post FwDl 1"));
+  EXPECT_THAT(mUsb.takeCalls(), IsEmpty());
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Connecting to I/O transport..."}));
+}
+
+TEST_F(UsbDownloadTest, BurnsAnImageHoweverTheRepliesAreCut) {
+  start();
+  printerTakesWrite();
+  printerTakesWrite();
+  printerSends("");
+  printerSends(kDeviceIdResponse.substr(0, 5));
+  printerSends(kDeviceIdResponse.substr(5) + kDeviceId100);  // merged: the rest waits
+  printerTakesWrite();
+  printerTakesWrite();
+  printerTakesWrite();
+  mUsb.takeCalls();
+  printerSends(kBurnResponse);
+
+  EXPECT_THAT(mTaken, ElementsAre(kUstatusOffText, kDeviceIdRequest, kBurnHeader200, kFirmware200,
+                                  kUelText));
+  EXPECT_THAT(commands(), ElementsAre("command DlOk"));
+  EXPECT_THAT(mUsb.takeCalls(), Contains("close printer/7"));
+  EXPECT_EQ(takeEntries().back(), (LogEntry{5, "Cleaning up USB transport."}));
+}
+
+TEST_F(UsbDownloadTest, FailedTransferEndsAsFailedAndDropsTheDevice) {
+  start();
+  fail(platform::kIOReturnIOError);
+  takeEntries();
+  mEvents.deliverAll();
+  EXPECT_THAT(commands(), ElementsAre("command DlNo"));
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Cleaning up USB transport."}));
+  EXPECT_EQ(mUsb.references(mService), 0);
+}
+
+TEST_F(UsbDownloadTest, UnpluggedPrinterEndsAsFailed) {
+  start();
+  mUsb.detach(mService);
+  takeEntries();
+  printerTakesWrite();
+  EXPECT_THAT(commands(), ElementsAre("command DlNo"));
+  EXPECT_THAT(takeEntries(),
+              Contains(LogEntry{3,
+                                "I/O Kit error occurred during async task: Failed to clear pipe "
+                                "stall. [return value = 0xe00002c0]"}));
+}
+
+TEST_F(UsbDownloadTest, PrinterThatCannotBeOpenedEndsAsFailed) {
+  mUsb.script("open", platform::kIOReturnNotPrivileged);
+  start();
+  EXPECT_THAT(commands(), ElementsAre("command DlNo"));
+  EXPECT_THAT(takeEntries(),
+              Contains(LogEntry{3,
+                                "I/O Kit error occurred during async task: Unable to open "
+                                "interface. [return value = 0xe00002c1]"}));
+}
+
+TEST_F(UsbDownloadTest, DeviceWithoutAnAclChannelEndsAsFailed) {
+  FakeUsbDevice description = fakePrinter();
+  description.interfaces.erase(description.interfaces.begin());
+  start(description);
+  EXPECT_THAT(commands(), ElementsAre("command DlNo"));
+  EXPECT_THAT(takeEntries(),
+              Contains(LogEntry{3,
+                                "I/O Kit error occurred during async task: The device has no ACL "
+                                "channel. [return value = 0xe00002f0]"}));
+}
+
+TEST_F(UsbDownloadTest, PrinterThatCannotBeReadEndsAsFailed) {
+  FakeUsbDevice description = fakePrinter();
+  description.interfaces[0].pipes = {outPipe(), inPipe(0)};
+  start(description);
+  printerTakesWrite();
+  printerTakesWrite();
+  EXPECT_THAT(commands(), ElementsAre("command DlNo"));
+  EXPECT_THAT(takeEntries(),
+              Contains(LogEntry{3,
+                                "I/O Kit error occurred during async task: The interface cannot be "
+                                "read. [return value = 0xe00002f0]"}));
+}
+
+TEST_F(UsbDownloadTest, ControllerThatGoesDuringATransferLeavesNothingBehind) {
+  {
+    FirmwareDownloader shortLived;
+    downloadFirmwareThroughUsb(plugIn(fakePrinter()), shortLived);
+    mEvents.deliverAll();
+    EXPECT_EQ(mUsb.transfers().size(), 1u);
+  }
+  EXPECT_TRUE(mUsb.transfers().empty());
+}
+
+}  // namespace
