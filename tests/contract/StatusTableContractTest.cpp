@@ -1,0 +1,105 @@
+// The texts of result codes; and the double.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <climits>
+#include <clocale>
+#include <memory>
+#include <ostream>
+#include <set>
+#include <string>
+
+#include "FakeStatusTable.h"
+#include "platform/posix/PosixStatusTable.h"
+
+namespace {
+
+using platform::OSStatus;
+using platform::StatusTable;
+
+struct Implementation {
+  const char* name;
+  std::unique_ptr<StatusTable> (*make)();
+};
+
+void PrintTo(const Implementation& implementation, std::ostream* out) {
+  *out << implementation.name;
+}
+
+std::unique_ptr<StatusTable> makeFakeStatusTable() {
+  auto table = std::make_unique<FakeStatusTable>();
+  table->define(ENOENT, "ENOENT", "No such file or directory");
+  return table;
+}
+
+class StatusTableContract : public testing::TestWithParam<Implementation> {
+ protected:
+  std::unique_ptr<StatusTable> mTable = GetParam().make();
+};
+
+TEST_P(StatusTableContract, KnownCodeHasANameAndADescription) {
+  EXPECT_EQ(mTable->name(2), "ENOENT");
+  EXPECT_EQ(mTable->description(2), "No such file or directory");
+}
+
+TEST_P(StatusTableContract, UnknownCodeHasNeither) {
+  for (const OSStatus status : {-1, 41, 100000, INT_MAX, INT_MIN}) {
+    EXPECT_EQ(mTable->name(status), "") << status;
+    EXPECT_EQ(mTable->description(status), "") << status;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(StatusTable, StatusTableContract,
+                         testing::Values(Implementation{"posix", &platform::makePosixStatusTable},
+                                         Implementation{"fake", &makeFakeStatusTable}));
+
+class PosixStatusTableTest : public testing::Test {
+ protected:
+  std::string texts(OSStatus status) const {
+    return mTable->name(status) + ": " + mTable->description(status);
+  }
+
+  std::unique_ptr<StatusTable> mTable = platform::makePosixStatusTable();
+};
+
+TEST_F(PosixStatusTableTest, SuccessHasAName) { EXPECT_EQ(texts(0), "noErr: No error"); }
+
+TEST_F(PosixStatusTableTest, ErrorsOfTheHostAreNamed) {
+  EXPECT_EQ(texts(EACCES), "EACCES: Permission denied");
+  EXPECT_EQ(texts(EIO), "EIO: Input/output error");
+  EXPECT_EQ(texts(EISDIR), "EISDIR: Is a directory");
+  EXPECT_EQ(texts(ETIMEDOUT), "ETIMEDOUT: Connection timed out");
+  EXPECT_EQ(texts(ECONNREFUSED), "ECONNREFUSED: Connection refused");
+}
+
+TEST_F(PosixStatusTableTest, EveryErrorOfTheHostHasBothTexts) {
+  const std::set<OSStatus> unused{41, 58};
+  for (OSStatus status = 1; status <= EHWPOISON; ++status) {
+    EXPECT_EQ(mTable->name(status).empty(), unused.contains(status)) << status;
+    EXPECT_EQ(mTable->description(status).empty(), unused.contains(status)) << status;
+  }
+}
+
+TEST_F(PosixStatusTableTest, TextsDoNotFollowTheLocale) {
+  if (std::setlocale(LC_ALL, "C.UTF-8") == nullptr) GTEST_SKIP() << "no locale C.UTF-8 here";
+  ::setenv("LANGUAGE", "de", 1);
+  EXPECT_EQ(texts(ENOENT), "ENOENT: No such file or directory");
+}
+
+TEST_F(PosixStatusTableTest, OwnCodesAreNamed) {
+  EXPECT_EQ(texts(-1708), "errAEEventNotHandled: No handler took the session's event");
+  EXPECT_EQ(texts(-4979), "errDataBrowserPropertyNotSupported: The list has no such column");
+  EXPECT_EQ(texts(-9870),
+            "eventParameterNotFoundErr: The event has no such parameter, or it is of another type");
+  EXPECT_EQ(texts(-9874), "eventNotHandledErr: No handler took the event");
+  EXPECT_EQ(texts(-10960),
+            "kIBCarbonRuntimeCantFindNibFile: The interface file could not be found");
+  EXPECT_EQ(texts(-10961),
+            "kIBCarbonRuntimeObjectNotOfRequestedType: The object in the interface file is of "
+            "another type");
+  EXPECT_EQ(texts(-10962),
+            "kIBCarbonRuntimeCantFindObject: The interface file holds no such object");
+  EXPECT_EQ(texts(-30584), "errControlNotFound: The window has no such control");
+}
+
+}  // namespace

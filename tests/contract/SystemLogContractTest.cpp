@@ -1,0 +1,141 @@
+// The host's syslog, received in the place of its daemon; and the double.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "FakeSystemLog.h"
+#include "platform/posix/FileDescriptor.h"
+#include "platform/posix/PosixSystemLog.h"
+
+namespace {
+
+using platform::FileDescriptor;
+using platform::SystemLog;
+using testing::ElementsAre;
+
+constexpr int kChildCannotRun = 77;
+constexpr char kEnd[] = "end of the entries";
+
+// What the program does with a system log.
+void runProgram(SystemLog& log) {
+  log.open("fwupdate", 0, SystemLog::kUserFacility);
+  log.write(3, "Failed to load firmware file.");
+  log.write(5, "");
+  log.write(7, "100 %s %n %d");
+  log.close();
+}
+
+TEST(FakeSystemLogTest, RecordsWhatTheProgramDoes) {
+  FakeSystemLog log;
+  runProgram(log);
+  EXPECT_THAT(log.openings(), ElementsAre(FakeSystemLog::Opening{"fwupdate", 0, 8}));
+  EXPECT_THAT(log.entries(), ElementsAre(LogEntry{3, "Failed to load firmware file."},
+                                         LogEntry{5, ""}, LogEntry{7, "100 %s %n %d"}));
+  EXPECT_EQ(log.closings(), 1);
+}
+
+// In a /dev of this process alone, with a socket where the daemon's would be.
+FileDescriptor takeDaemonsPlace() {
+  if (::unshare(CLONE_NEWNS) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return {};
+  if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+      ::mount("tmpfs", "/dev", "tmpfs", 0, nullptr) != 0) {
+    return {};
+  }
+  FileDescriptor daemon(::socket(AF_UNIX, SOCK_DGRAM, 0));
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, "/dev/log");
+  if (::bind(daemon.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+    return {};
+  }
+  return daemon;
+}
+
+std::string receiveEntry(const FileDescriptor& daemon) {
+  std::array<char, 4096> buffer;
+  const ssize_t count = ::recv(daemon.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
+  return count < 0 ? std::string(kEnd) : std::string(buffer.data(), static_cast<size_t>(count));
+}
+
+// "<11>Nov 21 09:00:00 fwupdate: text" without the time.
+std::string withoutTime(const std::string& entry) {
+  constexpr std::size_t kTimeLength = std::char_traits<char>::length("Nov 21 09:00:00 ");
+  const std::size_t timeBegin = entry.find('>') + 1;
+  return entry.size() < timeBegin + kTimeLength ? entry
+                                                : std::string(entry).erase(timeBegin, kTimeLength);
+}
+
+// Runs in a child process, which ends with 0 when the daemon's place received this.
+void expectReceived(const std::function<void(SystemLog&)>& program,
+                    const std::vector<std::string>& expected) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const FileDescriptor daemon = takeDaemonsPlace();
+    if (!daemon) ::_exit(kChildCannotRun);
+    program(*platform::makePosixSystemLog());
+    bool isAsExpected = true;
+    for (const std::string& entry : expected) {
+      const std::string received = withoutTime(receiveEntry(daemon));
+      if (received != entry) std::fprintf(stderr, "received: %s\n", received.c_str());
+      isAsExpected = isAsExpected && received == entry;
+    }
+    isAsExpected = isAsExpected && receiveEntry(daemon) == kEnd;
+    ::_exit(isAsExpected ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status));
+  if (WEXITSTATUS(status) == kChildCannotRun) GTEST_SKIP() << "no name spaces for this user";
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+TEST(PosixSystemLogTest, SendsEachEntryWithItsPriorityAndIdentity) {
+  expectReceived(&runProgram, {"<11>fwupdate: Failed to load firmware file.",
+                               "<13>fwupdate: ", "<15>fwupdate: 100 %s %n %d"});
+}
+
+TEST(PosixSystemLogTest, OpensAgainUnderAnotherIdentity) {
+  expectReceived(
+      [](SystemLog& log) {
+        runProgram(log);
+        log.open("another", 0, SystemLog::kUserFacility);
+        log.write(5, "again");
+      },
+      {"<11>fwupdate: Failed to load firmware file.",
+       "<13>fwupdate: ", "<15>fwupdate: 100 %s %n %d", "<13>another: again"});
+}
+
+TEST(PosixSystemLogTest, MirrorsEntriesToStandardErrorOnRequest) {
+  const auto log = platform::makePosixSystemLog();
+  testing::internal::CaptureStderr();
+  log->open("fwupdate", SystemLog::kMirrorToStandardError, SystemLog::kUserFacility);
+  log->write(5, "Connecting to I/O transport...");
+  log->write(3, "100 %s %n");
+  log->close();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "fwupdate: Connecting to I/O transport...\nfwupdate: 100 %s %n\n");
+}
+
+TEST(PosixSystemLogTest, MirrorsNothingWithoutRequest) {
+  const auto log = platform::makePosixSystemLog();
+  testing::internal::CaptureStderr();
+  log->open("fwupdate", 0, SystemLog::kUserFacility);
+  log->write(5, "Connecting to I/O transport...");
+  log->close();
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+}  // namespace
