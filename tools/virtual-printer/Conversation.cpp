@@ -173,8 +173,7 @@ void Conversation::strike(const Fault& fault) {
 void Conversation::answerIdRequest() {
   const std::vector<std::uint8_t> id = deviceIdBytes();
   std::vector<std::uint8_t> head = response(Step::IdResponse, kIdCommand, 1, id.size());
-  const Fault* split = mFaults->find(FaultKind::Split);
-  if (split && split->at) split = nullptr;
+  const Fault* split = mFaults->find(FaultKind::Split, Step::IdResponse);
   if (split || mFaults->find(FaultKind::Merge)) {
     head.insert(head.end(), id.begin(), id.end());
     say("id-response and device-id", Step::MidDeviceId, Step::DeviceId, split, head);
@@ -219,8 +218,7 @@ void Conversation::answerBurn(std::uint16_t status) {
   mBurning = false;
   reach(Step::Burned);
   if (mEnded) return;
-  const Fault* split = mFaults->find(FaultKind::Split);
-  if (split && !split->at) split = nullptr;
+  const Fault* split = mFaults->find(FaultKind::Split, Step::BurnReply);
   say("burn-reply", Step::MidBurnReply, Step::BurnReply, split,
       response(Step::BurnReply, kBurnCommand, status, 0));
   pump();

@@ -7,7 +7,7 @@
 namespace virtualprinter {
 namespace {
 
-enum class Where { Nowhere, AnyStep, Response, Reply, BurnReply };
+enum class Where { Nowhere, AnyStep, Response, Reply };
 enum class Value { None, Number, OptionalNumber, Hex, Pace };
 
 struct Kind {
@@ -55,9 +55,10 @@ constexpr Kind kKinds[] = {
      "says its replies in pieces of so many bytes, one every so many milliseconds"},
     {FaultKind::Merge, "merge", Where::Nowhere, Value::None, 0, Medium::Any,
      "says the response and the device ID in one piece"},
-    {FaultKind::Split, "split", Where::BurnReply, Value::Number, 0, Medium::Any,
-     "says so many bytes of response and device ID (with @burn-reply: of the burn reply) in one "
-     "piece, and the rest 20 ms later in another"},
+    {FaultKind::Split, "split", Where::Response, Value::Number, 0, Medium::Any,
+     "says so many bytes of a reply in one piece, and the rest 20 ms later in another; response "
+     "and "
+     "device ID count as one reply"},
 
     {FaultKind::NoMdl, "no-mdl", Where::Nowhere, Value::None, 0, Medium::Any,
      "leaves MDL out of its device ID"},
@@ -76,6 +77,14 @@ constexpr Kind kKinds[] = {
      "reads so many bytes every so many milliseconds, into a receive buffer of 4096 bytes"},
     {FaultKind::ReceiveBuffer, "receive-buffer", Where::Nowhere, Value::Number, 0, Medium::Network,
      "has a receive buffer of so many bytes (SO_RCVBUF)"},
+    {FaultKind::ZeroPackets, "zero-packets", Where::Nowhere, Value::None, 0, Medium::Usb,
+     "sends an empty packet before each piece of its replies"},
+    {FaultKind::InPipeFirst, "in-pipe-first", Where::Nowhere, Value::None, 0, Medium::Usb,
+     "has the IN pipe of each interface before the OUT pipe"},
+    {FaultKind::NoPrinterInterface, "no-printer-interface", Where::Nowhere, Value::None, 0,
+     Medium::Usb, "has no interface of class 7"},
+    {FaultKind::NoVendorInterface, "no-vendor-interface", Where::Nowhere, Value::None, 0,
+     Medium::Usb, "has no interface of class 255"},
 };
 
 const Kind& kindOf(FaultKind kind) {
@@ -93,8 +102,6 @@ bool mayStrike(Where where, Step step) {
       return step == Step::IdResponse || step == Step::BurnReply;
     case Where::Reply:
       return step == Step::IdResponse || step == Step::DeviceId || step == Step::BurnReply;
-    case Where::BurnReply:
-      return step == Step::BurnReply;
   }
   return false;
 }
@@ -109,8 +116,6 @@ std::string_view whereSyntax(Where where) {
       return "[@id-response|@burn-reply]";
     case Where::Reply:
       return "[@id-response|@device-id|@burn-reply]";
-    case Where::BurnReply:
-      return "[@burn-reply]";
   }
   return "";
 }

@@ -48,6 +48,10 @@ enum class FaultKind {
   Refuse,
   Slow,
   ReceiveBuffer,
+  ZeroPackets,
+  InPipeFirst,
+  NoPrinterInterface,
+  NoVendorInterface,
 };
 
 enum class Medium { Any, Network, Usb };

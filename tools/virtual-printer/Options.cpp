@@ -93,6 +93,16 @@ void takeExitAfter(Options& options, const std::string& value) {
                                                 {"return", ExitAfter::Return}});
 }
 
+void takeUsbId(Options& options, const std::string& value) {
+  const char* const end = value.data() + value.size();
+  const auto vendor = std::from_chars(value.data(), end, options.usb.vendorId, 16);
+  if (vendor.ec == std::errc() && vendor.ptr != end && *vendor.ptr == ':') {
+    const auto product = std::from_chars(vendor.ptr + 1, end, options.usb.productId, 16);
+    if (product.ec == std::errc() && product.ptr == end) return;
+  }
+  throw std::invalid_argument("\"" + value + "\" is not VVVV:PPPP");
+}
+
 const std::vector<Option>& identityOptions() {
   static const std::vector<Option> options{
       {"name", "TEXT", [](Options& o, const std::string& v) { o.settings.name = v; },
@@ -132,6 +142,24 @@ const std::vector<Option>& networkOptions() {
        "auto (the Avahi daemon, or in-process where there is none), daemon, in-process or no"},
       {"no-announce", "", [](Options& o, const std::string&) { o.announce = Announce::No; },
        "the same as --announce no"},
+  };
+  return options;
+}
+
+const std::vector<Option>& usbOptions() {
+  static const std::vector<Option> options{
+      {"usb", "", [](Options& o, const std::string&) { o.usb.wanted = true; },
+       "is plugged into USB, as a gadget of this machine, instead of being on the network. Needs "
+       "root and a USB device controller; dummy_hcd is one in software"},
+      {"udc", "NAME", [](Options& o, const std::string& v) { o.usb.controller = v; },
+       "the device controller (any free one of /sys/class/udc)"},
+      {"usb-id", "VVVV:PPPP", takeUsbId, "vendor and product ID in hexadecimal (3a71:0c28)"},
+      {"usb-manufacturer", "TEXT", [](Options& o, const std::string& v) { o.usb.manufacturer = v; },
+       "manufacturer string (what --manufacturer says); may be empty"},
+      {"usb-product", "TEXT", [](Options& o, const std::string& v) { o.usb.product = v; },
+       "product string (what --model says); may be empty"},
+      {"usb-serial", "TEXT", [](Options& o, const std::string& v) { o.usb.serial = v; },
+       "serial-number string (what --serial says); may be empty"},
   };
   return options;
 }
@@ -191,7 +219,7 @@ std::string describe(const std::vector<Option>& options) {
 
 const Option* optionNamed(std::string_view name) {
   for (const auto* group :
-       {&identityOptions(), &networkOptions(), &behaviourOptions(), &runOptions()}) {
+       {&identityOptions(), &networkOptions(), &usbOptions(), &behaviourOptions(), &runOptions()}) {
     for (const Option& option : *group) {
       if (option.name == name) return &option;
     }
@@ -245,13 +273,16 @@ Usage: virtual-printer [OPTION]...
 
 Identity
 )" + describe(identityOptions()) +
-         "\nNetwork\n" + describe(networkOptions()) + "\nBehaviour\n" +
-         describe(behaviourOptions()) + "\nThe run\n" + describe(runOptions()) + R"(
+         "\nNetwork\n" + describe(networkOptions()) + "\nUSB\n" + describe(usbOptions()) +
+         "\nBehaviour\n" + describe(behaviourOptions()) + "\nThe run\n" + describe(runOptions()) +
+         R"(
 Examples
   virtual-printer
       a printer that an updater on this network finds and updates
   virtual-printer --port 0 --no-announce --journal journal.jsonl --exit-after burn
       for a script: any free port, a journal, and an end when something was burned
+  virtual-printer --usb --serial VX0042
+      a printer on a USB cable of this machine
   virtual-printer --fault fail-burn
       a printer whose flash fails
   virtual-printer --fault close@mid-image --fault dribble=1/5

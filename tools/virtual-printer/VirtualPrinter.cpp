@@ -24,14 +24,33 @@ void printLine(const std::string& line) {
 }  // namespace
 
 VirtualPrinter::VirtualPrinter(const Options& options)
-    : mOptions(options),
-      mPrinter(options.settings, options.faults, mLoop, mJournal),
-      mServer(mPrinter, mLoop, options.address, options.port) {
+    : mOptions(options), mPrinter(options.settings, options.faults, mLoop, mJournal) {
   openJournal();
-  mPrinter.addAttachment(mServer);
+  if (mOptions.usb.wanted) {
+    attachToUsb();
+  } else {
+    attachToNetwork();
+  }
+  mPrinter.setObserver([this](const Tally&) { considerExit(); });
+}
+
+void VirtualPrinter::attachToNetwork() {
+  mServer = std::make_unique<TcpServer>(mPrinter, mLoop, mOptions.address, mOptions.port);
+  mPrinter.addAttachment(*mServer);
   mAnnouncer = makeAnnouncer();
   if (mAnnouncer) mPrinter.addAttachment(*mAnnouncer);
-  mPrinter.setObserver([this](const Tally&) { considerExit(); });
+}
+
+void VirtualPrinter::attachToUsb() {
+  const UsbOptions& usb = mOptions.usb;
+  UsbIdentity identity;
+  identity.vendorId = usb.vendorId;
+  identity.productId = usb.productId;
+  identity.manufacturer = usb.manufacturer.value_or(mOptions.settings.manufacturer);
+  identity.product = usb.product.value_or(mOptions.settings.model);
+  identity.serial = usb.serial.value_or(mOptions.settings.serial);
+  mGadget = std::make_unique<UsbGadget>(mPrinter, mLoop, identity, usb.controller);
+  mPrinter.addAttachment(*mGadget);
 }
 
 void VirtualPrinter::openJournal() {
@@ -53,6 +72,8 @@ void VirtualPrinter::printEntry(const Journal::Fields& entry) const {
   const std::string event = entry.at("event").get<std::string>();
   if (event == "listening") {
     printLine("listening on port " + std::to_string(entry.at("port").get<unsigned>()));
+  } else if (event == "plugged") {
+    printLine("plugged into " + entry.at("controller").get<std::string>());
   } else if (event == "announced") {
     printLine("announced as \"" + entry.at("name").get<std::string>() + "\"");
   } else if (!mOptions.quiet) {
@@ -80,7 +101,7 @@ Announcement VirtualPrinter::announcement() const {
   const PrinterSettings& settings = mOptions.settings;
   Announcement text;
   text.name = settings.name;
-  text.port = mServer.port();
+  text.port = mServer->port();
   text.hostName = "kx350t-" + std::to_string(getpid());
   text.txt = {{"txtvers", "1"},
               {"qtotal", "1"},

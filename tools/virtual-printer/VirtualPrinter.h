@@ -13,6 +13,7 @@
 #include "Options.h"
 #include "Printer.h"
 #include "TcpServer.h"
+#include "UsbGadget.h"
 
 namespace virtualprinter {
 
@@ -27,6 +28,8 @@ class VirtualPrinter {
  private:
   void openJournal();
   void printEntry(const Journal::Fields& entry) const;
+  void attachToNetwork();
+  void attachToUsb();
   std::unique_ptr<Attachment> makeAnnouncer();
   Announcement announcement() const;
   void watchSignals();
@@ -39,8 +42,9 @@ class VirtualPrinter {
   std::ofstream mJournalFile;
   Journal mJournal;
   Printer mPrinter;
-  TcpServer mServer;
-  std::unique_ptr<Attachment> mAnnouncer;
+  std::unique_ptr<TcpServer> mServer;      // on the network,
+  std::unique_ptr<Attachment> mAnnouncer;  // perhaps announced there,
+  std::unique_ptr<UsbGadget> mGadget;      // or on USB
   FileDescriptor mSignals;
   std::unique_ptr<EventLoop::Watch> mSignalWatch;
   std::unique_ptr<Scheduler::Timer> mTimeLimit;

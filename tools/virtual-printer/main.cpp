@@ -18,8 +18,10 @@ int main(int argc, char** argv) {
   Options options;
   try {
     options = parseOptions({argv + 1, argv + argc});
-    if (const Fault* fault = options.faults.foreignTo(Medium::Network)) {
-      throw std::invalid_argument("fault \"" + fault->text + "\" cannot be had on the network");
+    const Medium medium = options.usb.wanted ? Medium::Usb : Medium::Network;
+    if (const Fault* fault = options.faults.foreignTo(medium)) {
+      throw std::invalid_argument("fault \"" + fault->text + "\" cannot be had on " +
+                                  (options.usb.wanted ? "USB" : "the network"));
     }
   } catch (const std::invalid_argument& error) {
     std::fprintf(stderr, "virtual-printer: %s\nTry --help.\n", error.what());
