@@ -13,7 +13,9 @@ FakeNetService::FakeNetService(CallScript& script, Announcement announcement)
     : mScript(script), mAnnouncement(std::move(announcement)) {}
 
 Text FakeNetService::description() const {
-  return Text::fromUtf8(mAnnouncement.name + "." + mAnnouncement.type + "." + mAnnouncement.domain);
+  const Text shownName = name();
+  return Text::fromUtf8((shownName ? std::string(shownName.utf8()) : "<null>") + "." +
+                        mAnnouncement.type + "." + mAnnouncement.domain);
 }
 
 Text FakeNetService::name() const { return Text::fromUtf8(mAnnouncement.name); }

@@ -10,6 +10,14 @@ using platform::NetServiceBrowser;
 using platform::StreamError;
 using platform::Text;
 
+namespace {
+
+std::string quoted(const Text& text) {
+  return text.isNull() ? "<null>" : "\"" + std::string(text.utf8()) + "\"";
+}
+
+}  // namespace
+
 class FakeServiceDiscovery::Browser : public NetServiceBrowser {
  public:
   Browser(FakeServiceDiscovery& network, Callback callback, void* info)
@@ -35,8 +43,8 @@ class FakeServiceDiscovery::Browser : public NetServiceBrowser {
   }
 
   bool searchForServices(const Text& domain, const Text& type, StreamError* error) override {
-    const auto answer = mNetwork.mScript.record(
-        "browser.searchForServices", {std::string(domain.utf8()), std::string(type.utf8())});
+    const auto answer =
+        mNetwork.mScript.record("browser.searchForServices", {quoted(domain), quoted(type)});
     const bool fails = answer && *answer != platform::noErr;
     if (fails || mSearching || !mValid || !isServiceType(type.utf8())) {
       *error = {platform::kStreamErrorDomainNetServices, platform::kNetServicesErrorUnknown};
