@@ -150,12 +150,15 @@ TEST_F(PosixNetworkTest, SocketConnectsOnce) {
 }
 
 TEST_F(PosixNetworkTest, SocketThatCouldNotBeMadeFailsInEachCall) {
+  // Sanitizers need descriptors the first time that a class is met.
+  SocketRecorder(*this, kAll).connect(nullptr);
   rlimit before;
   ::getrlimit(RLIMIT_NOFILE, &before);
   const rlimit none{0, before.rlim_max};
   ::setrlimit(RLIMIT_NOFILE, &none);
   SocketRecorder recorder(*this, kAll);
   ::setrlimit(RLIMIT_NOFILE, &before);
+
   recorder.socket->enableCallbacks(11);
   EXPECT_EQ(recorder.connect(mPrinter.address()), EMFILE);
   EXPECT_EQ(recorder.send({1}), EMFILE);
