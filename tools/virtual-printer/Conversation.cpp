@@ -185,8 +185,8 @@ void Conversation::answerIdRequest() {
 
 std::vector<std::uint8_t> Conversation::deviceIdBytes() const {
   const std::string text = mPrinter.deviceId(*mFaults);
-  std::vector<std::uint8_t> bytes(2);
-  bytes.insert(bytes.end(), text.begin(), text.end());
+  std::vector<std::uint8_t> bytes(2 + text.size());
+  std::copy(text.begin(), text.end(), bytes.begin() + 2);
   put16(bytes, bytes.size());
   if (const Fault* header = mFaults->find(FaultKind::IdHeader)) put16(bytes, header->number);
   if (const Fault* length = mFaults->find(FaultKind::DataLength)) {
