@@ -36,13 +36,14 @@ FakeNib productNib() {
   FakeNib nib;
   nib.name = "main";
   nib.windows = {
-      {"PrinterSelectWindow", {printerList(), ok}},
+      {"PrinterSelectWindow", false, {printerList(), ok}},
       {"ConfirmDownloadSheet",
+       true,
        {staticText("tCnf"_4cc), button({"btn "_4cc, 1}, "Yes "_4cc),
         button({"btn "_4cc, 2}, "No  "_4cc)}},
-      {"ProgressSheet", {staticText("tPNm"_4cc)}},
-      {"FailedSheet", {close}},
-      {"UpToDateSheet", {close}},
+      {"ProgressSheet", true, {staticText("tPNm"_4cc)}},
+      {"FailedSheet", true, {close}},
+      {"UpToDateSheet", true, {close}},
   };
   nib.menuBar = "MenuBar";
   nib.menuCommands = {"Down"_4cc, "quit"_4cc};

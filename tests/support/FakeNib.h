@@ -22,6 +22,7 @@ struct FakeControlPlan {
 
 struct FakeWindowPlan {
   std::string name;
+  bool isSheet = false;
   std::vector<FakeControlPlan> controls;
 };
 

@@ -17,9 +17,8 @@ bool FakeScreen::press(const std::string& window, ControlId button) {
 }
 
 bool FakeScreen::chooseMenuItem(platform::FourCharCode command) {
-  const bool sheetIsUp = std::ranges::any_of(mWindows, [](const auto& entry) {
-    return entry.second.visible && entry.second.parent != WindowRef::None;
-  });
+  const bool sheetIsUp = std::ranges::any_of(
+      mWindows, [](const auto& entry) { return entry.second.parent != WindowRef::None; });
   if (sheetIsUp || std::ranges::count(mMenuCommands, command) == 0) return false;
   platform::current().events->processCommand({0, command, 0, 1});
   return true;
@@ -55,7 +54,7 @@ bool FakeScreen::exists(const std::string& window) const {
 }
 
 bool FakeScreen::isVisible(const std::string& window) const {
-  return exists(window) && mWindows.at(this->window(window)).visible;
+  return isOnScreen(this->window(window));
 }
 
 bool FakeScreen::isBlocked(const std::string& window) const {
@@ -112,9 +111,28 @@ ControlRef FakeScreen::controlIn(WindowRef window, ControlId id) const {
   return found != mControls.end() ? found->first : ControlRef::None;
 }
 
+bool FakeScreen::attach(WindowRef sheet, WindowRef parent) {
+  Window* attached = find(sheet);
+  if (attached == nullptr || !attached->isSheet || find(parent) == nullptr) return false;
+  if (attached->parent != WindowRef::None) return attached->parent == parent;
+  for (WindowRef above = parent; above != WindowRef::None; above = find(above)->parent) {
+    if (above == sheet) return false;
+  }
+  attached->parent = parent;
+  return true;
+}
+
+bool FakeScreen::detach(WindowRef sheet) {
+  Window* detached = find(sheet);
+  if (detached == nullptr) return false;
+  detached->parent = WindowRef::None;
+  return true;
+}
+
 WindowRef FakeScreen::addWindow(const FakeWindowPlan& plan) {
   const WindowRef window{++mLastRef};
   mWindows[window].name = plan.name;
+  mWindows[window].isSheet = plan.isSheet;
   for (const FakeControlPlan& controlPlan : plan.controls) {
     const ControlRef ref{++mLastRef};
     Control& control = mControls.emplace(ref, ref).first->second;
@@ -140,6 +158,9 @@ void FakeScreen::removeWindow(WindowRef window) {
     }
     mControls.erase(ref);
   }
+  for (auto& [ref, other] : mWindows) {
+    if (other.parent == window) other.parent = WindowRef::None;
+  }
   mWindows.erase(window);
 }
 
@@ -147,10 +168,16 @@ void FakeScreen::setMenuCommands(const std::vector<platform::FourCharCode>& comm
   mMenuCommands = commands;
 }
 
+bool FakeScreen::isOnScreen(WindowRef window) const {
+  const auto found = mWindows.find(window);
+  if (found == mWindows.end()) return false;
+  const Window& shown = found->second;
+  return shown.parent == WindowRef::None ? shown.shown : isOnScreen(shown.parent);
+}
+
 bool FakeScreen::isBlocked(WindowRef window) const {
-  return std::ranges::any_of(mWindows, [&](const auto& entry) {
-    return entry.second.visible && entry.second.parent == window;
-  });
+  return std::ranges::any_of(mWindows,
+                             [&](const auto& entry) { return entry.second.parent == window; });
 }
 
 bool FakeScreen::takesInput(const std::string& window) const {

@@ -48,8 +48,9 @@ class FakeScreen {
   // For the toolkit.
   struct Window {
     std::string name;
-    bool visible = false;
-    platform::WindowRef parent = platform::WindowRef::None;  // of a sheet
+    bool isSheet = false;
+    bool shown = false;                                      // of a window that is no sheet
+    platform::WindowRef parent = platform::WindowRef::None;  // of a sheet that is up
   };
 
   struct Control {
@@ -69,12 +70,19 @@ class FakeScreen {
   Control* find(platform::ControlRef control);
   platform::ControlRef controlIn(platform::WindowRef window, platform::ControlId id) const;
 
+  // Both refuse, and change nothing, when a window is not there; attaching also when the sheet is
+  // none, is up elsewhere, or would block itself.
+  bool attach(platform::WindowRef sheet, platform::WindowRef parent);
+  bool detach(platform::WindowRef sheet);
+
   platform::WindowRef addWindow(const FakeWindowPlan& plan);
   void removeWindow(platform::WindowRef window);
   void setMenuCommands(const std::vector<platform::FourCharCode>& commands);
 
  private:
   const Control* find(const std::string& window, platform::ControlId id) const;
+  // A sheet is on the screen together with its parent.
+  bool isOnScreen(platform::WindowRef window) const;
   bool isBlocked(platform::WindowRef window) const;
   bool takesInput(const std::string& window) const;
 

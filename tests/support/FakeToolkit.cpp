@@ -16,13 +16,6 @@ using platform::WindowRef;
 
 namespace {
 
-constexpr OSStatus kInvalidWindow = -5600;
-constexpr OSStatus kNotAList = -4970;
-constexpr OSStatus kItemNotFound = -4971;
-constexpr OSStatus kColumnNotFound = -4972;
-constexpr OSStatus kItemNotAdded = -4975;
-constexpr OSStatus kPropertyNotFound = -30587;
-
 std::string words(const Text& text) { return text ? std::string(text.utf8()) : "<null>"; }
 
 std::string words(FourCharCode code) {
@@ -73,6 +66,7 @@ std::string FakeToolkit::label(ControlRef control) const {
 // Nibs and windows.
 
 OSStatus FakeToolkit::createNibReference(const Text& name, NibRef& nib) {
+  nib = NibRef::None;
   if (const auto answer = mScript.record("createNibReference", {words(name)})) return *answer;
   const auto known = mKnownNibs.find(words(name));
   if (known == mKnownNibs.end()) return platform::kIBCarbonRuntimeCantFindNibFile;
@@ -97,6 +91,7 @@ OSStatus FakeToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
 }
 
 OSStatus FakeToolkit::createWindowFromNib(NibRef nib, const Text& name, WindowRef& window) {
+  window = WindowRef::None;
   if (const auto answer = mScript.record("createWindowFromNib", {label(nib), words(name)}))
     return *answer;
   const auto found = mNibs.find(nib);
@@ -116,35 +111,29 @@ void FakeToolkit::disposeWindow(WindowRef window) {
 
 void FakeToolkit::showWindow(WindowRef window) {
   if (mScript.record("showWindow", {label(window)})) return;
-  if (FakeScreen::Window* found = mScreen.find(window)) found->visible = true;
+  if (FakeScreen::Window* found = mScreen.find(window)) found->shown = true;
 }
 
 OSStatus FakeToolkit::showSheetWindow(WindowRef sheet, WindowRef parent) {
   if (const auto answer = mScript.record("showSheetWindow", {label(sheet), label(parent)})) {
     return *answer;
   }
-  FakeScreen::Window* found = mScreen.find(sheet);
-  if (found == nullptr || mScreen.find(parent) == nullptr) return kInvalidWindow;
-  found->visible = true;
-  found->parent = parent;
-  return noErr;
+  return mScreen.attach(sheet, parent) ? noErr : platform::errInvalidWindowRef;
 }
 
 OSStatus FakeToolkit::hideSheetWindow(WindowRef sheet) {
   if (const auto answer = mScript.record("hideSheetWindow", {label(sheet)})) return *answer;
-  FakeScreen::Window* found = mScreen.find(sheet);
-  if (found == nullptr) return kInvalidWindow;
-  found->visible = false;
-  return noErr;
+  return mScreen.detach(sheet) ? noErr : platform::errInvalidWindowRef;
 }
 
 // Controls.
 
 OSStatus FakeToolkit::getControlById(WindowRef window, ControlId id, ControlRef& control) {
+  control = ControlRef::None;
   if (const auto answer = mScript.record("getControlById", {label(window), words(id)})) {
     return *answer;
   }
-  if (mScreen.find(window) == nullptr) return kInvalidWindow;
+  if (mScreen.find(window) == nullptr) return platform::errInvalidWindowRef;
   const ControlRef found = mScreen.controlIn(window, id);
   if (found == ControlRef::None) return platform::errControlNotFound;
   control = found;
@@ -171,7 +160,7 @@ OSStatus FakeToolkit::onList(const char* call, ControlRef control,
                              std::vector<std::string> arguments, Act act) {
   return onControl(call, control, std::move(arguments), [&](FakeScreen::Control& found) {
     const bool isList = found.plan.kind == FakeControlPlan::Kind::List;
-    return isList ? act(found.list) : kNotAList;
+    return isList ? act(found.list) : platform::errControlNotFound;
   });
 }
 
@@ -204,7 +193,8 @@ OSStatus FakeToolkit::getControlProperty(ControlRef control, FourCharCode creato
   return onControl("getControlProperty", control, {words(creator), words(tag)},
                    [&](FakeScreen::Control& found) {
                      const auto property = found.properties.find({creator, tag});
-                     if (property == found.properties.end()) return kPropertyNotFound;
+                     if (property == found.properties.end())
+                       return platform::controlPropertyNotFoundErr;
                      value = property->second;
                      return noErr;
                    });
@@ -238,7 +228,8 @@ OSStatus FakeToolkit::setDataBrowserCallbacks(ControlRef control,
 OSStatus FakeToolkit::setDataBrowserSortProperty(ControlRef control, FourCharCode property) {
   return onList("setDataBrowserSortProperty", control, {words(property)},
                 [&](FakeListControl& list) {
-                  if (!list.columns.contains(property)) return kColumnNotFound;
+                  if (!list.columns.contains(property))
+                    return platform::errDataBrowserPropertyNotFound;
                   list.sortProperty = property;
                   return noErr;
                 });
@@ -246,7 +237,7 @@ OSStatus FakeToolkit::setDataBrowserSortProperty(ControlRef control, FourCharCod
 
 OSStatus FakeToolkit::addDataBrowserItem(ControlRef control, ItemId item) {
   return onList("addDataBrowserItem", control, {std::to_string(item)}, [&](FakeListControl& list) {
-    if (item == 0 || list.contains(item)) return kItemNotAdded;
+    if (item == 0 || list.contains(item)) return platform::errDataBrowserItemNotAdded;
     list.add(item);
     return noErr;
   });
@@ -255,16 +246,18 @@ OSStatus FakeToolkit::addDataBrowserItem(ControlRef control, ItemId item) {
 OSStatus FakeToolkit::removeDataBrowserItem(ControlRef control, ItemId item) {
   return onList("removeDataBrowserItem", control, {std::to_string(item)},
                 [&](FakeListControl& list) {
-                  if (!list.contains(item)) return kItemNotFound;
+                  if (!list.contains(item)) return platform::errDataBrowserItemNotFound;
                   list.remove(item);
                   return noErr;
                 });
 }
 
 OSStatus FakeToolkit::getSelectionAnchor(ControlRef control, ItemId& first, ItemId& last) const {
+  first = last = 0;
   if (const auto answer = mScript.record("getSelectionAnchor", {label(control)})) return *answer;
   const FakeScreen::Control* found = mScreen.find(control);
-  if (found == nullptr || found->plan.kind != FakeControlPlan::Kind::List) return kNotAList;
+  if (found == nullptr || found->plan.kind != FakeControlPlan::Kind::List)
+    return platform::errControlNotFound;
   first = last = found->list.selected();
   return noErr;
 }
@@ -273,7 +266,7 @@ OSStatus FakeToolkit::getNamedColumnWidth(ControlRef control, FourCharCode prope
                                           std::uint16_t& width) {
   return onList("getNamedColumnWidth", control, {words(property)}, [&](FakeListControl& list) {
     const auto column = list.columns.find(property);
-    if (column == list.columns.end()) return kColumnNotFound;
+    if (column == list.columns.end()) return platform::errDataBrowserPropertyNotFound;
     width = column->second;
     return noErr;
   });
@@ -284,7 +277,7 @@ OSStatus FakeToolkit::setNamedColumnWidth(ControlRef control, FourCharCode prope
   return onList("setNamedColumnWidth", control, {words(property), std::to_string(width)},
                 [&](FakeListControl& list) {
                   const auto column = list.columns.find(property);
-                  if (column == list.columns.end()) return kColumnNotFound;
+                  if (column == list.columns.end()) return platform::errDataBrowserPropertyNotFound;
                   column->second = width;
                   return noErr;
                 });

@@ -146,6 +146,7 @@ TEST_F(ProgressSheetTest, RemovedAlertIsDisposedOf) {
 }
 
 TEST_F(ProgressSheetTest, AnotherAlertMayFollowARemovedOne) {
+  sheet.show();
   sheet.showAlertMessage(ProgressSheet::Failed);
   sheet.removeAlertMessage();
   sheet.showAlertMessage(ProgressSheet::UpToDate);

@@ -1,17 +1,12 @@
-// The entry point: chooses who provides the platform, and turns what the program could not handle
-// into a log entry and an exit status.
+// The entry point: chooses who provides the platform, and runs the program on it. The platform
+// outlives everything that reaches it.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <memory>
-#include <new>
-#include <ostream>
-#include <stdexcept>
 
 #include "FirmwareDownloader.h"
-#include "IoKitException.h"
-#include "Log.h"
 #include "LogOptions.h"
 #include "UI.h"
 #include "platform/Files.h"
@@ -27,6 +22,7 @@
 #include "platform/posix/PosixStatusTable.h"
 #include "platform/posix/PosixSystemLog.h"
 #include "platform/qt/QtApplication.h"
+#include "runAndReport.h"
 
 namespace {
 
@@ -69,25 +65,10 @@ class Host {
   std::unique_ptr<platform::UsbRegistry> mUsb;
 };
 
-int failure(const char* prefix, const std::exception& error) {
-  Log<3>() << prefix << error.what() << std::flush;
-  return EXIT_FAILURE;
-}
-
-int runUpdater(bool mirrorLog) {
-  const LogOptions logOptions(mirrorLog);
-  try {
-    FirmwareDownloader downloader;
-    UI ui(downloader);
-    ui.run();
-  } catch (const IoKitException& error) {
-    return failure("I/O Kit error occurred: ", error);
-  } catch (const std::runtime_error& error) {
-    return failure("General runtime error occurred: ", error);
-  } catch (const std::bad_alloc& error) {
-    return failure("Allocation error occurred: ", error);
-  }
-  return EXIT_SUCCESS;
+void runUpdater() {
+  FirmwareDownloader downloader;
+  UI ui(downloader);
+  ui.run();
 }
 
 }  // namespace
@@ -101,5 +82,6 @@ int main(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   const platform::PlatformScope scope(host->surfaces());
-  return runUpdater(argc > 1 && std::strcmp(argv[1], "-e") == 0);
+  const LogOptions logOptions(argc > 1 && std::strcmp(argv[1], "-e") == 0);
+  return runAndReport(runUpdater);
 }

@@ -1,0 +1,42 @@
+#include <new>
+
+#include "IoKitException.h"
+#include "UiFixture.h"
+#include "runAndReport.h"
+
+namespace {
+
+class RunAndReportTest : public UiFixture {};
+
+TEST_F(RunAndReportTest, ProgramThatReturnsEndsWithZero) {
+  bool ran = false;
+  EXPECT_EQ(runAndReport([&] { ran = true; }), 0);
+  EXPECT_TRUE(ran);
+  EXPECT_EQ(doubles.log.entries(), Entries{});
+}
+
+TEST_F(RunAndReportTest, IoKitErrorIsNamedBeforeOtherRuntimeErrors) {
+  const IoKitException error("IOServiceAddMatchingNotification failed.", 0xe00002c0);
+  EXPECT_EQ(runAndReport([&] { throw error; }), 1);
+  EXPECT_EQ(doubles.log.entries(),
+            (Entries{{3, std::string("I/O Kit error occurred: ") + error.what()}}));
+}
+
+TEST_F(RunAndReportTest, RuntimeErrorIsLogged) {
+  EXPECT_EQ(runAndReport([] { throw std::runtime_error("NIB reference is null."); }), 1);
+  EXPECT_EQ(doubles.log.entries(),
+            (Entries{{3, "General runtime error occurred: NIB reference is null."}}));
+}
+
+TEST_F(RunAndReportTest, LackOfMemoryIsLogged) {
+  EXPECT_EQ(runAndReport([] { throw std::bad_alloc(); }), 1);
+  EXPECT_EQ(doubles.log.entries(), (Entries{{3, "Allocation error occurred: std::bad_alloc"}}));
+}
+
+TEST_F(RunAndReportTest, OtherExceptionsPassThrough) {
+  EXPECT_THROW(runAndReport([] { throw std::logic_error("misuse"); }), std::logic_error);
+  EXPECT_THROW(runAndReport([] { throw 7; }), int);
+  EXPECT_EQ(doubles.log.entries(), Entries{});
+}
+
+}  // namespace
