@@ -1,0 +1,89 @@
+// The real engine against the virtual printer: real transport, real sockets and files on a real run
+// loop, real TCP between two processes. Only the log, the commands and the place of the firmware
+// files are the test's.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "DownloadLog.h"
+#include "FakeBundle.h"
+#include "FakeEvents.h"
+#include "FirmwareDownloader.h"
+#include "LogRecorder.h"
+#include "PollRunLoop.h"
+#include "VirtualPrinterProcess.h"
+#include "platform/Data.h"
+#include "platform/Files.h"
+#include "platform/Network.h"
+
+// An empty directory, removed with everything in it.
+class TemporaryDirectory {
+ public:
+  TemporaryDirectory();
+  ~TemporaryDirectory();
+  TemporaryDirectory(const TemporaryDirectory&) = delete;
+  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+  const std::filesystem::path& path() const { return mPath; }
+
+ private:
+  std::filesystem::path mPath;
+};
+
+// The socket address record of a port of 127.0.0.1.
+platform::Data loopbackAddress(std::uint16_t port);
+
+class DownloadFixture : public testing::Test {
+ protected:
+  DownloadFixture();
+  ~DownloadFixture() override;
+
+  // A printer of model KX350T, LIC QT725013 and version 100, with kFirmware200 as its file. Burns
+  // for 30 ms and is away for 100 ms.
+  void startPrinter(const std::vector<std::string>& faults = {},
+                    const std::vector<std::string>& options = {});
+
+  void installFirmware(const std::string& name, const std::string& image);
+
+  // Starts a download; the run loop has not run yet when this returns.
+  void download();
+
+  // Each runs the loop until then; fails the test when that takes too long.
+  void runUntilLogged(const std::string& text);
+  void runUntilOutcome();
+
+  // Runs until the log ends in `text`, lets the printer come to `event` meanwhile, and runs on from
+  // there: what the printer did reaches the program at a known moment.
+  void holdUntilPrinter(const std::string& event, const std::string& text);
+
+  // Nothing happens any more, and no outcome has been told. Drops the download.
+  void expectStillWaiting();
+
+  std::vector<std::string> log() const;
+
+  // The events and commands since the last call: "FwDl 1" for a posted resume, "DlOk".
+  std::vector<std::string> takeEvents();
+
+  // The printer's view, complete: it is ended for that.
+  int stopPrinter() { return mPrinter->stop(); }
+
+  PollRunLoop mLoop;
+  FakeEvents mEvents;
+  FakeBundle mBundle;
+  TemporaryDirectory mResources;
+  std::unique_ptr<platform::Files> mFiles;
+  std::unique_ptr<platform::Network> mNetwork;
+  LogRecorder mLog;
+  std::optional<FirmwareDownloader> mDownloader;
+  std::unique_ptr<VirtualPrinterProcess> mPrinter;
+
+ private:
+  platform::Platform surfaces();
+};
