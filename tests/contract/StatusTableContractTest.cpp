@@ -4,8 +4,10 @@
 #include <cerrno>
 #include <climits>
 #include <clocale>
+#include <fstream>
 #include <memory>
 #include <ostream>
+#include <regex>
 #include <set>
 #include <string>
 
@@ -88,7 +90,13 @@ TEST_F(PosixStatusTableTest, TextsDoNotFollowTheLocale) {
 
 TEST_F(PosixStatusTableTest, OwnCodesAreNamed) {
   EXPECT_EQ(texts(-1708), "errAEEventNotHandled: No handler took the session's event");
-  EXPECT_EQ(texts(-4979), "errDataBrowserPropertyNotSupported: The list has no such column");
+  EXPECT_EQ(texts(-4971), "errDataBrowserItemNotFound: The list has no such row");
+  EXPECT_EQ(texts(-4972), "errDataBrowserPropertyNotFound: The list has no column of this code");
+  EXPECT_EQ(texts(-4975), "errDataBrowserItemNotAdded: The row could not be added to the list");
+  EXPECT_EQ(texts(-5600), "errInvalidWindowRef: There is no such window");
+  EXPECT_EQ(texts(-5604), "controlPropertyNotFoundErr: The control carries no such value");
+  EXPECT_EQ(texts(-4979),
+            "errDataBrowserPropertyNotSupported: The list has no text for this column");
   EXPECT_EQ(texts(-9870),
             "eventParameterNotFoundErr: The event has no such parameter, or it is of another type");
   EXPECT_EQ(texts(-9874), "eventNotHandledErr: No handler took the event");
@@ -100,6 +108,21 @@ TEST_F(PosixStatusTableTest, OwnCodesAreNamed) {
   EXPECT_EQ(texts(-10962),
             "kIBCarbonRuntimeCantFindObject: The interface file holds no such object");
   EXPECT_EQ(texts(-30584), "errControlNotFound: The window has no such control");
+}
+
+// A code that is added to the header needs its texts here, too.
+TEST_F(PosixStatusTableTest, EveryOwnCodeHasBothTexts) {
+  std::ifstream header(STATUS_HEADER);
+  const std::regex definition("inline constexpr OSStatus (\\w+) = (-?\\d+);");
+  int definitions = 0;
+  std::smatch code;
+  for (std::string line; std::getline(header, line);) {
+    if (!std::regex_match(line, code, definition)) continue;
+    ++definitions;
+    EXPECT_EQ(mTable->name(std::stoi(code[2])), code[1]);
+    EXPECT_NE(mTable->description(std::stoi(code[2])), "") << line;
+  }
+  EXPECT_GE(definitions, 14);
 }
 
 }  // namespace
