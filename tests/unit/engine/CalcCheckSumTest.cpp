@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
+#include <utility>
 #include <vector>
 
 #include "CalcCheckSum.h"
@@ -66,6 +68,17 @@ TEST(CalcCheckSum, OfEveryShortLength) {
   for (const unsigned short sum : expected) {
     EXPECT_EQ(checkSum(bytes), sum) << bytes.size() << " bytes";
     bytes.push_back(static_cast<unsigned char>(7 * bytes.size() + 3));
+  }
+}
+
+TEST(CalcCheckSum, OfLengthsAroundItsBlocks) {
+  const std::pair<std::size_t, unsigned short> expected[] = {
+      {16382, 0xE737}, {16383, 0xE6F2}, {16384, 0xA1F5}, {16385, 0xA1B4},
+      {16386, 0x60B3}, {32768, 0x7E38}, {49155, 0xD030}, {200001, 0x8303}};
+  for (const auto& [length, sum] : expected) {
+    std::vector<unsigned char> bytes(length);
+    for (std::size_t i = 0; i < length; ++i) bytes[i] = static_cast<unsigned char>(i * i + i / 251);
+    EXPECT_EQ(checkSum(bytes), sum) << length << " bytes";
   }
 }
 
