@@ -220,7 +220,10 @@ TEST_F(QuillUsbDeviceTest, ReEnumeratesTheDevice) {
 
 TEST_F(QuillUsbDeviceTest, PrintsTheDeviceAlone) {
   std::ostringstream out;
-  make(FakeUsbDevice().with("USB Serial Number", "S")).print(out, false);
+  FakeUsbDevice description;
+  description.with("USB Serial Number", "S");
+  description.interfaces = {{7, "Printer", {}, {}}, {255, "Web", {}, {}}};
+  make(description).print(out, false);
   EXPECT_EQ(out.str(),
             "  IORegistry property dictionary for device:\n    USB Serial Number -> S\n");
 }

@@ -56,6 +56,13 @@ TEST_F(UsbDeviceTest, SuccessWithoutPlugInIsAFailure) {
   EXPECT_EQ(makeFails(), "Unable to create a plug-in. [return value = 0x0]");
 }
 
+TEST_F(UsbDeviceTest, FailureWithAPlugInReleasesIt) {
+  mUsb.script("createPlugIn", platform::kIOReturnNoMemory, true);
+  EXPECT_EQ(makeFails(), "Unable to create a plug-in. [return value = 0xe00002bd]");
+  EXPECT_THAT(mUsb.takeCalls(),
+              ElementsAre("createPlugIn printer device", "releasePlugIn printer"));
+}
+
 TEST_F(UsbDeviceTest, FailedQueryReleasesThePlugIn) {
   mUsb.script("queryDevice", platform::kIOReturnUnsupported);
   EXPECT_EQ(makeFails(),
@@ -123,6 +130,13 @@ TEST_F(UsbDeviceTest, NoIterator) {
   mUsb.script("createInterfaceIterator", platform::kIOReturnSuccess);
   EXPECT_EQ(thrown<IoKitException>([&] { mDevice->getInterface(7); }),
             "Failed to get interface iterator for device. [return value = 0x0]");
+}
+
+TEST_F(UsbDeviceTest, FailureWithAnIteratorReleasesIt) {
+  mUsb.script("createInterfaceIterator", platform::kIOReturnNoDevice, true);
+  EXPECT_EQ(thrown<IoKitException>([&] { make().getInterface(7); }),
+            "Failed to get interface iterator for device. [return value = 0xe00002c0]");
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre(kFindPrinterClass, "release iterator1"));
 }
 
 TEST_F(UsbDeviceTest, InterfaceThatCannotBeMadeLeavesNothingBehind) {

@@ -21,10 +21,10 @@ void QuillUsbDeviceFinderSync::findAttached() {
   platform::io_iterator_t found = 0;
   const platform::IOReturn result =
       registry.matchingServices(mMatcher->getMatchingDictionary(), found);
+  const IoObjectHolder iterator(found);
   if (result != platform::kIOReturnSuccess) {
     throw IoKitException("IOServiceGetMatchingServices failed.", static_cast<unsigned int>(result));
   }
-  const IoObjectHolder iterator(found);
   while (const platform::io_service_t next = registry.iteratorNext(iterator.get())) {
     const IoObjectHolder service(next);
     if (!mMatcher->isMatchingDevice(service.get())) continue;

@@ -35,20 +35,21 @@ UsbDevice::~UsbDevice() {
 std::unique_ptr<UsbInterface> UsbDevice::getInterface(int interfaceClass) {
   platform::IOUSBFindInterfaceRequest request;
   request.bInterfaceClass = static_cast<std::uint16_t>(interfaceClass);
+  const IoObjectHolder entry(firstInterface(request));
+  if (entry.get() == 0) return nullptr;
+  return std::make_unique<UsbInterface>(entry.get());
+}
+
+platform::io_service_t UsbDevice::firstInterface(
+    const platform::IOUSBFindInterfaceRequest& request) {
   platform::io_iterator_t found = 0;
   const IOReturn result = mDevice->createInterfaceIterator(request, found);
+  const IoObjectHolder iterator(found);
   if (result != kIOReturnSuccess || found == 0) {
     throw IoKitException("Failed to get interface iterator for device.",
                          static_cast<unsigned int>(result));
   }
-  platform::io_service_t first = 0;
-  {
-    const IoObjectHolder iterator(found);
-    first = platform::current().usb->iteratorNext(iterator.get());
-  }
-  if (first == 0) return nullptr;
-  const IoObjectHolder entry(first);
-  return std::make_unique<UsbInterface>(entry.get());
+  return platform::current().usb->iteratorNext(iterator.get());
 }
 
 void UsbDevice::reEnumerate() {

@@ -28,6 +28,9 @@ class UsbDevice {
   void print(std::ostream& os) const;
 
  private:
+  // A reference, or 0.
+  platform::io_service_t firstInterface(const platform::IOUSBFindInterfaceRequest& request);
+
   platform::io_service_t mService;
   std::unique_ptr<platform::UsbDeviceObject> mDevice;
 };
