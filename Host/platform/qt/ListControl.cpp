@@ -68,9 +68,7 @@ ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mMode
   header()->setSectionsMovable(false);
   connect(header(), &QHeaderView::sectionResized, this,
           [this](int column, int, int width) { noteUserWidth(column, width); });
-  connect(&mSelection, &QItemSelectionModel::selectionChanged, this, [this] {
-    if (mObserver.selectionChanged) mObserver.selectionChanged();
-  });
+  connect(&mSelection, &QItemSelectionModel::selectionChanged, this, [this] { noteSelection(); });
 }
 
 // The view looks at its model and selection until the end.
@@ -217,6 +215,13 @@ bool ListControl::viewportEvent(QEvent* event) {
   QToolTip::showText(help->globalPos(),
                      cutOff ? "<qt>" + text.toHtmlEscaped() + "</qt>" : QString(), this, cell);
   return true;
+}
+
+// Qt also tells of a selection that moves with its row.
+void ListControl::noteSelection() {
+  const ItemId selected = selectedItem();
+  if (std::exchange(mKnownSelection, selected) == selected) return;
+  if (mObserver.selectionChanged) mObserver.selectionChanged();
 }
 
 int ListControl::widthInCharacters(int column) const {

@@ -74,6 +74,7 @@ class ListControl : public QTreeView {
     bool mForgetting = false;
   };
 
+  void noteSelection();
   int widthInCharacters(int column) const;
   int wantedWidth() const;
   void noteUserWidth(int column, int width);
@@ -83,6 +84,7 @@ class ListControl : public QTreeView {
   ListModel mModel;
   Selection mSelection;
   Observer mObserver;
+  ItemId mKnownSelection = 0;
   std::vector<std::uint16_t> mWidths;
   bool mSettingWidth = false;
   QRect mBounds;

@@ -1,0 +1,67 @@
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include "FakeRunLoop.h"
+#include "PollRunLoop.h"
+#include "RunLoopWorld.h"
+#include "platform/qt/QtEventLoop.h"
+#include "platform/qt/QtRunLoop.h"
+
+namespace {
+
+class QtWorld final : public RunLoopWorld {
+ public:
+  platform::RunLoop& runLoop() override { return *mRunLoop; }
+
+  void runFor(std::chrono::milliseconds time) override {
+    QEventLoop turn;
+    QTimer::singleShot(time, Qt::PreciseTimer, &turn, &QEventLoop::quit);
+    turn.exec();
+  }
+
+ private:
+  int mArgumentCount = 1;
+  char mName[5] = "test";
+  char* mArguments[2] = {mName, nullptr};
+  QCoreApplication mApplication{mArgumentCount, mArguments};
+  platform::QtEventLoop mLoop;
+  std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
+};
+
+class PollWorld final : public RunLoopWorld {
+ public:
+  platform::RunLoop& runLoop() override { return mRunLoop; }
+  void runFor(std::chrono::milliseconds time) override { mRunLoop.runFor(time); }
+
+ private:
+  PollRunLoop mRunLoop;
+};
+
+class FakeWorld final : public RunLoopWorld {
+ public:
+  platform::RunLoop& runLoop() override { return mRunLoop; }
+
+  void runFor(std::chrono::milliseconds time) override {
+    constexpr std::chrono::milliseconds kStep{1};
+    for (std::chrono::milliseconds passed{0}; passed <= time; passed += kStep) {
+      mRunLoop.runLater();
+      mRunLoop.pollDescriptors();
+      mRunLoop.advance(kStep);
+    }
+  }
+
+ private:
+  FakeRunLoop mRunLoop;
+};
+
+template <typename World>
+std::unique_ptr<RunLoopWorld> make() {
+  return std::make_unique<World>();
+}
+
+}  // namespace
+
+std::vector<RunLoopImplementation> runLoopImplementations() {
+  return {{"Qt", make<QtWorld>}, {"Poll", make<PollWorld>}, {"Fake", make<FakeWorld>}};
+}
