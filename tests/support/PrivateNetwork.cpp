@@ -54,6 +54,11 @@ int run(const std::vector<std::string>& command) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+int runOnPeer(std::vector<std::string> command) {
+  command.insert(command.begin(), {PRIVATE_NETWORK, "--on-peer"});
+  return run(command);
+}
+
 void startBus() { call({"--start-bus"}); }
 void stopBus() { call({"--stop-bus"}); }
 
@@ -64,5 +69,10 @@ void startDaemon(const std::vector<std::string>& serverOptions) {
 }
 
 void stopDaemon(const std::string& signal) { call({"--stop-daemon", signal}); }
+
+void startPeersDaemon() {
+  call({"--on-peer", PRIVATE_NETWORK, "--start-bus"});
+  call({"--on-peer", PRIVATE_NETWORK, "--start-daemon"});
+}
 
 }  // namespace privatenetwork

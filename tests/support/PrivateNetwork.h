@@ -12,13 +12,15 @@ namespace privatenetwork {
 // list its tests. Exits with 77 where there can be none.
 void enter(int argc, char** argv, const std::vector<std::string>& options);
 
-// Runs a command inside and waits for its end; its exit status.
+// Runs a command and waits for its end; its exit status.
 int run(const std::vector<std::string>& command);
+int runOnPeer(std::vector<std::string> command);
 
-// The calls of private-network. Each throws std::runtime_error when it fails.
+// The calls of private-network itself. Each throws std::runtime_error when it fails.
 void startBus();
 void stopBus();
 void startDaemon(const std::vector<std::string>& serverOptions = {});
 void stopDaemon(const std::string& signal = "TERM");
+void startPeersDaemon();
 
 }  // namespace privatenetwork

@@ -7,6 +7,7 @@
 #include <avahi-common/malloc.h>
 #include <avahi-common/simple-watch.h>
 #include <avahi-common/strlst.h>
+#include <avahi-common/timeval.h>
 #include <avahi-core/core.h>
 #include <avahi-core/log.h>
 #include <avahi-core/publish.h>
@@ -40,6 +41,9 @@ Announces the service NAME with the given TXT strings ("KEY=VALUE"; \xNN is a by
   --no-ipv4         has no IPv4 at all: neither an address nor announcements
   --no-ipv6         has no IPv6 at all
   --no-address      never tells its address, so that it cannot be resolved
+  --address-after S tells it only after S seconds
+  --over-ipv6       speaks over IPv6 only, whatever addresses it has
+  --alone           tolerates no other multicast DNS stack on its machine
   --probe           asks first whether its names are free, as printers do; takes a second
 )";
 
@@ -49,10 +53,13 @@ constexpr std::uint32_t kLongTimeToLive = 4500;
 struct Options {
   std::string type = "_pdl-datastream._tcp";
   std::uint16_t port = 9100;
-  bool ipv4 = true;
-  bool ipv6 = true;
-  bool address = true;
-  bool probe = false;
+  int noIPv4 = 0;
+  int noIPv6 = 0;
+  int noAddress = 0;
+  int addressAfter = 0;  // seconds
+  int overIPv6 = 0;
+  int alone = 0;
+  int probe = 0;
   std::string name;
   std::vector<std::string> txt;
 };
@@ -72,29 +79,25 @@ std::string unescaped(const std::string& text) {
 
 Options parse(int argc, char** argv) {
   Options options;
-  int noIPv4 = 0;
-  int noIPv6 = 0;
-  int noAddress = 0;
-  int probe = 0;
   const option known[] = {
       {"type", required_argument, nullptr, 't'},
       {"port", required_argument, nullptr, 'p'},
-      {"no-ipv4", no_argument, &noIPv4, 1},
-      {"no-ipv6", no_argument, &noIPv6, 1},
-      {"no-address", no_argument, &noAddress, 1},
-      {"probe", no_argument, &probe, 1},
+      {"no-ipv4", no_argument, &options.noIPv4, 1},
+      {"no-ipv6", no_argument, &options.noIPv6, 1},
+      {"no-address", no_argument, &options.noAddress, 1},
+      {"probe", no_argument, &options.probe, 1},
+      {"over-ipv6", no_argument, &options.overIPv6, 1},
+      {"alone", no_argument, &options.alone, 1},
+      {"address-after", required_argument, nullptr, 'a'},
       {nullptr, 0, nullptr, 0},
   };
   for (int key; (key = getopt_long(argc, argv, "", known, nullptr)) != -1;) {
     if (key == '?') throw std::invalid_argument(kUsage);
+    if (key == 'a') options.addressAfter = std::stoi(optarg);
     if (key == 't') options.type = optarg;
     if (key == 'p') options.port = static_cast<std::uint16_t>(std::stoi(optarg));
   }
   if (optind >= argc) throw std::invalid_argument(kUsage);
-  options.ipv4 = noIPv4 == 0;
-  options.ipv6 = noIPv6 == 0;
-  options.address = noAddress == 0;
-  options.probe = probe != 0;
   options.name = unescaped(argv[optind]);
   for (int i = optind + 1; i < argc; ++i) options.txt.push_back(unescaped(argv[i]));
   return options;
@@ -113,8 +116,9 @@ class Announcer {
     });
     AvahiServerConfig config;
     avahi_server_config_init(&config);
-    config.use_ipv4 = options.ipv4;
-    config.use_ipv6 = options.ipv6;
+    config.use_ipv4 = options.noIPv4 == 0 && options.overIPv6 == 0;
+    config.use_ipv6 = options.noIPv6 == 0;
+    config.disallow_other_stacks = options.alone;
     config.publish_addresses = 0;
     config.publish_hinfo = 0;
     config.publish_workstation = 0;
@@ -148,7 +152,11 @@ class Announcer {
  private:
   void publish() {
     AvahiSEntryGroup* group = avahi_s_entry_group_new(mServer, groupChanged, nullptr);
-    if (mOptions.address) addAddresses(group);
+    if (mOptions.addressAfter > 0) {
+      addAddressesLater();
+    } else if (mOptions.noAddress == 0) {
+      addAddresses(group);
+    }
 
     char name[AVAHI_DOMAIN_NAME_MAX];
     check(avahi_service_name_join(name, sizeof name, mOptions.name.c_str(), mOptions.type.c_str(),
@@ -181,10 +189,23 @@ class Announcer {
     avahi_record_unref(record);
   }
 
+  void addAddressesLater() {
+    timeval due;
+    avahi_elapse_time(&due, static_cast<unsigned>(mOptions.addressAfter) * 1000, 0);
+    const AvahiPoll* api = avahi_simple_poll_get(mPoll);
+    const auto elapsed = [](AvahiTimeout*, void* userData) {
+      auto& self = *static_cast<Announcer*>(userData);
+      AvahiSEntryGroup* group = avahi_s_entry_group_new(self.mServer, nullptr, nullptr);
+      self.addAddresses(group);
+      check(avahi_s_entry_group_commit(group));
+    };
+    api->timeout_new(api, &due, elapsed, this);
+  }
+
   // On each link the addresses that the machine has there.
   void addAddresses(AvahiSEntryGroup* group) {
     const auto addressFlags = static_cast<AvahiPublishFlags>(
-        AVAHI_PUBLISH_NO_REVERSE | (mOptions.probe ? 0 : AVAHI_PUBLISH_NO_PROBE));
+        AVAHI_PUBLISH_NO_REVERSE | (mOptions.probe != 0 ? 0 : AVAHI_PUBLISH_NO_PROBE));
     ifaddrs* all = nullptr;
     if (getifaddrs(&all) != 0) throw std::runtime_error("no addresses");
     for (const ifaddrs* entry = all; entry != nullptr; entry = entry->ifa_next) {
@@ -198,14 +219,14 @@ class Announcer {
   }
 
   bool toAvahi(const sockaddr& from, AvahiAddress& to) const {
-    if (from.sa_family == AF_INET && mOptions.ipv4) {
+    if (from.sa_family == AF_INET && mOptions.noIPv4 == 0) {
       sockaddr_in ipv4;
       std::memcpy(&ipv4, &from, sizeof ipv4);
       to.proto = AVAHI_PROTO_INET;
       to.data.ipv4.address = ipv4.sin_addr.s_addr;
       return true;
     }
-    if (from.sa_family == AF_INET6 && mOptions.ipv6) {
+    if (from.sa_family == AF_INET6 && mOptions.noIPv6 == 0) {
       sockaddr_in6 ipv6;
       std::memcpy(&ipv6, &from, sizeof ipv6);
       to.proto = AVAHI_PROTO_INET6;
@@ -216,7 +237,7 @@ class Announcer {
   }
 
   AvahiPublishFlags uniqueFlags() const {
-    return mOptions.probe
+    return mOptions.probe != 0
                ? AVAHI_PUBLISH_UNIQUE
                : static_cast<AvahiPublishFlags>(AVAHI_PUBLISH_UNIQUE | AVAHI_PUBLISH_NO_PROBE);
   }

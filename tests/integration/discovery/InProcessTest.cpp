@@ -1,0 +1,111 @@
+// Hosts without a daemon.
+#include <sys/types.h>
+#include <unistd.h>
+
+#include "DiscoveryTest.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class InProcessTest : public DiscoveryTest {};
+
+// The program runs as a user without any rights, for the lifetime of this object.
+class Unprivileged {
+ public:
+  Unprivileged() : mHolds(seteuid(kNobody) == 0) {}
+  ~Unprivileged() { EXPECT_EQ(seteuid(0), 0); }
+  Unprivileged(const Unprivileged&) = delete;
+  Unprivileged& operator=(const Unprivileged&) = delete;
+
+  bool holds() const { return mHolds; }
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  bool mHolds;
+};
+
+TEST_F(InProcessTest, PrintersAreFoundWithoutSystemBus) {
+  privatenetwork::stopBus();
+  auto printer = announce({"Printer", "usb_MFG=Veltra"});
+  search();
+  ASSERT_TRUE(waitFor("resolved Printer"));
+  EXPECT_EQ(recorder->txt, (Bytes{14, 'u', 's', 'b', '_', 'M', 'F', 'G', '=',  //
+                                  'V', 'e', 'l', 't', 'r', 'a'}));
+  printer->withdraw();
+  ASSERT_TRUE(waitFor("removed Printer"));
+  EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer", "removed Printer"));
+}
+
+TEST_F(InProcessTest, PrintersAreFoundWithoutSpecialRights) {
+  auto printer = announce({"Printer"});
+  const Unprivileged user;
+  if (!user.holds()) GTEST_SKIP() << "this user namespace has no other user";
+  search();
+  EXPECT_TRUE(waitFor("resolved Printer"));
+}
+
+TEST_F(InProcessTest, DaemonMayComeToAnUnprivilegedProgram) {
+  auto printer = announce({"Printer"});
+  std::optional<Unprivileged> user(std::in_place);
+  if (!user->holds()) GTEST_SKIP() << "this user namespace has no other user";
+  find("Printer");
+  user.reset();
+  startDaemon();
+  user.emplace();
+  runLoop.runFor(milliseconds(6000));
+  EXPECT_THAT(told(), IsEmpty());
+  EXPECT_EQ(runLoop.timers(), 0u);
+}
+
+TEST_F(InProcessTest, ResolveIsRenewedUntilThePrinterAnswers) {
+  auto printer = announce({"--address-after", "8", "Printer"});
+  search();
+  ASSERT_TRUE(waitFor("resolved Printer"));
+  EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer"));
+}
+
+TEST_F(InProcessTest, StackThatCannotStartIsAnErrorAndTheDaemonIsWaitedFor) {
+  auto alone = announce({"--alone", "Alone"}, Announcement::Machine::Here);
+  auto printer = announce({"Printer"});
+  testing::internal::CaptureStderr();
+  search();
+  runLoop.runFor(milliseconds(100));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_THAT(told(), ElementsAre("error"));
+  alone.reset();
+  startDaemon();
+  ASSERT_TRUE(waitFor("resolved Printer"));
+  EXPECT_THAT(told(), ElementsAre("error", "added Printer", "resolved Printer"));
+}
+
+TEST_F(InProcessTest, SearchFailsWhenNothingCanServeIt) {
+  privatenetwork::stopBus();
+  auto alone = announce({"--alone", "Alone"}, Announcement::Machine::Here);
+  recorder.emplace(*discovery);
+  platform::StreamError error;
+  EXPECT_FALSE(recorder->browser->searchForServices(
+      platform::Text::fromUtf8(""), platform::Text::fromUtf8("_pdl-datastream._tcp"), &error));
+  EXPECT_EQ(error.domain, 10);
+  EXPECT_EQ(error.error, -72000);
+  alone.reset();
+  EXPECT_TRUE(recorder->search());
+}
+
+// The daemon of the other machine would know the name of ours.
+TEST_F(InProcessTest, NothingIsPublished) {
+  privatenetwork::startPeersDaemon();
+  char host[256] = {};
+  ASSERT_EQ(gethostname(host, sizeof host - 1), 0);
+  const std::string ask =
+      "test -n \"$(timeout 3 avahi-resolve -4n '" + std::string(host) + ".local' 2>/dev/null)\"";
+  search();
+  runLoop.runFor(milliseconds(1500));
+  EXPECT_NE(privatenetwork::runOnPeer({"sh", "-c", ask}), 0);
+  privatenetwork::startDaemon({"host-name=" + std::string(host)});
+  EXPECT_EQ(privatenetwork::runOnPeer({"sh", "-c", ask}), 0);
+}
+
+}  // namespace

@@ -1,0 +1,10 @@
+// The network has a bus and two links; each test starts the daemon when it wants one.
+#include <gmock/gmock.h>
+
+#include "PrivateNetwork.h"
+
+int main(int argc, char** argv) {
+  privatenetwork::enter(argc, argv, {"--no-daemon", "--links", "2"});
+  testing::InitGoogleMock(&argc, argv);
+  return RUN_ALL_TESTS();
+}
