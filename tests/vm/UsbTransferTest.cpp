@@ -1,12 +1,9 @@
 // Opening interfaces and transferring bytes over their pipes, and every way in which that fails.
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <linux/usbdevice_fs.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cstdio>
-
+#include "AsOtherUser.h"
+#include "OtherProgram.h"
 #include "UsbHostTest.h"
 
 using platform::io_service_t;
@@ -21,36 +18,6 @@ using namespace std::string_literals;
 namespace {
 
 constexpr std::uint16_t kPacket = 512;
-
-// Another user for a while, who has no right on any device node.
-class AsNobody {
- public:
-  AsNobody() {
-    EXPECT_EQ(setegid(65534), 0);
-    EXPECT_EQ(seteuid(65534), 0);
-  }
-  ~AsNobody() {
-    EXPECT_EQ(seteuid(0), 0);
-    EXPECT_EQ(setegid(0), 0);
-  }
-};
-
-// Another program that has claimed an interface.
-class OtherProgram {
- public:
-  OtherProgram(int bus, int address, unsigned interface) {
-    char node[64];
-    std::snprintf(node, sizeof node, "/dev/bus/usb/%03d/%03d", bus, address);
-    mNode = ::open(node, O_RDWR | O_CLOEXEC);
-    usbdevfs_disconnect_claim claim{};
-    claim.interface = interface;
-    EXPECT_EQ(ioctl(mNode, USBDEVFS_DISCONNECT_CLAIM, &claim), 0);
-  }
-  ~OtherProgram() { close(mNode); }
-
- private:
-  int mNode;
-};
 
 class UsbTransferTest : public UsbHostTest {
  protected:
@@ -162,7 +129,7 @@ TEST_F(UsbTransferTest, PipesThatCannotDoItRefuse) {
 
 TEST_F(UsbTransferTest, WithoutARightListingWorksAndOpeningIsNotPermitted) {
   plugIn();
-  const AsNobody nobody;
+  const AsOtherUser nobody;
   EXPECT_EQ(text(mDevice, "USB Serial Number"), "VP000001");
   EXPECT_EQ(interfaceObject(mDevice, kPrinterClass)->open(), platform::kIOReturnNotPermitted);
   EXPECT_EQ(deviceObject(mDevice)->open(), platform::kIOReturnNotPermitted);
@@ -170,9 +137,7 @@ TEST_F(UsbTransferTest, WithoutARightListingWorksAndOpeningIsNotPermitted) {
 
 TEST_F(UsbTransferTest, AnInterfaceOfAnotherProgramIsExclusive) {
   plugIn();
-  const auto bus = number(mDevice, "locationID")->value >> 24;
-  const OtherProgram other(static_cast<int>(bus),
-                           static_cast<int>(number(mDevice, "USB Address")->value), 1);
+  const OtherProgram other("VP000001", 1);
   EXPECT_EQ(interfaceObject(mDevice, kPrinterClass)->open(), platform::kIOReturnExclusiveAccess);
   EXPECT_EQ(interfaceObject(mDevice, kVendorClass)->open(), kIOReturnSuccess);
 }

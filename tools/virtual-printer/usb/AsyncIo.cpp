@@ -30,22 +30,23 @@ AsyncIo::~AsyncIo() {
   syscall(SYS_io_destroy, mContext);
 }
 
-void AsyncIo::read(int descriptor, std::size_t size, Done done) {
+AsyncIo::Number AsyncIo::read(int descriptor, std::size_t size, Done done) {
   auto operation = std::make_unique<Operation>();
   operation->buffer.resize(size);
   operation->done = std::move(done);
-  submit(descriptor, IOCB_CMD_PREAD, std::move(operation));
+  return submit(descriptor, IOCB_CMD_PREAD, std::move(operation));
 }
 
-void AsyncIo::write(int descriptor, std::vector<std::uint8_t> bytes, Done done) {
+AsyncIo::Number AsyncIo::write(int descriptor, std::vector<std::uint8_t> bytes, Done done) {
   auto operation = std::make_unique<Operation>();
   operation->buffer = std::move(bytes);
   operation->done = std::move(done);
-  submit(descriptor, IOCB_CMD_PWRITE, std::move(operation));
+  return submit(descriptor, IOCB_CMD_PWRITE, std::move(operation));
 }
 
-void AsyncIo::submit(int descriptor, std::uint16_t opcode, std::unique_ptr<Operation> operation) {
-  const std::uint64_t number = ++mLastNumber;
+AsyncIo::Number AsyncIo::submit(int descriptor, std::uint16_t opcode,
+                                std::unique_ptr<Operation> operation) {
+  const Number number = ++mLastNumber;
   iocb& control = operation->control;
   control.aio_data = number;
   control.aio_lio_opcode = opcode;
@@ -56,12 +57,20 @@ void AsyncIo::submit(int descriptor, std::uint16_t opcode, std::unique_ptr<Opera
   control.aio_resfd = static_cast<std::uint32_t>(mReady.get());
   iocb* controls[] = {&control};
   mOperations.emplace(number, std::move(operation));
-  if (syscall(SYS_io_submit, mContext, 1L, controls) == 1) return;
+  if (syscall(SYS_io_submit, mContext, 1L, controls) == 1) return number;
   const int error = errno;
   mRefused.push_back(mLoop.after(std::chrono::microseconds(0), [this, number, error] {
     const auto refused = mOperations.extract(number);
     if (!refused.empty()) refused.mapped()->done(-error, {});
   }));
+  return number;
+}
+
+void AsyncIo::cancel(Number number) {
+  const auto found = mOperations.find(number);
+  if (found == mOperations.end()) return;
+  io_event unused;
+  syscall(SYS_io_cancel, mContext, &found->second->control, &unused);
 }
 
 void AsyncIo::collect() {

@@ -31,9 +31,14 @@ class AsyncIo {
   AsyncIo(const AsyncIo&) = delete;
   AsyncIo& operator=(const AsyncIo&) = delete;
 
+  using Number = std::uint64_t;
+
   // `done` is called once, never from inside these calls.
-  void read(int descriptor, std::size_t size, Done done);
-  void write(int descriptor, std::vector<std::uint8_t> bytes, Done done);
+  Number read(int descriptor, std::size_t size, Done done);
+  Number write(int descriptor, std::vector<std::uint8_t> bytes, Done done);
+
+  // The operation ends soon, with whatever it has, or an error.
+  void cancel(Number number);
 
  private:
   struct Operation {
@@ -42,15 +47,15 @@ class AsyncIo {
     Done done;
   };
 
-  void submit(int descriptor, std::uint16_t opcode, std::unique_ptr<Operation> operation);
+  Number submit(int descriptor, std::uint16_t opcode, std::unique_ptr<Operation> operation);
   void collect();
 
   EventLoop& mLoop;
   aio_context_t mContext = 0;
   FileDescriptor mReady;  // an eventfd
   std::unique_ptr<EventLoop::Watch> mWatch;
-  std::map<std::uint64_t, std::unique_ptr<Operation>> mOperations;
-  std::uint64_t mLastNumber = 0;
+  std::map<Number, std::unique_ptr<Operation>> mOperations;
+  Number mLastNumber = 0;
   std::vector<std::unique_ptr<Scheduler::Timer>> mRefused;
 };
 

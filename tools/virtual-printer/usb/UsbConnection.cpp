@@ -26,8 +26,9 @@ UsbConnection::UsbConnection(Printer& printer, UsbPipes& pipes, PullPlug pullPlu
 
 UsbConnection::~UsbConnection() = default;
 
-std::size_t UsbConnection::wantedBytes() {
-  const std::size_t whole = mConversation.imageSpace().size() / kPacket * kPacket;
+std::size_t UsbConnection::wantedBytes(std::size_t asked) {
+  const std::size_t space = mConversation.imageSpace().size();
+  const std::size_t whole = space > asked ? (space - asked) / kPacket * kPacket : 0;
   return std::clamp(whole, kPacket, kMaxRead);
 }
 
@@ -46,7 +47,7 @@ void UsbConnection::lost(const std::string& reason) {
 }
 
 void UsbConnection::send(std::span<const std::uint8_t> bytes) {
-  if (mLost) return;
+  if (mLost || mPlugPulled) return;
   if (mPrinter.faults().find(FaultKind::ZeroPackets)) mPipes.send({});
   mPipes.send(bytes);
 }
@@ -61,6 +62,7 @@ void UsbConnection::close() {
 
 void UsbConnection::reset() {
   mPipes.stopReading();
+  mPlugPulled = true;
   if (!mLost) mPullPlug({}, kPlugIsOut);
 }
 
@@ -68,6 +70,7 @@ void UsbConnection::perform(const Fault& fault) {
   if (fault.kind == FaultKind::Unplug) {
     std::optional<std::chrono::milliseconds> back;
     if (fault.number > 0) back = std::chrono::milliseconds(fault.number);
+    mPlugPulled = true;
     mPullPlug({}, back);
   }
   if (fault.kind == FaultKind::Stall) {

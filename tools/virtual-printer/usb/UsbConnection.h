@@ -27,8 +27,9 @@ class UsbConnection : private Connection {
 
   void begin() { mConversation.begin(); }
 
-  // How much to read at once, so that every step of the conversation is seen when it is reached.
-  std::size_t wantedBytes();
+  // How much to read behind `asked` bytes, so that every step of the conversation is seen when it
+  // is reached.
+  std::size_t wantedBytes(std::size_t asked);
   void received(std::span<const std::uint8_t> bytes);
   void allSent();
 
@@ -52,6 +53,7 @@ class UsbConnection : private Connection {
   Conversation mConversation;
   bool mHeard = false;
   bool mLost = false;
+  bool mPlugPulled = false;
   bool mStallPending = false;
 };
 

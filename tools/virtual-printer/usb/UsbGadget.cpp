@@ -37,7 +37,7 @@ UsbGadget::UsbGadget(Printer& printer, EventLoop& loop, const UsbIdentity& ident
     mPrinterPipes = std::make_unique<UsbPipes>(
         mIo, mFunction.open(mDescriptors.printer.out), mFunction.open(mDescriptors.printer.in),
         UsbPipes::Handlers{
-            [this] { return mConnection->wantedBytes(); },
+            [this](std::size_t asked) { return mConnection->wantedBytes(asked); },
             [this](std::span<const std::uint8_t> bytes) { mConnection->received(bytes); },
             [this] { mConnection->allSent(); }});
   }
@@ -45,7 +45,7 @@ UsbGadget::UsbGadget(Printer& printer, EventLoop& loop, const UsbIdentity& ident
     mVendorPipes = std::make_unique<UsbPipes>(
         mIo, mFunction.open(mDescriptors.vendor.out), mFunction.open(mDescriptors.vendor.in),
         UsbPipes::Handlers{
-            [] { return kEchoSize; },
+            [](std::size_t) { return kEchoSize; },
             [this](std::span<const std::uint8_t> bytes) { mVendorPipes->send(bytes); }, [] {}});
   }
 }

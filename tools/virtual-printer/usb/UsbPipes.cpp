@@ -6,6 +6,11 @@
 #include <utility>
 
 namespace virtualprinter {
+namespace {
+
+constexpr std::size_t kReadsInFlight = 4;
+
+}  // namespace
 
 UsbPipes::UsbPipes(AsyncIo& io, FileDescriptor out, FileDescriptor in, Handlers handlers)
     : mIo(io), mOut(std::move(out)), mIn(std::move(in)), mHandlers(std::move(handlers)) {}
@@ -14,26 +19,43 @@ void UsbPipes::start() {
   stop();
   mEpoch = std::make_shared<int>();
   mReading = true;
-  read();
+  askForMore();
 }
 
 void UsbPipes::stop() {
+  stopReading();
+  mReads.clear();
   mEpoch.reset();
   mUnsent.clear();
-  mReading = false;
 }
 
-void UsbPipes::read() {
-  if (!mReading) return;
-  mIo.read(
-      mOut.get(), mHandlers.wanted(),
-      [this, epoch = std::weak_ptr<int>(mEpoch)](long result, std::span<const std::uint8_t> bytes) {
-        if (epoch.expired()) return;
-        // Any other error is the end of the pipe, which the control endpoint tells of.
-        if (result < 0 && result != -EAGAIN && result != -EINTR) return;
-        if (!bytes.empty()) mHandlers.received(bytes);
-        if (!epoch.expired()) read();
-      });
+void UsbPipes::stopReading() {
+  mReading = false;
+  for (const Read& read : mReads) mIo.cancel(read.number);
+}
+
+// Several at once, so that a host which has only so much time for a transfer need not wait for this
+// process to be scheduled.
+void UsbPipes::askForMore() {
+  while (mReading && mReads.size() < kReadsInFlight) {
+    std::size_t asked = 0;
+    for (const Read& read : mReads) asked += read.size;
+    const std::size_t size = mHandlers.wanted(asked);
+    const AsyncIo::Number number =
+        mIo.read(mOut.get(), size,
+                 [this, epoch = std::weak_ptr<int>(mEpoch)](long result,
+                                                            std::span<const std::uint8_t> bytes) {
+                   if (epoch.expired()) return;
+                   mReads.pop_front();
+                   if (!mReading) return;
+                   if (!bytes.empty()) mHandlers.received(bytes);
+                   if (epoch.expired()) return;
+                   // After any other error the pipe is gone, and the control endpoint tells of
+                   // that.
+                   if (result >= 0 || result == -EAGAIN || result == -EINTR) askForMore();
+                 });
+    mReads.push_back({number, size});
+  }
 }
 
 void UsbPipes::send(std::span<const std::uint8_t> bytes) {

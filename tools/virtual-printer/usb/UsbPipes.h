@@ -18,8 +18,9 @@ namespace virtualprinter {
 class UsbPipes {
  public:
   struct Handlers {
-    // How many bytes to read at most: nothing is told before they, or a short packet, have arrived.
-    std::function<std::size_t()> wanted;
+    // How many bytes to read at most, behind those that are asked for already: nothing is told
+    // before they, or a short packet, have arrived.
+    std::function<std::size_t(std::size_t asked)> wanted;
     std::function<void(std::span<const std::uint8_t> bytes)> received;
     std::function<void()> allSent;
   };
@@ -33,14 +34,19 @@ class UsbPipes {
   void stop();
 
   void send(std::span<const std::uint8_t> bytes);  // no bytes are an empty packet
-  void stopReading() { mReading = false; }
+  void stopReading();
   bool isIdle() const { return mUnsent.empty(); }
 
   // Halts both pipes until the host clears them.
   void stall();
 
  private:
-  void read();
+  struct Read {
+    AsyncIo::Number number;
+    std::size_t size;
+  };
+
+  void askForMore();
   void write();
 
   AsyncIo& mIo;
@@ -48,6 +54,7 @@ class UsbPipes {
   FileDescriptor mIn;
   Handlers mHandlers;
   std::deque<std::vector<std::uint8_t>> mUnsent;
+  std::deque<Read> mReads;  // in flight, in order
   bool mReading = false;
   // What was submitted since the last start(); completions of before hold an older one.
   std::shared_ptr<int> mEpoch;

@@ -1,0 +1,426 @@
+// The download engine over real USB: the whole way of an update, and how each fault of the printer,
+// the bus and the host ends it. The log is compared entry for entry, but for debug entries.
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <functional>
+
+#include "AsOtherUser.h"
+#include "FakeBundle.h"
+#include "FakeEvents.h"
+#include "FirmwareDownloader.h"
+#include "LogRecorder.h"
+#include "OtherProgram.h"
+#include "QuillUsbDeviceFinderAsync.h"
+#include "UsbHostTest.h"
+#include "UsbTransport.h"
+#include "platform/Platform.h"
+#include "platform/posix/PosixFiles.h"
+
+using namespace platform::literals;
+using platform::OSStatus;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// Of the image "small", which is the same at each build.
+const std::string kSmallImageSha256 =
+    "86dfb7d5b41ced632f85142605d1a58a665deb28a47ed557b4e436fe565575ad";
+
+class Finder : public QuillUsbDeviceFinderAsync {
+ public:
+  Finder() : QuillUsbDeviceFinderAsync(0x3A71, 0x0C28) {}
+  void notifyDeviceFound(QuillUsbDevice& device) override { found.push_back(device); }
+  void notifyDeviceRemoved(QuillUsbDevice& device) override { removed.push_back(device); }
+
+  std::vector<QuillUsbDevice> found;
+  std::vector<QuillUsbDevice> removed;
+};
+
+// What the log says until the printer has its image, step by step.
+const Lines kSteps{
+    "5 Connecting to I/O transport...",
+    "5 Clearing unsolicited status updates...",
+    "5 Async write request for 34 bytes.",
+    "5 Requesting IEEE 1284 device ID from the printer...",
+    "5 Async write request for 59 bytes.",
+    "5 IEEE 1284 device ID request sent to printer, waiting for response...",
+    "5 Async read request for 16 bytes.",
+    "5 Reading IEEE 1284 device ID...",
+    "5 Async read request for 106 bytes.",
+    "5 Validating IEEE 1284 device ID...",
+    "5 IEEE 1284 device ID is MFG:Veltra;CMD:PJL,ACL;MDL:KX350T;CLS:PRINTER;DES:Veltra KX350T;"
+    "SN:VP000001;LIC:QT725013;FWVER:00000100;",
+    "5 Choosing and loading a firmware file...",
+    "5 Firmware version in IEEE 1284 string: 00000100",
+    "5 Firmware version in file: 00000200",
+    "5 Async write request for 50 bytes.",
+    "5 Writing new firmware to printer...",
+    "5 Async write request for 100000 bytes.",
+    "5 Finalising the firmware download...",
+    "5 Async write request for 9 bytes.",
+    "5 New firmware sent to printer, waiting for the printer to burn it to flash and send "
+    "response.",
+    "5 This will take some time; using a timeout of 6000ms.",
+    "5 Async read request for 16 bytes.",
+};
+
+class UsbUpdateTest : public UsbHostTest {
+ protected:
+  UsbUpdateTest()
+      : mFiles(platform::makePosixFiles()),
+        mRecorder({.bundle = &mBundle,
+                   .files = mFiles.get(),
+                   .runLoop = &mLoop,
+                   .events = &mEvents,
+                   .usb = mRegistry.get()}),
+        mDownloader(std::make_unique<FirmwareDownloader>()),
+        mFinder(std::make_unique<Finder>()) {
+    useFirmware("small");
+    const platform::EventSpec specs[] = {{kFwDlEventClass, kFwDlEventResume},
+                                         {kFwDlEventClass, kFwDlEventAsyncFailure},
+                                         {"cmds"_4cc, 1}};
+    platform::EventHandlerRef installed = 0;
+    mEvents.installHandler(platform::kApplicationTarget, specs, handle, this, installed);
+    mFinder->setupAsyncNotifier(&mLoop);
+    mFinder->startAsyncNotifier();
+    mRecorder.takeEntries();
+  }
+
+  void useFirmware(const std::string& name) {
+    mBundle.setResourcesDirectory(std::string(VM_FIRMWARE) + "/" + name);
+  }
+
+  void plugIn(std::vector<std::string> options = {}) {
+    options.insert(options.end(), {"--burn-seconds", "0.2", "--return-seconds", "0.5",
+                                   "--hang-up-seconds", "0.2"});
+    mPrinter = std::make_unique<UsbPrinterProcess>(options);
+    ASSERT_TRUE(mLoop.runUntil([this] { return !mFinder->found.empty(); }));
+  }
+
+  void plugInWithFault(const std::string& fault) { plugIn({"--fault", fault}); }
+
+  // Downloads to the printer that was found last, and returns the outcome.
+  std::string update() {
+    mOutcomes.clear();
+    downloadFirmwareThroughUsb(mFinder->found.back(), *mDownloader);
+    runUntil([this] { return !mOutcomes.empty(); });
+    mEvents.deliverAll();
+    EXPECT_THAT(mOutcomes, SizeIs(1));
+    return mOutcomes.empty() ? "" : mOutcomes.front();
+  }
+
+  bool runUntil(const std::function<bool()>& done) {
+    return mLoop.runUntil(
+        [&] {
+          mEvents.deliverAll();
+          return done();
+        },
+        std::chrono::seconds(60));
+  }
+
+  // Entries that are not for debugging.
+  Lines takeLog() {
+    Lines lines;
+    for (const LogEntry& entry : mRecorder.takeEntries()) {
+      if (entry.priority != 7) lines.push_back(std::to_string(entry.priority) + " " + entry.text);
+    }
+    return lines;
+  }
+
+  // The first steps, then these lines.
+  static Lines steps(std::size_t count, const Lines& lines) {
+    Lines all(kSteps.begin(), kSteps.begin() + static_cast<std::ptrdiff_t>(count));
+    all.insert(all.end(), lines.begin(), lines.end());
+    return all;
+  }
+
+  void expectUpdated() {
+    EXPECT_EQ(update(), "DlOk");
+    EXPECT_EQ(takeLog(),
+              steps(kSteps.size(), {"5 Firmware download is complete, the printer will restart.",
+                                    "5 Cleaning up USB transport."}));
+    ASSERT_TRUE(mLoop.runUntil([this] { return mPrinter->count("burn") == 1; }));
+    const nlohmann::json burn = mPrinter->last("burn");
+    EXPECT_EQ(burn.at("status"), 1);
+    EXPECT_EQ(burn.at("bytes"), 100000);
+    EXPECT_EQ(burn.at("sha256"), kSmallImageSha256);
+    EXPECT_EQ(mPrinter->count("violation"), 0u);
+  }
+
+  // Fails in the step with that many entries, with an error entry that matches `error`.
+  void expectFailure(std::size_t count, const std::string& error) {
+    EXPECT_EQ(update(), "DlNo");
+    const Lines log = takeLog();
+    ASSERT_THAT(log, SizeIs(count + 2));
+    EXPECT_EQ(Lines(log.begin(), log.begin() + static_cast<std::ptrdiff_t>(count)),
+              steps(count, {}));
+    EXPECT_THAT(log[count], MatchesRegex("3 " + error));
+    EXPECT_EQ(log[count + 1], "5 Cleaning up USB transport.");
+    EXPECT_EQ(mPrinter->count("burn"), 0u);
+  }
+
+  static OSStatus handle(platform::EventHandlerCallRef, const platform::Event& event,
+                         void* userData) {
+    auto* const self = static_cast<UsbUpdateTest*>(userData);
+    if (event.eventClass() == kFwDlEventClass) {
+      if (event.kind() == kFwDlEventResume) self->mDownloader->resume();
+      if (event.kind() == kFwDlEventAsyncFailure) self->mDownloader->stopTasks();
+      return platform::noErr;
+    }
+    platform::HICommand command;
+    event.getParameter("----"_4cc, command);
+    self->mOutcomes.push_back(fourCharText(command.commandId));
+    return platform::noErr;
+  }
+
+  FakeBundle mBundle;
+  FakeEvents mEvents;
+  std::unique_ptr<platform::Files> mFiles;
+  LogRecorder mRecorder;
+  std::unique_ptr<FirmwareDownloader> mDownloader;
+  std::unique_ptr<Finder> mFinder;
+  std::unique_ptr<UsbPrinterProcess> mPrinter;
+  Lines mOutcomes;
+};
+
+TEST_F(UsbUpdateTest, TheImageIsBurned) {
+  plugIn();
+  expectUpdated();
+  EXPECT_EQ(mPrinter->receivedMessages(),
+            (Lines{"status-off", "id-request", "burn-header", "image", "uel"}));
+}
+
+TEST_F(UsbUpdateTest, APrinterThatWasUpdatedReturnsAndIsUpToDate) {
+  plugIn();
+  expectUpdated();
+  ASSERT_TRUE(mLoop.runUntil([this] { return mFinder->found.size() == 2; }));
+  EXPECT_THAT(mFinder->removed, SizeIs(1));
+  EXPECT_EQ(update(), "DlUd");
+}
+
+TEST_F(UsbUpdateTest, AnUpToDatePrinterGetsNothing) {
+  plugIn({"--fwver", "00000200"});
+  EXPECT_EQ(update(), "DlUd");
+  const Lines log = takeLog();
+  EXPECT_EQ(log.at(log.size() - 2), "5 Firmware on the printer is already up-to-date.");
+  EXPECT_EQ(mPrinter->receivedMessages(), (Lines{"status-off", "id-request"}));
+  // And can be asked again.
+  EXPECT_EQ(update(), "DlUd");
+}
+
+TEST_F(UsbUpdateTest, AFailedBurnIsReported) {
+  plugInWithFault("fail-burn");
+  EXPECT_EQ(update(), "DlNo");
+  EXPECT_EQ(takeLog(), steps(kSteps.size(), {"3 The firmware download failed on the printer.",
+                                             "5 Cleaning up USB transport."}));
+}
+
+TEST_F(UsbUpdateTest, AnImageOfWholePacketsIsBurned) {
+  useFirmware("packets");
+  plugIn();
+  EXPECT_EQ(update(), "DlOk");
+  EXPECT_EQ(mPrinter->last("burn").at("bytes"), 131072);
+}
+
+// Faults that an update gets over. --------------------------------------------------------------
+
+TEST_F(UsbUpdateTest, RepliesInOddPacketsAreRead) {
+  plugInWithFault("dribble=7/0");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, RepliesInSlowSingleBytesAreRead) {
+  plugInWithFault("dribble=1/5");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, RepliesInOnePacketAreRead) {
+  plugInWithFault("merge");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, RepliesThatAreCutWithinTheResponseAreRead) {
+  plugInWithFault("split=10");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, EmptyPacketsBetweenRepliesAreSkipped) {
+  plugInWithFault("zero-packets");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, TheOrderOfThePipesDoesNotMatter) {
+  plugInWithFault("in-pipe-first");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, TheVendorsInterfaceIsNotNeeded) {
+  plugInWithFault("no-vendor-interface");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, StringsMayBeEmpty) {
+  plugIn({"--usb-manufacturer", "", "--usb-product", "", "--usb-serial", ""});
+  EXPECT_EQ(mFinder->found.back().getSerialNum(), "");
+  expectUpdated();
+}
+
+TEST_F(UsbUpdateTest, AStallBeforeARequestIsCleared) {
+  plugInWithFault("stall@status-off");
+  downloadFirmwareThroughUsb(mFinder->found.back(), *mDownloader);
+  mEvents.deliverNext();
+  // The engine gets no event until both pipes are stalled.
+  ASSERT_TRUE(mLoop.runUntil([this] { return mPrinter->count("fault") == 1; }));
+  ASSERT_TRUE(runUntil([this] { return !mOutcomes.empty(); }));
+  EXPECT_EQ(mOutcomes, (Lines{"DlOk"}));
+  EXPECT_EQ(mPrinter->last("burn").at("sha256"), kSmallImageSha256);
+}
+
+TEST_F(UsbUpdateTest, TwoPrintersAreUpdatedOneAfterTheOther) {
+  UsbPrinterProcess other({"--serial", "OTHER", "--fwver", "00000200"});
+  ASSERT_TRUE(mLoop.runUntil([this] { return mFinder->found.size() == 1; }));
+  plugIn();
+  ASSERT_TRUE(mLoop.runUntil([this] { return mFinder->found.size() == 2; }));
+  expectUpdated();
+  std::swap(mFinder->found[0], mFinder->found[1]);
+  EXPECT_EQ(update(), "DlUd");
+  EXPECT_EQ(other.receivedMessages(), (Lines{"status-off", "id-request"}));
+}
+
+// Faults that end it. ---------------------------------------------------------------------------
+
+TEST_F(UsbUpdateTest, AStallWithinAReplyFails) {
+  plugInWithFault("stall@id-request");
+  expectFailure(7, "Async read failed: I/O Kit error=0xe000404f");
+}
+
+TEST_F(UsbUpdateTest, AStallInsteadOfTheBurnReplyFails) {
+  plugInWithFault("stall@burned");
+  EXPECT_EQ(update(), "DlNo");
+  EXPECT_EQ(takeLog(), steps(kSteps.size(), {"3 Async read failed: I/O Kit error=0xe000404f",
+                                             "5 Cleaning up USB transport."}));
+}
+
+TEST_F(UsbUpdateTest, ASilentPrinterFailsAfterTwentySeconds) {
+  plugInWithFault("silence@id-request");
+  expectFailure(7, "Async read failed: I/O Kit error=0xe0004051");
+}
+
+TEST_F(UsbUpdateTest, APrinterThatDoesNotAnswerTheBurnFails) {
+  plugInWithFault("hang@uel");
+  EXPECT_EQ(update(), "DlNo");
+  EXPECT_EQ(takeLog(), steps(kSteps.size(), {"3 Async read failed: I/O Kit error=0xe0004051",
+                                             "5 Cleaning up USB transport."}));
+}
+
+TEST_F(UsbUpdateTest, APrinterThatTakesNoImageFails) {
+  plugInWithFault("hang@burn-header");
+  expectFailure(17, "Async write failed: I/O Kit error=0xe0004051");
+}
+
+TEST_F(UsbUpdateTest, AnImageAboveTheKernelsLimitFails) {
+  useFirmware("huge");
+  plugIn();
+  EXPECT_EQ(update(), "DlNo");
+  const Lines log = takeLog();
+  EXPECT_EQ(log.at(log.size() - 2),
+            "3 I/O Kit error occurred during async task: Async write request failed. "
+            "[return value = 0xe00002bd]");
+}
+
+TEST_F(UsbUpdateTest, APrinterWithoutAPrinterInterfaceFails) {
+  plugInWithFault("no-printer-interface");
+  EXPECT_EQ(update(), "DlNo");
+  EXPECT_THAT(takeLog().at(3), MatchesRegex("3 .* \\[return value = 0xe00002f0\\]"));
+}
+
+TEST_F(UsbUpdateTest, WithoutARightOnTheDeviceItFails) {
+  plugIn();
+  const AsOtherUser nobody;
+  expectFailure(3,
+                "I/O Kit error occurred during async task: Unable to open interface. \\[return "
+                "value = 0xe00002e2\\]");
+}
+
+TEST_F(UsbUpdateTest, AnInterfaceThatAnotherProgramHasFails) {
+  plugIn();
+  const OtherProgram other("VP000001", 1);
+  expectFailure(3,
+                "I/O Kit error occurred during async task: Unable to open interface. \\[return "
+                "value = 0xe00002c5\\]");
+}
+
+// Unplugging. -----------------------------------------------------------------------------------
+
+TEST_F(UsbUpdateTest, APrinterThatIsGoneBeforeItBeginsFails) {
+  plugIn();
+  mPrinter->stop();
+  ASSERT_TRUE(mLoop.runUntil([this] { return mFinder->removed.size() == 1; }));
+  EXPECT_EQ(update(), "DlNo");
+  EXPECT_EQ(takeLog(),
+            steps(3, {"3 I/O Kit error occurred during async task: Unable to open interface. "
+                      "[return value = 0xe00002c0]",
+                      "5 Cleaning up USB transport."}));
+}
+
+class UsbUnplugTest : public UsbUpdateTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(UsbUnplugTest, EndsTheUpdateAsFailed) {
+  plugInWithFault(std::string("unplug@") + GetParam() + "=300");
+  EXPECT_EQ(update(), "DlNo");
+  const Lines log = takeLog();
+  // Which call it is that meets the end of the device is a matter of chance.
+  EXPECT_THAT(log.at(log.size() - 2),
+              MatchesRegex("3 (Async (write|read) failed: I/O Kit error=0xe00002(ca|c0)|"
+                           "I/O Kit error occurred during async task: "
+                           "(Failed to clear pipe stall|Async (write|read) request failed)\\. "
+                           "\\[return value = 0xe00002(ca|c0)\\])"));
+  EXPECT_EQ(log.back(), "5 Cleaning up USB transport.");
+  // It comes back as another one.
+  ASSERT_TRUE(mLoop.runUntil([this] { return mFinder->found.size() == 2; }));
+  EXPECT_THAT(mFinder->removed, SizeIs(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(AtEachStep, UsbUnplugTest,
+                         testing::Values("mid-status-off", "status-off", "mid-id-request",
+                                         "id-request", "mid-id-response", "id-response",
+                                         "mid-device-id", "device-id", "mid-burn-header",
+                                         "burn-header", "mid-image", "image", "mid-uel", "uel",
+                                         "burned", "mid-burn-reply"),
+                         [](const testing::TestParamInfo<const char*>& tested) {
+                           std::string name;
+                           bool upper = true;
+                           for (const char* c = tested.param; *c != '\0'; ++c) {
+                             if (*c == '-') {
+                               upper = true;
+                             } else {
+                               name += upper ? static_cast<char>(*c - 'a' + 'A') : *c;
+                               upper = false;
+                             }
+                           }
+                           return name;
+                         });
+
+// Quitting. -------------------------------------------------------------------------------------
+
+TEST_F(UsbUpdateTest, QuittingDuringATransferGivesThePrinterBack) {
+  plugInWithFault("silence@id-request");
+  downloadFirmwareThroughUsb(mFinder->found.back(), *mDownloader);
+  ASSERT_TRUE(runUntil([this] { return mPrinter->receivedMessages().size() == 2; }));
+  mLoop.runFor(std::chrono::milliseconds(50));
+  EXPECT_EQ(kernelDriver(), "usbfs");
+  // The order in which the program takes itself down.
+  mFinder.reset();
+  mDownloader.reset();
+  EXPECT_EQ(kernelDriver(), "usblp");
+  EXPECT_THAT(mOutcomes, IsEmpty());
+}
+
+}  // namespace
