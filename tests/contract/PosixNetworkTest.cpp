@@ -310,6 +310,13 @@ TEST_F(PosixNetworkTest, SendThatRanOutOfTimeLeavesNothingBehind) {
   EXPECT_TRUE(settle());
   EXPECT_THAT(recorder.told, IsEmpty());
   EXPECT_EQ(recorder.send({1}), ENOTCONN);
+}
+
+TEST_F(PosixNetworkTest, SendThatRanOutOfTimeIsNotFinishedLater) {
+  mPrinter.useSmallBuffers();
+  SocketRecorder recorder(*this, kAll);
+  connect(recorder);
+  EXPECT_EQ(recorder.send(tooMuch(), 0.05), ETIMEDOUT);
   ssize_t count = 0;
   while ((count = mPrinter.readsOnce(65536)) > 0) {
   }
