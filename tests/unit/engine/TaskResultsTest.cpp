@@ -1,32 +1,15 @@
 // How the controller acts on what its tasks answer, whatever they do.
-#include <cstdlib>
 #include <memory>
 #include <new>
 #include <stdexcept>
 
 #include "AsyncTasks.h"
 #include "EngineFixture.h"
+#include "FailingAllocation.h"
 #include "FirmwareDownloader.h"
 #include "IoKitException.h"
 #include "RecordingTransport.h"
 #include "ScriptedTasks.h"
-
-namespace {
-
-// The next allocation of exactly this size fails.
-std::size_t sFailingAllocation = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  void* const memory = size == sFailingAllocation ? nullptr : std::malloc(size == 0 ? 1 : size);
-  if (size == sFailingAllocation) sFailingAllocation = 0;
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace {
 
@@ -201,7 +184,7 @@ TEST_F(TaskResultsTest, AnyOtherExceptionLeavesTheController) {
 
 TEST_F(TaskResultsTest, DownloadThatCannotBeBuiltDeletesItsTransport) {
   auto transport = std::make_unique<RecordingTransport>(mRecord);
-  sFailingAllocation = sizeof(AsyncTasks);
+  failNextAllocationOf(sizeof(AsyncTasks));
   EXPECT_THROW(mDownloader.start(std::move(transport)), std::bad_alloc);
   EXPECT_THAT(mRecord.mCalls, ElementsAre("delete"));
   EXPECT_THAT(mEvents.calls(), IsEmpty());
