@@ -14,15 +14,15 @@ class Connection {
  public:
   virtual ~Connection() = default;
 
-  // Queues the bytes, in order. One call is one segment, or one transfer, of its own. When the
-  // queue has run empty, Conversation::allSent() is called.
+  // Queues the bytes, in order. One call is one segment, or one transfer, of its own.
   virtual void send(std::span<const std::uint8_t> bytes) = 0;
 
   // Stops taking bytes from the host, for good. The connection stays open.
   virtual void stopReading() = 0;
 
   // The last calls that a conversation makes. close() lets go once the queue is empty, reset() at
-  // once and as rudely as the medium can.
+  // once and as rudely as the medium can. With an empty queue the host can tell when they return:
+  // the journal says so next.
   virtual void close() = 0;
   virtual void reset() = 0;
 

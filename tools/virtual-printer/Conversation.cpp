@@ -162,12 +162,19 @@ void Conversation::strike(const Fault& fault) {
       break;
     case FaultKind::Shutdown:
       mSilent = true;
-      mConnection.perform(fault);
+      perform(fault);
       break;
     default:
-      mConnection.perform(fault);
+      perform(fault);
       break;
   }
+}
+
+void Conversation::perform(const Fault& fault) {
+  mConnection.perform(fault);
+  Journal::Fields fields = entry();
+  fields["fault"] = fault.text;
+  mPrinter.journal().write("performed", fields);
 }
 
 void Conversation::answerIdRequest() {

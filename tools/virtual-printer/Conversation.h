@@ -67,6 +67,7 @@ class Conversation {
   void handleViolation(const Violation& violation);
   void reach(Step step);
   void strike(const Fault& fault);
+  void perform(const Fault& fault);
   void answerIdRequest();
   void startBurn();
   void answerBurn(std::uint16_t status);

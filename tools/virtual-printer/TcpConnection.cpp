@@ -37,6 +37,7 @@ void TcpConnection::abandon() { mConversation.abandon(); }
 
 void TcpConnection::ready(short events) {
   if ((events & POLLOUT) != 0) flush();
+  if (mClosing) return;
   if (mReading && (events & (POLLIN | POLLHUP | POLLERR)) != 0) {
     readAvailable();
   } else if ((events & (POLLHUP | POLLERR)) != 0) {
@@ -126,8 +127,17 @@ void TcpConnection::stopReading() {
 
 void TcpConnection::close() {
   stopReading();
+  dropArrivedBytes();
   mClosing = true;
   finishWhenSent();
+}
+
+// A socket that is closed with unread bytes resets the connection.
+void TcpConnection::dropArrivedBytes() {
+  std::array<std::uint8_t, 65536> buffer;
+  for (std::size_t i = 0; i < kReadsPerEvent; ++i) {
+    if (recv(mSocket.get(), buffer.data(), buffer.size(), 0) <= 0) return;
+  }
 }
 
 void TcpConnection::reset() {
@@ -152,6 +162,7 @@ void TcpConnection::updateEvents() {
 void TcpConnection::finishWhenSent() {
   if (!mClosing || !mUnsent.empty() || mFinishTimer) return;
   mWatch.reset();
+  mSocket.reset();
   mFinishTimer = mLoop.after(std::chrono::microseconds(0), [this] { mFinished(); });
 }
 

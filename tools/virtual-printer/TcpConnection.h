@@ -39,6 +39,7 @@ class TcpConnection : private Connection {
   void paused();
   void flush();
   void updateEvents();
+  void dropArrivedBytes();
   void finishWhenSent();
 
   FileDescriptor mSocket;
