@@ -1,9 +1,9 @@
 // The entry point: chooses who provides the platform, and runs the program on it. The platform
 // outlives everything that reaches it.
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <iostream>
 #include <memory>
 
 #include "FirmwareDownloader.h"
@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
   try {
     host = std::make_unique<Host>();
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "fwupdate: cannot start: %s\n", error.what());
+    std::cerr << "fwupdate: cannot start: " << error.what() << '\n';
     return EXIT_FAILURE;
   }
   const platform::PlatformScope scope(host->surfaces());
