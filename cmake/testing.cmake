@@ -2,6 +2,13 @@
 include(GoogleTest)
 find_package(GTest REQUIRED)
 
+# GoogleTest's headers, compiled once for all test programs.
+file(GENERATE OUTPUT ${PROJECT_BINARY_DIR}/fw_test_headers.cpp CONTENT "")
+add_library(fw_test_headers OBJECT ${PROJECT_BINARY_DIR}/fw_test_headers.cpp)
+target_link_libraries(fw_test_headers PRIVATE fw_options GTest::gmock)
+target_precompile_headers(fw_test_headers PRIVATE
+  <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <memory> <span> <string> <vector>)
+
 function(fw_add_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
   if(NOT ARG_TIMEOUT)
@@ -9,6 +16,7 @@ function(fw_add_test name)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} fw_options GTest::gmock_main)
+  target_precompile_headers(${name} REUSE_FROM fw_test_headers)
   gtest_discover_tests(${name}
     TEST_PREFIX "${ARG_PREFIX}"
     DISCOVERY_MODE PRE_TEST
