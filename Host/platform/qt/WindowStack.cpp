@@ -1,14 +1,22 @@
 #include "platform/qt/WindowStack.h"
 
-#include <QCoreApplication>
 #include <QEvent>
+#include <QGuiApplication>
+#include <QWindow>
 #include <utility>
 
 #include "platform/qt/SheetDialog.h"
 
 namespace platform {
 
+// Some window managers give the keyboard to a blocked window when it is clicked; Escape would then
+// reach nobody.
+WindowStack::WindowStack()
+    : mFocusChanges(QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged,
+                                     [this](const QWindow* window) { passKeyboardOn(window); })) {}
+
 WindowStack::~WindowStack() {
+  QObject::disconnect(mFocusChanges);
   for (const WindowRef window : all()) remove(window);
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
@@ -129,6 +137,17 @@ void WindowStack::present(WindowRef window) {
     presented.widget->activateWindow();
   }
   for (const WindowRef sheet : sheetsOf(window)) present(sheet);
+}
+
+void WindowStack::passKeyboardOn(const QWindow* focused) {
+  if (focused == nullptr) return;
+  for (const auto& [ref, each] : mWindows) {
+    if (each.widget->windowHandle() != focused || !isBlocked(ref)) continue;
+    WindowRef top = ref;
+    while (isBlocked(top)) top = sheetsOf(top).back();
+    widget(top)->activateWindow();
+    return;
+  }
 }
 
 void WindowStack::hideWithSheets(WindowRef window) {

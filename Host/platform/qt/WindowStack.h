@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QActionGroup>
+#include <QMetaObject>
 #include <QPointer>
 #include <QWidget>
 #include <map>
@@ -15,7 +16,10 @@ namespace platform {
 
 class WindowStack {
  public:
+  WindowStack();
   ~WindowStack();
+  WindowStack(const WindowStack&) = delete;
+  WindowStack& operator=(const WindowStack&) = delete;
 
   WindowRef add(std::unique_ptr<QWidget> window);
 
@@ -56,10 +60,14 @@ class WindowStack {
   void updateBlockingBelow(WindowRef parent);
   void present(WindowRef window);
   void hideWithSheets(WindowRef window);
+
+  // To the sheet on top, when a blocked window has got the keyboard.
+  void passKeyboardOn(const QWindow* focused);
   std::vector<WindowRef> sheetsOf(WindowRef parent) const;
 
   std::map<WindowRef, Window> mWindows;
   std::uint64_t mLastRef = 0;
+  QMetaObject::Connection mFocusChanges;
 };
 
 }  // namespace platform
