@@ -63,6 +63,7 @@ bool Node::isShowing() const { return hasState(mAccessible.get(), ATSPI_STATE_SH
 bool Node::isEnabled() const { return hasState(mAccessible.get(), ATSPI_STATE_ENABLED); }
 bool Node::isSelected() const { return hasState(mAccessible.get(), ATSPI_STATE_SELECTED); }
 bool Node::isFocused() const { return hasState(mAccessible.get(), ATSPI_STATE_FOCUSED); }
+bool Node::isActive() const { return hasState(mAccessible.get(), ATSPI_STATE_ACTIVE); }
 
 Node::Rectangle Node::extents() const {
   AtspiComponent* component = atspi_accessible_get_component_iface(mAccessible.get());
@@ -109,7 +110,8 @@ std::string Node::dump(int indent) const {
   out << std::string(static_cast<std::size_t>(indent), ' ') << '[' << role() << "] \"" << name()
       << "\" text=\"" << text() << "\" " << at.x << ',' << at.y << ' ' << at.width << 'x'
       << at.height << (isShowing() ? " showing" : "") << (isEnabled() ? " enabled" : "")
-      << (isSelected() ? " selected" : "") << (isFocused() ? " focused" : "") << '\n';
+      << (isSelected() ? " selected" : "") << (isFocused() ? " focused" : "")
+      << (isActive() ? " active" : "") << '\n';
   for (const Node& child : children()) out << child.dump(indent + 2);
   return out.str();
 }

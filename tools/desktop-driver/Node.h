@@ -31,6 +31,7 @@ class Node {
   bool isEnabled() const;
   bool isSelected() const;
   bool isFocused() const;
+  bool isActive() const;  // a window that has the keyboard
 
   Rectangle extents() const;  // on the screen, in pixels
 

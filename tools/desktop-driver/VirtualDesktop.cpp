@@ -20,6 +20,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr unsigned long kBackground = 0x6d7f8c;
+
 // Sockets are made in here, whose paths must be short.
 std::filesystem::path makeRuntimeDirectory() {
   std::string path = (std::filesystem::temp_directory_path() / "desktop-XXXXXX").string();
@@ -119,6 +121,8 @@ void VirtualDesktop::startServer(int width, int height) {
   unsetenv("WAYLAND_DISPLAY");
   mDisplay = XOpenDisplay(display.c_str());
   if (!mDisplay) throw std::runtime_error("the X server does not answer");
+  XSetWindowBackground(mDisplay, DefaultRootWindow(mDisplay), kBackground);
+  XClearWindow(mDisplay, DefaultRootWindow(mDisplay));
 }
 
 void VirtualDesktop::startBuses() {
@@ -175,6 +179,14 @@ bool VirtualDesktop::closeWindow(std::string_view title) {
   XSendEvent(mDisplay, *window, False, NoEventMask, &event);
   XSync(mDisplay, False);
   return true;
+}
+
+std::optional<std::pair<int, int>> VirtualDesktop::windowSize(std::string_view title) const {
+  const auto window = findWindow(mDisplay, DefaultRootWindow(mDisplay), title);
+  if (!window) return std::nullopt;
+  XWindowAttributes attributes{};
+  XGetWindowAttributes(mDisplay, *window, &attributes);
+  return std::pair(attributes.width, attributes.height);
 }
 
 void VirtualDesktop::screenshot(const std::filesystem::path& file) const {

@@ -5,8 +5,10 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ChildProcess.h"
 
@@ -34,6 +36,9 @@ class VirtualDesktop {
 
   // Asks a window to close, as its frame's close button does. False when no window has that title.
   bool closeWindow(std::string_view title);
+
+  // Width and height in pixels, without the frame; none when no window has that title.
+  std::optional<std::pair<int, int>> windowSize(std::string_view title) const;
 
   // Writes the whole screen as a PNG file.
   void screenshot(const std::filesystem::path& file) const;

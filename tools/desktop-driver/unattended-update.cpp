@@ -81,8 +81,7 @@ class UnattendedUpdate {
   // True when the printer has burned the file.
   bool run() {
     const Node row = find("the printer in the list", [](const Node& node) {
-      return (node.role().ends_with("cell") || node.role().ends_with("item")) &&
-             node.name().find("KX350T") != std::string::npos;
+      return node.role() == "table cell" && node.name().find("KX350T") != std::string::npos;
     });
     keepPicture("1-list");
 

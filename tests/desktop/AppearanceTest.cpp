@@ -1,0 +1,91 @@
+// The windows in other sizes, colours and languages. What can be asserted is asserted; the pictures
+// are for people.
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <fstream>
+
+#include "DesktopTest.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using desktop::Node;
+using testing::Gt;
+
+class Appearance : public DesktopTest {
+ protected:
+  // Question and progress, with a picture of each.
+  void walkThrough(const std::string& name) {
+    keepPicture(name + "-1-list");
+    askForUpdate("Office");
+    keepPicture(name + "-2-question");
+    click(button("Yes"));
+    labelWith("Do not switch the printer off");
+    keepPicture(name + "-3-progress");
+    button("Close");
+    keepPicture(name + "-4-failed");
+  }
+};
+
+TEST_F(Appearance, TextsScaleWithTheScreen) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram();
+  const auto [width, height] = desktop().windowSize("Printer Firmware Update").value();
+  program().signal(SIGTERM);
+  program().waitForExit(20s);
+  setScale(2);
+  startProgram({{"QT_SCALE_FACTOR", "2"}});
+  cell("Office");
+  EXPECT_EQ(desktop().windowSize("Printer Firmware Update").value(),
+            std::pair(2 * width, 2 * height));
+  walkThrough("double");
+}
+
+// A desktop's colour settings, in the form in which Qt reads them everywhere.
+constexpr char kDarkColours[] = R"([Colors:Window]
+BackgroundNormal=35,38,41
+ForegroundNormal=252,252,252
+[Colors:View]
+BackgroundNormal=27,30,32
+BackgroundAlternate=35,38,41
+ForegroundNormal=252,252,252
+[Colors:Button]
+BackgroundNormal=49,54,59
+ForegroundNormal=252,252,252
+[Colors:Selection]
+BackgroundNormal=61,174,233
+ForegroundNormal=252,252,252
+)";
+
+TEST_F(Appearance, ADarkThemeReadsWell) {
+  const std::filesystem::path config = output() / "config";
+  std::filesystem::create_directories(config);
+  std::ofstream(config / "kdeglobals") << kDarkColours;
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram({{"XDG_CURRENT_DESKTOP", "KDE"},
+                {"KDE_SESSION_VERSION", "5"},
+                {"XDG_CONFIG_HOME", config.string()}});
+  cell("Office");
+  walkThrough("dark");
+}
+
+TEST_F(Appearance, EveryControlHasAName) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram();
+  startUpdate("Office");
+  button("Close");
+  const auto application = desktop::findApplication(program().pid());
+  ASSERT_TRUE(application);
+  int named = 0;
+  for (const Node& node : application->descendants()) {
+    for (const char* role : {"push button", "tree", "progress bar", "menu bar", "menu item"}) {
+      if (node.role() != role || !node.isShowing()) continue;
+      EXPECT_NE(node.name(), "") << application->dump();
+      ++named;
+    }
+  }
+  EXPECT_THAT(named, Gt(3));
+}
+
+}  // namespace

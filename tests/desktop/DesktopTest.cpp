@@ -1,0 +1,182 @@
+#include "DesktopTest.h"
+
+#include <algorithm>
+#include <sstream>
+#include <stdexcept>
+
+#include "PrivateNetwork.h"
+
+using namespace std::chrono_literals;
+using desktop::ChildProcess;
+using desktop::Node;
+using std::filesystem::path;
+
+namespace {
+
+// Generous: the sanitizers and a busy machine make everything slow.
+constexpr auto kPatience = 40s;
+constexpr char kWindowTitle[] = "Printer Firmware Update";
+
+path makeOutput() {
+  const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
+  const path output =
+      path(TEST_OUTPUT) / (std::string(info->test_suite_name()) + "." + info->name());
+  std::filesystem::remove_all(output);
+  std::filesystem::create_directories(output);
+  return output;
+}
+
+bool isCell(const Node& node) { return node.role() == "table cell"; }
+
+}  // namespace
+
+DesktopTest::DesktopTest() : mOutput(makeOutput()), mDesktop(mOutput, 1920, 1200) {}
+
+std::unique_ptr<VirtualPrinterProcess> DesktopTest::startPrinter(const std::string& name,
+                                                                 std::vector<std::string> options) {
+  options.insert(options.begin(),
+                 {"--address", "0.0.0.0", "--announce", "daemon", "--name", name, "--burn-seconds",
+                  "0.5", "--return-seconds", "0.5", "--hang-up-seconds", "0.2"});
+  return std::make_unique<VirtualPrinterProcess>(options);
+}
+
+void DesktopTest::startProgram(const ChildProcess::Environment& environment) {
+  startProgramAt(INSTALLED_PROGRAM, environment);
+}
+
+path DesktopTest::copyInstallation() {
+  const path prefix = path(INSTALLED_PROGRAM).parent_path().parent_path();
+  for (const char* part : {"bin", "share/fwupdate"}) {
+    std::filesystem::create_directories(mCopy.path() / part);
+    std::filesystem::copy(prefix / part, mCopy.path() / part,
+                          std::filesystem::copy_options::recursive);
+  }
+  return mCopy.path() / "bin" / "fwupdate";
+}
+
+void DesktopTest::startProgramAt(const path& executable,
+                                 const ChildProcess::Environment& environment) {
+  ChildProcess::Environment all = mDesktop.environment();
+  all.insert(all.end(), environment.begin(), environment.end());
+  all.emplace_back("LC_ALL", "C.UTF-8");
+  mProgram = std::make_unique<ChildProcess>(std::vector<std::string>{executable.string(), "-e"},
+                                            mOutput / "program.log", all);
+  waitForActive(kWindowTitle);
+}
+
+Node DesktopTest::find(const std::string& what, const std::function<bool(const Node&)>& condition) {
+  if (auto node = desktop::findNode(mProgram->pid(), condition, kPatience)) return *node;
+  keepPicture("failed");
+  const auto application = desktop::findApplication(mProgram->pid());
+  throw std::runtime_error("not on the screen: " + what + "\n" +
+                           (application ? application->dump() : "the program is not there\n") +
+                           mProgram->output());
+}
+
+Node DesktopTest::button(const std::string& name) {
+  return find("button " + name, [&](const Node& node) {
+    return node.role() == "push button" && node.name() == name;
+  });
+}
+
+Node DesktopTest::enabledButton(const std::string& name) {
+  return find("enabled button " + name, [&](const Node& node) {
+    return node.role() == "push button" && node.name() == name && node.isEnabled();
+  });
+}
+
+Node DesktopTest::cell(const std::string& text) {
+  return find("cell " + text,
+              [&](const Node& node) { return isCell(node) && node.name() == text; });
+}
+
+Node DesktopTest::labelWith(const std::string& text) {
+  return find("label with " + text, [&](const Node& node) {
+    return node.role() == "label" && node.text().find(text) != std::string::npos;
+  });
+}
+
+Node DesktopTest::progressBar() {
+  return find("the progress", [](const Node& node) { return node.role() == "progress bar"; });
+}
+
+void DesktopTest::waitForActive(const std::string& title) {
+  find("active window " + title,
+       [&](const Node& node) { return node.name() == title && node.isActive(); });
+}
+
+bool DesktopTest::waitUntilGone(const std::string& role, const std::string& name) {
+  return desktop::waitUntil([&] { return !isOnScreen(role, name); }, kPatience);
+}
+
+bool DesktopTest::isOnScreen(const std::string& role, const std::string& name) {
+  return desktop::findNode(mProgram->pid(), role, name, 0ms).has_value();
+}
+
+std::vector<std::string> DesktopTest::printersInList() {
+  const auto application = desktop::findApplication(mProgram->pid());
+  if (!application) return {};
+  std::vector<Node> cells;
+  for (const Node& node : application->descendants()) {
+    if (isCell(node) && node.isShowing()) cells.push_back(node);
+  }
+  const auto left = [](const Node& node) { return node.extents().x; };
+  const auto first = std::min_element(
+      cells.begin(), cells.end(), [&](const Node& a, const Node& b) { return left(a) < left(b); });
+  std::vector<std::string> names;
+  for (const Node& node : cells) {
+    if (left(node) == left(*first)) names.push_back(node.name());
+  }
+  return names;
+}
+
+void DesktopTest::click(const Node& node) {
+  const Node::Rectangle at = node.extents();
+  mDesktop.click(mScale * (at.x + at.width / 2), mScale * (at.y + at.height / 2));
+}
+
+void DesktopTest::askForUpdate(const std::string& printer) {
+  click(cell(printer));
+  click(enabledButton("Download"));
+  button("Yes");
+}
+
+void DesktopTest::startUpdate(const std::string& printer) {
+  askForUpdate(printer);
+  click(button("Yes"));
+  progressBar();
+}
+
+void DesktopTest::keepPicture(const std::string& name) {
+  mDesktop.screenshot(mOutput / (name + ".png"));
+}
+
+std::vector<std::string> DesktopTest::log() const {
+  constexpr std::string_view identity = "fwupdate: ";
+  std::vector<std::string> entries;
+  std::istringstream lines(mProgram->output());
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(identity)) entries.push_back(line.substr(identity.size()));
+  }
+  return entries;
+}
+
+std::size_t DesktopTest::timesLogged(const std::string& entry) const {
+  const std::vector<std::string> entries = log();
+  return static_cast<std::size_t>(std::count(entries.begin(), entries.end(), entry));
+}
+
+bool DesktopTest::waitForLog(const std::string& entry) {
+  return desktop::waitUntil([&] { return timesLogged(entry) > 0; }, kPatience);
+}
+
+std::string burnedSha256(const VirtualPrinterProcess& printer) {
+  const auto burns = printer.entries("burn");
+  return burns.empty() ? "" : burns.front().value("sha256", "");
+}
+
+int main(int argc, char** argv) {
+  privatenetwork::enter(argc, argv, {});
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,87 @@
+// The vocabulary of the desktop tests: the installed program in a real window, virtual printers on
+// a private network, and a person who clicks, types or uses a screen reader. Screenshots and the
+// program's log of each test stay in the folder of the test's name below the test output.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ChildProcess.h"
+#include "Node.h"
+#include "TemporaryDirectory.h"
+#include "VirtualDesktop.h"
+#include "VirtualPrinterProcess.h"
+
+class DesktopTest : public testing::Test {
+ protected:
+  DesktopTest();
+
+  // Announced on the private network; burns and restarts quickly. `options` win.
+  std::unique_ptr<VirtualPrinterProcess> startPrinter(const std::string& name,
+                                                      std::vector<std::string> options = {});
+
+  // Starts the installed program and waits for its window. `environment` is on top of the
+  // desktop's.
+  void startProgram(const desktop::ChildProcess::Environment& environment = {});
+
+  // A copy of the installed program, to spoil its files.
+  std::filesystem::path copyInstallation();
+  void startProgramAt(const std::filesystem::path& executable,
+                      const desktop::ChildProcess::Environment& environment = {});
+
+  // What is on the screen. Each waits for it, and fails the test when it does not come.
+  desktop::Node button(const std::string& name);
+  desktop::Node enabledButton(const std::string& name);
+  desktop::Node cell(const std::string& text);
+  desktop::Node labelWith(const std::string& text);
+  desktop::Node progressBar();
+  void waitForActive(const std::string& title);
+  bool waitUntilGone(const std::string& role, const std::string& name);
+
+  // At once, whether it is there now.
+  bool isOnScreen(const std::string& role, const std::string& name);
+
+  // The first column of the list from top to bottom.
+  std::vector<std::string> printersInList();
+
+  void click(const desktop::Node& node);
+
+  // The program measures in its own units, each so many pixels wide.
+  void setScale(int scale) { mScale = scale; }
+  void press(const std::string& keys) { mDesktop.press(keys); }
+
+  // Clicks the row, Download and Yes, and waits for the progress.
+  void startUpdate(const std::string& printer);
+  void askForUpdate(const std::string& printer);
+
+  void keepPicture(const std::string& name);
+
+  // The program's log entries so far, without the identity before each.
+  std::vector<std::string> log() const;
+  bool waitForLog(const std::string& entry);
+  std::size_t timesLogged(const std::string& entry) const;
+
+  bool programRuns() { return !program().exitStatus(); }
+  desktop::ChildProcess& program() { return *mProgram; }
+  desktop::VirtualDesktop& desktop() { return mDesktop; }
+  const std::filesystem::path& output() const { return mOutput; }
+
+ private:
+  desktop::Node find(const std::string& what,
+                     const std::function<bool(const desktop::Node&)>& condition);
+
+  std::filesystem::path mOutput;
+  desktop::VirtualDesktop mDesktop;
+  TemporaryDirectory mCopy;
+  std::unique_ptr<desktop::ChildProcess> mProgram;
+  int mScale = 1;
+};
+
+// The SHA-256 that the printer has burned; empty when it has burned nothing.
+std::string burnedSha256(const VirtualPrinterProcess& printer);
