@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -11,8 +10,13 @@
 
 namespace {
 
+std::runtime_error failure(const std::string& what, const std::string& path,
+                           const std::error_code& error) {
+  return std::runtime_error("cannot " + what + " \"" + path + "\": " + error.message());
+}
+
 std::runtime_error failure(const std::string& what, const std::string& path) {
-  return std::runtime_error("cannot " + what + " \"" + path + "\": " + std::strerror(errno));
+  return failure(what, path, std::error_code(errno, std::generic_category()));
 }
 
 }  // namespace
@@ -38,8 +42,10 @@ void writeImageFile(const std::string& path, const std::vector<char>& image) {
   if (!file) throw failure("create", path);
   file.write(image.data(), static_cast<std::streamsize>(image.size()));
   file.close();
-  if (file && std::rename(unfinished.c_str(), path.c_str()) == 0) return;
-  const std::runtime_error error = failure("write", path);
-  std::remove(unfinished.c_str());
-  throw error;
+  std::error_code error(errno != 0 ? errno : EIO, std::generic_category());
+  if (file) std::filesystem::rename(unfinished, path, error);
+  if (!error) return;
+  std::error_code ignored;
+  std::filesystem::remove(unfinished, ignored);
+  throw failure("write", path, error);
 }

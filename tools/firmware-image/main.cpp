@@ -1,6 +1,6 @@
 // Makes and shows firmware files of the KX350T for those who package the updater or test it.
-#include <cstdio>
 #include <exception>
+#include <iostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -63,7 +63,7 @@ int run(const std::vector<std::string>& arguments) {
   if (arguments.empty()) throw UsageError("the command is missing");
   const std::string& command = arguments.front();
   if (command == "--help" || command == "-h" || command == "help") {
-    std::fputs(kHelp, stdout);
+    std::cout << kHelp;
     return kDone;
   }
   const Arguments rest({arguments.begin() + 1, arguments.end()});
@@ -78,13 +78,13 @@ int run(const std::vector<std::string>& arguments) {
 int main(int argc, char** argv) {
   try {
     const int status = run({argv + 1, argv + argc});
-    if (std::fflush(stdout) != 0) throw std::runtime_error("cannot write the output");
+    if (!std::cout.flush()) throw std::runtime_error("cannot write the output");
     return status;
   } catch (const UsageError& error) {
-    std::fprintf(stderr, "firmware-image: %s; see firmware-image --help\n", error.what());
+    std::cerr << "firmware-image: " << error.what() << "; see firmware-image --help\n";
     return kWrongUsage;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "firmware-image: %s\n", error.what());
+    std::cerr << "firmware-image: " << error.what() << '\n';
     return kFailed;
   }
 }

@@ -1,8 +1,8 @@
 #include "showImage.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
+#include <iostream>
 #include <span>
 #include <string>
 #include <vector>
@@ -18,21 +18,22 @@ namespace {
 
 using Bytes = std::span<const char>;
 
-void print(const char* label, const std::string& text) {
-  std::printf("%-19s%s\n", label, text.c_str());
+void print(const std::string& label, const std::string& text) {
+  constexpr std::size_t kTextColumn = 19;
+  std::cout << label << std::string(kTextColumn - label.size(), ' ') << text << '\n';
+}
+
+std::string hexadecimal(unsigned char byte) {
+  static constexpr char kDigits[] = "0123456789abcdef";
+  return {kDigits[byte >> 4], kDigits[byte & 0xF]};
 }
 
 // In quotes, with everything but printable ASCII as \xNN.
 std::string quoted(Bytes bytes) {
   std::string text = "\"";
   for (const char byte : bytes) {
-    if (byte >= ' ' && byte <= '~' && byte != '"' && byte != '\\') {
-      text += byte;
-      continue;
-    }
-    char escaped[5];
-    std::snprintf(escaped, sizeof escaped, "\\x%02x", static_cast<unsigned char>(byte));
-    text += escaped;
+    const bool isPlain = byte >= ' ' && byte <= '~' && byte != '"' && byte != '\\';
+    text += isPlain ? std::string(1, byte) : "\\x" + hexadecimal(static_cast<unsigned char>(byte));
   }
   return text + '"';
 }
@@ -44,10 +45,9 @@ std::string checksumOf(const std::vector<char>& image) {
   // The allocator aligns a vector's bytes for any type.
   const void* const data = image.data();
   const unsigned sum = CalcCheckSum(static_cast<const unsigned short*>(data), image.size());
-  char text[80];
-  std::snprintf(text, sizeof text, "0x%04x (bytes %02x %02x of the burn command)", sum, sum >> 8,
-                sum & 0xFF);
-  return text;
+  const std::string high = hexadecimal(static_cast<unsigned char>(sum >> 8));
+  const std::string low = hexadecimal(static_cast<unsigned char>(sum & 0xFF));
+  return "0x" + high + low + " (bytes " + high + ' ' + low + " of the burn command)";
 }
 
 void printFields(Bytes block) {
@@ -101,7 +101,7 @@ void printPrinters(const std::string& fileName) {
 
 }  // namespace
 
-bool showImage(Arguments arguments) {
+bool showImage(const Arguments& arguments) {
   const std::string path = arguments.onlyOperand("the name of the file to show");
   const std::vector<char> image = readImageFile(path);
   print("File:", path);

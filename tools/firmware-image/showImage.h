@@ -5,4 +5,4 @@
 
 // Prints what a firmware file holds and what the updater makes of it; false when its trailer is
 // malformed. Throws UsageError, or std::runtime_error when the file cannot be read.
-bool showImage(Arguments arguments);
+bool showImage(const Arguments& arguments);

@@ -373,6 +373,16 @@ TEST_F(FirmwareImageTest, FilesThatCannotBeReadOrWrittenAreNamed) {
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory), {}), 1);
 }
 
+TEST_F(FirmwareImageTest, FileThatCannotBeFinishedIsRemoved) {
+  const std::string command = "cd '" + mDirectory.string() +
+                              "' && trap '' XFSZ && ulimit -f 8 && '" FIRMWARE_IMAGE
+                              "' make big.bin 2>err";
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  EXPECT_EQ(contentOf(mDirectory / "err"),
+            "firmware-image: cannot write \"big.bin\": File too large\n");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory), {}), 1);
+}
+
 TEST_F(FirmwareImageTest, OutputThatCannotBeWrittenIsAFailure) {
   write("a", "abc");
   const int status = std::system(

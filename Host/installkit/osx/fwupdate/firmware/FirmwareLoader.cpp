@@ -33,7 +33,7 @@ std::optional<path> findResources() {
     logError("Could not find application bundle.");
     return std::nullopt;
   }
-  const std::optional<path> resources = bundle->resourcesDirectory();
+  std::optional<path> resources = bundle->resourcesDirectory();
   if (!resources) logError("Bundle resources URL is null.");
   return resources;
 }
