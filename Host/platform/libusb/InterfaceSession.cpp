@@ -32,7 +32,9 @@ InterfaceSession::~InterfaceSession() {
 
 IOReturn InterfaceSession::clearStall(const UsbEndpointDescription& endpoint) {
   if (mDevice->isGone()) return kIOReturnNoDevice;
-  return resultOfCall(libusb_clear_halt(mOpen->handle(), endpoint.address));
+  const int result = libusb_clear_halt(mOpen->handle(), endpoint.address);
+  // libusb has no name for a request that failed on the bus, as it does while the plug is pulled.
+  return result == LIBUSB_ERROR_OTHER ? kIOReturnIOError : resultOfCall(result);
 }
 
 IOReturn InterfaceSession::submit(const Request& request) {
