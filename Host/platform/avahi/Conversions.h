@@ -15,7 +15,7 @@ namespace platform::avahi {
 Data addressRecord(const AvahiAddress& address, std::uint16_t port, AvahiIfIndex interface);
 
 // The TXT record in its wire form: the strings in the order in which they were sent. A record
-// without strings is one empty string, as on the wire.
+// without strings is one empty string, as on the wire; other empty strings are left out.
 Data txtRecord(AvahiStringList* strings);
 
 }  // namespace platform::avahi
