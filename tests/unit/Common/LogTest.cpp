@@ -117,6 +117,12 @@ TEST_F(LogTest, WritesThreeHundredCharactersWhole) {
   EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, text}));
 }
 
+TEST_F(LogTest, GrowsTheBufferForOneCharacterMore) {
+  const std::string text = repeated("x", 256);
+  mLogger << Text::fromUtf8(text) << std::flush;
+  EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, text}));
+}
+
 TEST_F(LogTest, CutsHundredThreeByteCharactersAtEightyFive) {
   mLogger << Text::fromUtf8(repeated("\xE2\x82\xAC", 100)) << std::flush;
   EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, repeated("\xE2\x82\xAC", 85)}));

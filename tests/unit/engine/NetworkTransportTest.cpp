@@ -305,6 +305,16 @@ TEST_F(NetworkDownloadTest, EveryWriteWaitsForItsOwnWriteReady) {
   EXPECT_EQ(mLog.entries().back(), (LogEntry{5, "Async read request for 16 bytes."}));
 }
 
+TEST_F(NetworkDownloadTest, SpuriousWriteReadyDoesNotResume) {
+  start();
+  mNetwork.connectionEnds();
+  mNetwork.becomesWritable();
+  mNetwork.becomesWritable();
+  mLog.takeEntries();
+  mNetwork.callBack(StreamSocket::kWriteCallback, nullptr);
+  EXPECT_THAT(mLog.entries(), ElementsAre(LogEntry{5, "Network ready for write."}));
+}
+
 TEST_F(NetworkDownloadTest, BurnsAnImage) {
   installFirmware(kFirmware200);
   start();
