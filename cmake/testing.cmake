@@ -1,4 +1,5 @@
 # fw_add_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, each of its cases a test of CTest.
+# With LAUNCHER, the program is started by that command.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 
@@ -10,13 +11,16 @@ target_precompile_headers(fw_test_headers PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <memory> <span> <string> <vector>)
 
 function(fw_add_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} fw_options GTest::gmock_main)
   target_precompile_headers(${name} REUSE_FROM fw_test_headers)
+  if(ARG_LAUNCHER)
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
+  endif()
   gtest_discover_tests(${name}
     TEST_PREFIX "${ARG_PREFIX}"
     DISCOVERY_MODE PRE_TEST

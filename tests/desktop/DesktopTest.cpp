@@ -1,10 +1,9 @@
 #include "DesktopTest.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sstream>
 #include <stdexcept>
-
-#include "PrivateNetwork.h"
 
 using namespace std::chrono_literals;
 using desktop::ChildProcess;
@@ -19,8 +18,9 @@ constexpr char kWindowTitle[] = "Printer Firmware Update";
 
 path makeOutput() {
   const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
-  const path output =
-      path(TEST_OUTPUT) / (std::string(info->test_suite_name()) + "." + info->name());
+  const char* const results = std::getenv("FW_RESULTS");  // where a virtual machine may write
+  const path output = path(results != nullptr ? results : TEST_OUTPUT) /
+                      (std::string(info->test_suite_name()) + "." + info->name());
   std::filesystem::remove_all(output);
   std::filesystem::create_directories(output);
   return output;
@@ -170,13 +170,13 @@ bool DesktopTest::waitForLog(const std::string& entry) {
   return desktop::waitUntil([&] { return timesLogged(entry) > 0; }, kPatience);
 }
 
+void replaceFirmware(const path& executable, const path& firmware) {
+  const path resources = executable.parent_path().parent_path() / "share/fwupdate";
+  std::filesystem::copy_file(firmware, resources / firmware.filename(),
+                             std::filesystem::copy_options::overwrite_existing);
+}
+
 std::string burnedSha256(const VirtualPrinterProcess& printer) {
   const auto burns = printer.entries("burn");
   return burns.empty() ? "" : burns.front().value("sha256", "");
-}
-
-int main(int argc, char** argv) {
-  privatenetwork::enter(argc, argv, {});
-  testing::InitGoogleTest(&argc, argv);
-  return RUN_ALL_TESTS();
 }

@@ -83,5 +83,9 @@ class DesktopTest : public testing::Test {
   int mScale = 1;
 };
 
+// Gives a copied installation another firmware file in the place of the one of that name.
+void replaceFirmware(const std::filesystem::path& executable,
+                     const std::filesystem::path& firmware);
+
 // The SHA-256 that the printer has burned; empty when it has burned nothing.
 std::string burnedSha256(const VirtualPrinterProcess& printer);

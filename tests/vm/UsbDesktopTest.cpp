@@ -1,0 +1,148 @@
+// The installed program in a real window, with printers on a real USB bus.
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <chrono>
+#include <cstdio>
+
+#include "DesktopTest.h"
+#include "UsbPrinterProcess.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kPrinter[] = "Veltra KX350T";
+
+class UsbFromTheWindow : public DesktopTest {
+ protected:
+  // With an image that an emulated bus carries within the time-out of a write.
+  void startWithSmallFirmware() {
+    const auto program = copyInstallation();
+    replaceFirmware(program, VM_FIRMWARE "/small/product.brand.bin");
+    startProgramAt(program);
+  }
+
+  void download(const std::string& serial) {
+    click(cell(serial));
+    click(enabledButton("Download"));
+  }
+
+  bool waitForRows(std::size_t count) {
+    return desktop::waitUntil([&] { return printersInList().size() == count; }, 60s);
+  }
+};
+
+TEST_F(UsbFromTheWindow, AnAttachedPrinterIsUpdatedWithoutAQuestion) {
+  UsbPrinterProcess printer({"--burn-seconds", "10"});
+  startWithSmallFirmware();
+  cell(kPrinter);
+  cell("USB");
+  keepPicture("1-list");
+  download("VP000001");
+  progressBar();
+  EXPECT_FALSE(isOnScreen("push button", "Yes"));
+  labelWith("Veltra KX350T (VP000001)");
+  keepPicture("2-progress");
+  EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
+  EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+  const auto burn = printer.last("burn");
+  EXPECT_TRUE(burn.value("ok", false));
+  EXPECT_EQ(burn.value("sha256", ""), SMALL_FIRMWARE_SHA256);
+  EXPECT_EQ(printer.count("violation"), 0u);
+}
+
+TEST_F(UsbFromTheWindow, AnUpdatedPrinterReturnsAndIsUpToDate) {
+  UsbPrinterProcess printer({"--burn-seconds", "0.2", "--return-seconds", "0.5"});
+  startWithSmallFirmware();
+  download("VP000001");
+  EXPECT_TRUE(waitForLog("Removed Veltra KX350T device with serial number VP000001"));
+  EXPECT_TRUE(waitForLog("Adding printer with ID=2"));
+  download("VP000001");
+  labelWith("The printer is up to date.");
+  click(button("Close"));
+  EXPECT_TRUE(waitUntilGone("push button", "Close"));
+  EXPECT_EQ(printer.count("burn"), 1u);
+}
+
+TEST_F(UsbFromTheWindow, AFailedBurnIsSaid) {
+  UsbPrinterProcess printer({"--burn-seconds", "0.2", "--fault", "fail-burn"});
+  startWithSmallFirmware();
+  download("VP000001");
+  labelWith("The firmware was not updated.");
+  EXPECT_EQ(timesLogged("The firmware download failed on the printer."), 1u);
+}
+
+TEST_F(UsbFromTheWindow, APrinterComesAndGoesWithItsCable) {
+  startProgram();
+  EXPECT_THAT(printersInList(), IsEmpty());
+  {
+    const auto plugged = steady_clock::now();
+    UsbPrinterProcess printer;
+    ASSERT_TRUE(waitForLog("Adding printer with ID=1"));
+    const std::chrono::duration<double> time = steady_clock::now() - plugged;
+    std::printf("from the start of the printer to its row: %.3f s\n", time.count());
+    cell("VP000001");
+  }
+  EXPECT_TRUE(waitForLog("Removing printer with ID=1"));
+  EXPECT_TRUE(waitForRows(0));
+  UsbPrinterProcess again;
+  EXPECT_TRUE(waitForLog("Adding printer with ID=2"));
+  EXPECT_TRUE(waitForRows(1));
+}
+
+TEST_F(UsbFromTheWindow, TwoPrintersAreToldApart) {
+  UsbPrinterProcess first({"--serial", "VP000001"});
+  UsbPrinterProcess second({"--serial", "VP000002", "--burn-seconds", "0.2"});
+  startWithSmallFirmware();
+  EXPECT_TRUE(waitForRows(2));
+  keepPicture("two-printers");
+  download("VP000002");
+  EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
+  EXPECT_EQ(second.count("burn"), 1u);
+  EXPECT_THAT(first.receivedMessages(), IsEmpty());
+}
+
+TEST_F(UsbFromTheWindow, APulledCableIsAFailure) {
+  UsbPrinterProcess printer({"--fault", "unplug@burn-header"});
+  startWithSmallFirmware();
+  download("VP000001");
+  labelWith("The firmware was not updated.");
+  keepPicture("failed");
+  press("Return");
+  EXPECT_TRUE(waitUntilGone("push button", "Close"));
+  EXPECT_TRUE(waitForRows(0));
+  EXPECT_TRUE(programRuns());
+}
+
+TEST_F(UsbFromTheWindow, AUsbAndANetworkPrinterStandSideBySide) {
+  const auto network = startPrinter("Office", {"--burn-seconds", "10"});
+  UsbPrinterProcess usb({"--burn-seconds", "0.2"});
+  startWithSmallFirmware();
+  cell("Bonjour");
+  cell("USB");
+  EXPECT_THAT(printersInList(), ElementsAre("Office", kPrinter));
+  keepPicture("side-by-side");
+  download("VP000001");
+  EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
+  EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+  EXPECT_EQ(usb.count("burn"), 1u);
+  startUpdate("Office");
+  network->waitFor("burn");
+  EXPECT_EQ(burnedSha256(*network), SMALL_FIRMWARE_SHA256);
+}
+
+TEST_F(UsbFromTheWindow, TheProgramEndsDuringATransfer) {
+  UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  startWithSmallFirmware();
+  download("VP000001");
+  EXPECT_TRUE(waitForLog("Async read request for 16 bytes."));
+  program().signal(SIGTERM);
+  EXPECT_EQ(program().waitForExit(30s).value_or(-1), 0) << program().output();
+  EXPECT_EQ(timesLogged("Cleaning up USB transport."), 1u);
+}
+
+}  // namespace
