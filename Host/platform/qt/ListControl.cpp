@@ -1,6 +1,5 @@
 #include "platform/qt/ListControl.h"
 
-#include <QGuiApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -186,13 +185,25 @@ void ListControl::paintEvent(QPaintEvent* event) {
 void ListControl::keyPressEvent(QKeyEvent* event) {
   const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (!isEnter) {
-    QTreeView::keyPressEvent(event);
+    if (!selectsCurrentRow(event->key())) QTreeView::keyPressEvent(event);
     return;
   }
   // A key that is held down must not go on into the question that it opens.
   if (!event->isAutoRepeat() && selectedItem() != 0 && mObserver.rowActivated) {
     mObserver.rowActivated();
   }
+}
+
+// With nothing selected yet, the keys that move the selection begin at the row with the focus
+// instead of passing it.
+bool ListControl::selectsCurrentRow(int key) {
+  const bool begins = key == Qt::Key_Down || key == Qt::Key_Up || key == Qt::Key_Home;
+  if (!begins || selectedItem() != 0 || mModel.rowCount() == 0) return false;
+  const int row = key == Qt::Key_Home ? 0 : std::max(0, currentIndex().row());
+  setCurrentIndex(mModel.index(row, 0));
+  mSelection.select(currentIndex(),
+                    QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  return true;
 }
 
 void ListControl::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -229,10 +240,10 @@ int ListControl::widthInCharacters(int column) const {
   return property(name.toLatin1().constData()).toInt();
 }
 
-// The last column also takes what is left over; only what the user drags is a width to keep.
+// The last column only takes what is left over.
 void ListControl::noteUserWidth(int column, int width) {
-  const bool dragged = !mSettingWidth && (QGuiApplication::mouseButtons() & Qt::LeftButton) != 0;
-  if (dragged) mWidths[static_cast<std::size_t>(column)] = wrapped(width);
+  if (!mSettingWidth && column + 1 < mModel.columnCount())
+    mWidths[static_cast<std::size_t>(column)] = wrapped(width);
 }
 
 void ListControl::describePlaceholder() {

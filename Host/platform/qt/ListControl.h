@@ -75,6 +75,7 @@ class ListControl : public QTreeView {
   };
 
   void noteSelection();
+  bool selectsCurrentRow(int key);
   int widthInCharacters(int column) const;
   int wantedWidth() const;
   void noteUserWidth(int column, int width);

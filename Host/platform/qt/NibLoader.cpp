@@ -2,7 +2,9 @@
 
 #include <QFile>
 #include <QIcon>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QPushButton>
 #include <QUiLoader>
 
 #include "platform/qt/ListControl.h"
@@ -12,6 +14,19 @@
 
 namespace platform {
 namespace {
+
+// A key that is held down presses it once: the next press could belong to another window's
+// question.
+class Button final : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || !event->isAutoRepeat()) QPushButton::keyPressEvent(event);
+  }
+};
 
 class NibLoader final : public QUiLoader {
  public:
@@ -26,6 +41,7 @@ class NibLoader final : public QUiLoader {
   static QWidget* createOwn(const QString& className, QWidget* parent) {
     if (className == u"QTreeView") return new ListControl(parent);
     if (className == u"QMainWindow") return new MainWindow(parent);
+    if (className == u"QPushButton") return new Button(parent);
     if (className == u"QDialog") return new SheetDialog(parent);
     return nullptr;
   }

@@ -16,6 +16,9 @@ class QtEventLoop {
 
   void quit();
 
+  // True from quit() to the return of run(): nothing of the program is called then.
+  bool isEnding() const { return mQuit; }
+
   template <typename Callback>
   void guard(Callback&& callback) noexcept {
     try {

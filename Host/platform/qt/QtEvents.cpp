@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QObject>
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <utility>
 #include <vector>
@@ -14,20 +15,11 @@
 namespace platform {
 namespace {
 
-class PostedEvent final : public QEvent {
- public:
-  static QEvent::Type type() {
-    static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
-    return registered;
-  }
-
-  explicit PostedEvent(std::unique_ptr<Event> event) : QEvent(type()), mEvent(std::move(event)) {}
-
-  const Event& event() const { return *mEvent; }
-
- private:
-  std::unique_ptr<Event> mEvent;
-};
+// Qt's events that carry nothing: when they arrive, it is time for what waits here.
+QEvent::Type deliveryType() {
+  static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
+  return registered;
+}
 
 QEvent::Type openApplicationType() {
   static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
@@ -52,7 +44,8 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
   }
 
   OSStatus postToMainQueue(std::unique_ptr<Event> posted) override {
-    QCoreApplication::postEvent(this, new PostedEvent(std::move(posted)));
+    mQueue.push_back(std::move(posted));
+    askForDelivery();
     return noErr;
   }
 
@@ -76,12 +69,7 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
 
   OSStatus processCommand(const HICommand& command) override;
 
-  void runApplicationEventLoop() override {
-    QCoreApplication::postEvent(this, new QEvent(openApplicationType()));
-    mLoop.run();
-    QCoreApplication::removePostedEvents(this, openApplicationType());
-  }
-
+  void runApplicationEventLoop() override;
   void quitApplicationEventLoop() override { mLoop.quit(); }
 
   OSStatus sendToTarget(const EventTarget& target, const Event& sent) override;
@@ -101,6 +89,8 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
 
   bool event(QEvent* received) override;
   bool eventFilter(QObject* watched, QEvent* filtered) override;
+  void askForDelivery();
+  void deliverNext();
   void openApplication();
   void quitForSession();
   std::vector<EventHandlerRef> chain(const EventTarget& target, const Event& sent) const;
@@ -109,8 +99,20 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
   EventHandlerRef mLastRef = 0;
   std::vector<Installed> mHandlers;  // in the order of their installation
   std::map<std::pair<FourCharCode, FourCharCode>, AppleHandler> mAppleHandlers;
+  std::deque<std::unique_ptr<Event>> mQueue;
   TerminationSignals mSignals;
 };
+
+void QtEventsOnLoop::runApplicationEventLoop() {
+  QCoreApplication::removePostedEvents(this);
+  QCoreApplication::postEvent(this, new QEvent(openApplicationType()));
+  for (std::size_t waiting = mQueue.size(); waiting > 0; --waiting) askForDelivery();
+  mLoop.run();
+}
+
+void QtEventsOnLoop::askForDelivery() {
+  QCoreApplication::postEvent(this, new QEvent(deliveryType()));
+}
 
 OSStatus QtEventsOnLoop::processCommand(const HICommand& command) {
   Event issued("cmds"_4cc, 1);
@@ -148,17 +150,20 @@ OSStatus QtEventsOnLoop::sendToTarget(const EventTarget& target, const Event& se
   return eventNotHandledErr;
 }
 
+// Qt goes on with the events that it has at hand after the loop was told to end: they stay here.
 bool QtEventsOnLoop::event(QEvent* received) {
-  if (received->type() == PostedEvent::type()) {
-    const auto& posted = static_cast<const PostedEvent&>(*received).event();
-    mLoop.guard([&] { sendToTarget(kApplicationTarget, posted); });
-    return true;
+  if (received->type() != deliveryType() && received->type() != openApplicationType()) {
+    return QObject::event(received);
   }
-  if (received->type() == openApplicationType()) {
-    mLoop.guard([this] { openApplication(); });
-    return true;
-  }
-  return QObject::event(received);
+  if (mLoop.isEnding()) return true;
+  mLoop.guard([&] { received->type() == deliveryType() ? deliverNext() : openApplication(); });
+  return true;
+}
+
+void QtEventsOnLoop::deliverNext() {
+  const std::unique_ptr<Event> next = std::move(mQueue.front());
+  mQueue.pop_front();
+  sendToTarget(kApplicationTarget, *next);
 }
 
 void QtEventsOnLoop::openApplication() {

@@ -20,7 +20,7 @@ using Callback = std::function<void()>;
 auto guarded(QtEventLoop& loop, Callback callback) {
   return [&loop, shared = std::make_shared<const Callback>(std::move(callback))] {
     const auto kept = shared;
-    loop.guard(*kept);
+    if (!loop.isEnding()) loop.guard(*kept);
   };
 }
 

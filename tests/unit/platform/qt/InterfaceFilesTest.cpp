@@ -1,0 +1,120 @@
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QLabel>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
+#include <array>
+
+#include "QtWindows.h"
+
+using namespace platform::literals;
+using testing::ElementsAre;
+
+namespace {
+
+class InterfaceFiles : public QtWindows {
+ protected:
+  InterfaceFiles() {
+    for (const char* sheet : kSheets) create(sheet);
+    showMain();
+  }
+
+  static constexpr std::array kSheets{"ConfirmDownloadSheet", "ProgressSheet", "FailedSheet",
+                                      "UpToDateSheet"};
+  static constexpr const char* kMain = "PrinterSelectWindow";
+
+  static std::string accessibleName(QObject* object) {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(object);
+    return accessible == nullptr ? "" : accessible->text(QAccessible::Name).toStdString();
+  }
+};
+
+TEST_F(InterfaceFiles, ButtonsHaveTheirLabels) {
+  EXPECT_EQ(accessibleName(button(kMain, "Down"_4cc)), "Download");
+  EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "Yes "_4cc)), "Yes");
+  EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "No  "_4cc)), "No");
+  EXPECT_EQ(accessibleName(button("FailedSheet", "Clos"_4cc)), "Close");
+  EXPECT_EQ(accessibleName(button("UpToDateSheet", "Clos"_4cc)), "Close");
+}
+
+TEST_F(InterfaceFiles, EveryWindowAndControlHasAnAccessibleName) {
+  for (const char* name : {kMain, kSheets[0], kSheets[1], kSheets[2], kSheets[3]}) {
+    EXPECT_FALSE(window(name)->windowTitle().isEmpty()) << name;
+    for (QWidget* widget : window(name)->findChildren<QWidget*>()) {
+      const bool isControl = qobject_cast<QAbstractButton*>(widget) != nullptr ||
+                             qobject_cast<QTreeView*>(widget) != nullptr ||
+                             qobject_cast<QProgressBar*>(widget) != nullptr ||
+                             qobject_cast<QMenuBar*>(widget) != nullptr;
+      if (!isControl || widget->objectName().startsWith(u"qt_")) continue;
+      EXPECT_NE(accessibleName(widget), "") << name << " " << widget->objectName().toStdString();
+    }
+  }
+}
+
+TEST_F(InterfaceFiles, ColumnsHaveTheirTitles) {
+  std::vector<std::string> titles;
+  for (int column = 0; column < list().model()->columnCount(); ++column) {
+    titles.push_back(list()
+                         .model()
+                         ->headerData(column, Qt::Horizontal, Qt::DisplayRole)
+                         .toString()
+                         .toStdString());
+  }
+  EXPECT_THAT(titles, ElementsAre("Name", "Type", "Address or serial number"));
+}
+
+TEST_F(InterfaceFiles, MenuHasDownloadAndQuitWithShortcuts) {
+  EXPECT_EQ(action("Down"_4cc)->text(), "&Download");
+  EXPECT_EQ(action("Down"_4cc)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_D));
+  EXPECT_EQ(action("quit"_4cc)->text(), "&Quit");
+  EXPECT_EQ(action("quit"_4cc)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+  EXPECT_FALSE(action("Down"_4cc)->autoRepeat());
+}
+
+TEST_F(InterfaceFiles, FocusStartsInTheListAndTabReachesTheButton) {
+  EXPECT_EQ(window(kMain)->focusWidget(), &list());
+  press(list(), Qt::Key_Tab);
+  EXPECT_EQ(window(kMain)->focusWidget(), button(kMain, "Down"_4cc));
+  press(*button(kMain, "Down"_4cc), Qt::Key_Tab);
+  EXPECT_EQ(window(kMain)->focusWidget(), &list());
+}
+
+TEST_F(InterfaceFiles, LabelLeadsToTheList) {
+  bool leads = false;
+  for (const QLabel* label : window(kMain)->findChildren<QLabel*>()) {
+    leads = leads || label->buddy() == &list();
+  }
+  EXPECT_TRUE(leads);
+}
+
+TEST_F(InterfaceFiles, EmptyListSaysThatItLooksForPrinters) {
+  QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&list());
+  EXPECT_EQ(accessible->text(QAccessible::Description).toStdString(), "Looking for printers…");
+  fillList(1);
+  EXPECT_EQ(accessible->text(QAccessible::Description).toStdString(), "");
+}
+
+TEST_F(InterfaceFiles, DownloadIsDisabledAtFirst) {
+  mApplication.reset();
+  mApplication = platform::makeQtApplication("test", mBundle);
+  ASSERT_EQ(toolkit().createNibReference(platform::Text::fromUtf8("main"), mNib), platform::noErr);
+  create(kMain);
+  EXPECT_FALSE(button(kMain, "Down"_4cc)->isEnabled());
+}
+
+TEST_F(InterfaceFiles, SheetTextsWrapAndArePlain) {
+  for (const char* name : kSheets) {
+    for (const QLabel* label : window(name)->findChildren<QLabel*>()) {
+      if (!label->property("picture").toString().isEmpty()) {
+        EXPECT_FALSE(label->pixmap(Qt::ReturnByValue).isNull()) << name;
+        continue;
+      }
+      EXPECT_TRUE(label->wordWrap()) << name;
+      EXPECT_EQ(label->textFormat(), Qt::PlainText) << name;
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,225 @@
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include "QtWindows.h"
+
+using namespace platform::literals;
+using testing::ElementsAre;
+
+namespace {
+
+class QtSheets : public QtWindows {
+ protected:
+  QtSheets() { showMain(); }
+
+  static constexpr const char* kMain = "PrinterSelectWindow";
+  static constexpr const char* kConfirm = "ConfirmDownloadSheet";
+  static constexpr const char* kProgress = "ProgressSheet";
+
+  void closeByWindowManager(const char* name) {
+    window(name)->close();
+    settle();
+  }
+};
+
+TEST_F(QtSheets, NothingReachesABlockedWindow) {
+  fillList(2);
+  QAbstractButton* download = button(kMain, "Down"_4cc);
+  ASSERT_TRUE(download->isEnabled());
+  ASSERT_TRUE(action("Down"_4cc)->isEnabled());
+  showSheet(kConfirm);
+
+  EXPECT_FALSE(download->isEnabled());
+  EXPECT_FALSE(action("Down"_4cc)->isEnabled());
+  EXPECT_FALSE(action("quit"_4cc)->isEnabled());
+  pressByAssistiveTechnology(*download);
+  emit download->clicked();
+  emit action("Down"_4cc)->triggered();
+  emit action("quit"_4cc)->triggered();
+  press(list(), Qt::Key_Return);
+  EXPECT_THAT(mCommands, ElementsAre());
+}
+
+TEST_F(QtSheets, AssistiveTechnologyPressesButtonsThatAreFree) {
+  pressByAssistiveTechnology(*button(kMain, "Down"_4cc));
+  EXPECT_THAT(mCommands, ElementsAre("Down"));
+}
+
+TEST_F(QtSheets, PressThatIsUnderWayWhenTheSheetComesIsLost) {
+  QAccessibleInterface* download = QAccessible::queryAccessibleInterface(button(kMain, "Down"_4cc));
+  download->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+  showSheet(kConfirm);
+  waitForClick();
+  EXPECT_THAT(mCommands, ElementsAre());
+}
+
+TEST_F(QtSheets, SelectionOfABlockedListStays) {
+  fillList(3);
+  const platform::ItemId selected = list().selectedItem();
+  ASSERT_NE(selected, 0u);
+  showSheet(kConfirm);
+  list().selectionModel()->select(list().model()->index(2, 0),
+                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  list().clearSelection();
+  list().selectionModel()->clear();
+  list().selectAll();
+  EXPECT_EQ(list().selectedItem(), selected);
+}
+
+TEST_F(QtSheets, ButtonOfAHiddenSheetIssuesNothing) {
+  create(kConfirm);
+  emit button(kConfirm, "Yes "_4cc)->clicked();
+  EXPECT_THAT(mCommands, ElementsAre());
+}
+
+TEST_F(QtSheets, FocusReturnsToWhereItWas) {
+  list().setFocus();
+  const auto sheet = showSheet(kConfirm);
+  ASSERT_EQ(toolkit().hideSheetWindow(sheet), platform::noErr);
+  EXPECT_EQ(window(kMain)->focusWidget(), &list());
+}
+
+TEST_F(QtSheets, ConfirmationAnswersNoToEscapeAndToItsFrame) {
+  showSheet(kConfirm);
+  press(*window(kConfirm), Qt::Key_Escape);
+  EXPECT_THAT(mCommands, ElementsAre("No  "));
+  closeByWindowManager(kConfirm);
+  EXPECT_THAT(mCommands, ElementsAre("No  ", "No  "));
+  EXPECT_TRUE(window(kConfirm)->isVisible());  // hiding it is the program's business
+}
+
+TEST_F(QtSheets, ConfirmationAnswersYesToEnter) {
+  showSheet(kConfirm);
+  EXPECT_EQ(window(kConfirm)->focusWidget(), button(kConfirm, "Yes "_4cc));
+  press(*window(kConfirm), Qt::Key_Return);
+  EXPECT_THAT(mCommands, ElementsAre("Yes "));
+}
+
+TEST_F(QtSheets, KeyHeldDownFromBeforeAnswersNothing) {
+  showSheet(kConfirm);
+  press(*window(kConfirm), Qt::Key_Return, true);
+  press(*button(kConfirm, "Yes "_4cc), Qt::Key_Return, true);
+  press(*button(kConfirm, "Yes "_4cc), Qt::Key_Enter, true);
+  press(*button(kConfirm, "Yes "_4cc), Qt::Key_Space, true);
+  press(*window(kConfirm), Qt::Key_Escape, true);
+  EXPECT_THAT(mCommands, ElementsAre());
+}
+
+TEST_F(QtSheets, FocusStartsOnTheDefaultButtonEachTime) {
+  const auto sheet = showSheet(kConfirm);
+  button(kConfirm, "No  "_4cc)->setFocus();
+  ASSERT_EQ(toolkit().hideSheetWindow(sheet), platform::noErr);
+  ASSERT_EQ(toolkit().showSheetWindow(sheet, mMain), platform::noErr);
+  EXPECT_EQ(window(kConfirm)->focusWidget(), button(kConfirm, "Yes "_4cc));
+  press(*window(kConfirm), Qt::Key_Return);
+  EXPECT_THAT(mCommands, ElementsAre("Yes "));
+}
+
+TEST_F(QtSheets, AlertsCloseByEscapeEnterAndFrame) {
+  for (const char* alert : {"FailedSheet", "UpToDateSheet"}) {
+    mCommands.clear();
+    const auto sheet = showSheet(alert);
+    press(*window(alert), Qt::Key_Escape);
+    press(*window(alert), Qt::Key_Return);
+    closeByWindowManager(alert);
+    EXPECT_THAT(mCommands, ElementsAre("Clos", "Clos", "Clos")) << alert;
+    toolkit().disposeWindow(sheet);
+    settle();
+  }
+}
+
+TEST_F(QtSheets, ProgressCannotBeDismissed) {
+  showSheet(kProgress);
+  for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_Space}) {
+    press(*window(kProgress), key);
+  }
+  closeByWindowManager(kProgress);
+  EXPECT_TRUE(window(kProgress)->isVisible());
+  EXPECT_THAT(mCommands, ElementsAre());
+  EXPECT_EQ(window(kProgress)->windowFlags() & Qt::WindowCloseButtonHint, 0);
+}
+
+TEST_F(QtSheets, BlockedWindowsRefuseToClose) {
+  showSheet(kProgress);
+  const auto alert = create("FailedSheet");
+  ASSERT_EQ(toolkit().showSheetWindow(alert, platform::WindowRef{2}), platform::noErr);
+  closeByWindowManager(kMain);
+  closeByWindowManager(kProgress);
+  EXPECT_TRUE(window(kMain)->isVisible());
+  EXPECT_TRUE(window(kProgress)->isVisible());
+}
+
+TEST_F(QtSheets, SheetsAreModalToTheirParent) {
+  showSheet(kConfirm);
+  EXPECT_EQ(window(kConfirm)->windowModality(), Qt::WindowModal);
+  EXPECT_EQ(window(kConfirm)->parentWidget(), window(kMain));
+}
+
+TEST_F(QtSheets, ProgressMovesAndWarns) {
+  showSheet(kProgress);
+  const auto* bar = window(kProgress)->findChild<QProgressBar*>();
+  ASSERT_NE(bar, nullptr);
+  EXPECT_EQ(bar->minimum(), bar->maximum());
+  bool warns = false;
+  for (const QLabel* label : window(kProgress)->findChildren<QLabel*>()) {
+    warns = warns || label->text().contains(u"Do not switch the printer off");
+  }
+  EXPECT_TRUE(warns);
+}
+
+TEST_F(QtSheets, PrinterNameIsPlainTextOnOneParagraph) {
+  const auto sheet = showSheet(kProgress);
+  platform::ControlRef label = platform::ControlRef::None;
+  ASSERT_EQ(toolkit().getControlById(sheet, {"tPNm"_4cc, 0}, label), platform::noErr);
+  toolkit().setControlText(label, platform::Text::fromUtf8("<b>KX</b>\n\r\t\x01 (10.0.0.9)"));
+  const QLabel* shown = nullptr;
+  for (const QLabel* each : window(kProgress)->findChildren<QLabel*>()) {
+    if (each->property("controlSignature").toString() == u"tPNm") shown = each;
+  }
+  ASSERT_NE(shown, nullptr);
+  EXPECT_EQ(shown->textFormat(), Qt::PlainText);
+  EXPECT_EQ(shown->text().toStdString(), "<b>KX</b>     (10.0.0.9)");
+}
+
+TEST_F(QtSheets, LongNameWithoutBlanksDoesNotWidenTheSheet) {
+  const auto sheet = create(kProgress);
+  platform::ControlRef label = platform::ControlRef::None;
+  ASSERT_EQ(toolkit().getControlById(sheet, {"tPNm"_4cc, 0}, label), platform::noErr);
+  toolkit().setControlText(label, platform::Text::fromUtf8("KX350T (10.0.0.9)"));
+  ASSERT_EQ(toolkit().showSheetWindow(sheet, mMain), platform::noErr);
+  const QSize before = window(kProgress)->size();
+  ASSERT_EQ(toolkit().hideSheetWindow(sheet), platform::noErr);
+  const std::string name(250, 'W');
+  toolkit().setControlText(label, platform::Text::fromUtf8(name));
+  ASSERT_EQ(toolkit().showSheetWindow(sheet, mMain), platform::noErr);
+  EXPECT_EQ(window(kProgress)->width(), before.width());
+  EXPECT_GT(window(kProgress)->height(), before.height());
+}
+
+TEST_F(QtSheets, WindowMayGoWhileItsButtonIsPressed) {
+  const auto sheet = showSheet("FailedSheet");
+  mOnCommand = [&] { toolkit().disposeWindow(sheet); };
+  button("FailedSheet", "Clos"_4cc)->click();
+  settle();
+  EXPECT_EQ(window("FailedSheet"), nullptr);
+  EXPECT_THAT(mCommands, ElementsAre("Clos"));
+}
+
+TEST_F(QtSheets, MainWindowMayGoFromItsMenu) {
+  showSheet(kProgress);
+  mOnCommand = [&] { toolkit().disposeWindow(mMain); };
+  toolkit().hideSheetWindow(platform::WindowRef{2});
+  action("quit"_4cc)->trigger();
+  settle();
+  EXPECT_EQ(window(kMain), nullptr);
+  EXPECT_NE(window(kProgress), nullptr);
+}
+
+}  // namespace
