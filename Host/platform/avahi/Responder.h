@@ -5,11 +5,11 @@
 
 #include <avahi-common/address.h>
 
-#include <compare>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "platform/Data.h"
 
@@ -21,7 +21,9 @@ struct ServiceName {
   std::string type;
   std::string domain;
 
-  auto operator<=>(const ServiceName&) const = default;
+  bool operator<(const ServiceName& other) const {
+    return std::tie(name, type, domain) < std::tie(other.name, other.type, other.domain);
+  }
 };
 
 // Where a service is announced. One service may be announced in several places.
@@ -29,7 +31,9 @@ struct Place {
   AvahiIfIndex interface = AVAHI_IF_UNSPEC;
   AvahiProtocol protocol = AVAHI_PROTO_UNSPEC;
 
-  auto operator<=>(const Place&) const = default;
+  bool operator<(const Place& other) const {
+    return std::tie(interface, protocol) < std::tie(other.interface, other.protocol);
+  }
 };
 
 struct Resolved {

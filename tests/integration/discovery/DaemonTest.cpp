@@ -64,6 +64,20 @@ TEST_F(DaemonTest, DaemonMayBeRestartedAgainAndAgain) {
   EXPECT_TRUE(waitFor("resolved Other"));
 }
 
+TEST_F(DaemonTest, DaemonThatToleratesNoOtherStackCanReturn) {
+  const std::vector<std::string> lines{"disallow-other-stacks=yes", "[publish]",
+                                       "disable-publishing=yes"};
+  privatenetwork::startDaemon(lines);
+  auto printer = announce({"Printer"});
+  find("Printer");
+  privatenetwork::stopDaemon();
+  runLoop.runFor(seconds(1));
+  privatenetwork::startDaemon(lines);
+  waitForCarryOver();
+  EXPECT_THAT(told(), IsEmpty());
+  EXPECT_EQ(runLoop.timers(), 0u);
+}
+
 TEST_F(DaemonTest, WhatChangedWithoutTheDaemonIsToldWhenItReturns) {
   startDaemon();
   auto gone = announce({"Gone"});

@@ -36,7 +36,7 @@ Text textFromOutside(std::string_view bytes) {
 // Null when there is no such key, or its value is no text.
 Text GetTxtRecordValueString(const platform::TxtRecord& txt, const char* key) {
   const auto bytes = txt.value(key);
-  const Text value = bytes ? textFromOutside(*bytes) : Text();
+  Text value = bytes ? textFromOutside(*bytes) : Text();
   Log<5>() << key << ": " << value << std::flush;
   return value;
 }
