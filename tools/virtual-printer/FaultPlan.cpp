@@ -4,6 +4,8 @@
 #include <charconv>
 #include <stdexcept>
 
+#include "Wrap.h"
+
 namespace virtualprinter {
 namespace {
 
@@ -268,7 +270,7 @@ std::string FaultPlan::help() {
             std::string(valueSyntax(kind.value));
     if (kind.medium == Medium::Usb) text += "   (USB only)";
     if (kind.medium == Medium::Network) text += "   (network only)";
-    text += "\n      " + std::string(kind.meaning) + "\n";
+    text += "\n      " + wrapped(kind.meaning, 6);
   }
   return text;
 }

@@ -5,6 +5,8 @@
 #include <functional>
 #include <stdexcept>
 
+#include "Wrap.h"
+
 namespace virtualprinter {
 namespace {
 
@@ -212,7 +214,7 @@ std::string describe(const std::vector<Option>& options) {
     std::string left = "  --" + std::string(option.name);
     if (!option.value.empty()) left += " " + std::string(option.value);
     left.resize(std::max<std::size_t>(left.size() + 2, 29), ' ');
-    text += left + std::string(option.meaning) + "\n";
+    text += left + wrapped(option.meaning, left.size());
   }
   return text;
 }

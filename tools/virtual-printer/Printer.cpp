@@ -134,8 +134,8 @@ void Printer::restartIfBurned() {
 }
 
 void Printer::restart() {
-  mJournal.write("restart", {{"seconds", seconds(mSettings.returnTime)}});
   for (auto it = mAttachments.rbegin(); it != mAttachments.rend(); ++it) (*it)->leave();
+  mJournal.write("restart", {{"seconds", seconds(mSettings.returnTime)}});
   mRestartTimer = mScheduler.after(mSettings.returnTime, [this] { comeBack(); });
 }
 

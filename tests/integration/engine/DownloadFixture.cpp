@@ -1,10 +1,7 @@
 #include "DownloadFixture.h"
 
-#include <stdlib.h>
-
 #include <chrono>
 #include <fstream>
-#include <stdexcept>
 #include <utility>
 
 #include "NetworkTransport.h"
@@ -13,16 +10,6 @@
 
 using namespace std::chrono_literals;
 using namespace platform::literals;
-
-namespace {
-
-// A firmware file of 28 bytes, version 200, checksum 0x7271.
-constexpr char kFirmware200[] =
-    "FIRMWARE"
-    "ABC\0"
-    "00000200XYZ\0"
-    "Q\0"
-    "\x03\x12";
 
 platform::OSStatus handleDownloadEvent(platform::EventHandlerCallRef, const platform::Event& event,
                                        void*) {
@@ -37,17 +24,22 @@ platform::OSStatus handleDownloadEvent(platform::EventHandlerCallRef, const plat
   return platform::noErr;
 }
 
-}  // namespace
-
-TemporaryDirectory::TemporaryDirectory() {
-  std::string name = std::filesystem::temp_directory_path() / "fwupdate-test-XXXXXX";
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
-  mPath = name;
+std::string firmware200() {
+  return {
+      "FIRMWARE"
+      "ABC\0"
+      "00000200XYZ\0"
+      "Q\0"
+      "\x03\x12",
+      28};
 }
 
-TemporaryDirectory::~TemporaryDirectory() {
-  std::error_code ignored;
-  std::filesystem::remove_all(mPath, ignored);
+std::vector<std::string> printerOptions(const std::vector<std::string>& faults) {
+  std::vector<std::string> options{"--device-id",      "MDL:KX350T;LIC:QT725013;FWVER:100;",
+                                   "--burn-seconds",   "0.03",
+                                   "--return-seconds", "0.1"};
+  for (const std::string& fault : faults) options.insert(options.end(), {"--fault", fault});
+  return options;
 }
 
 platform::Data loopbackAddress(std::uint16_t port) {
@@ -67,7 +59,7 @@ DownloadFixture::DownloadFixture()
   mEvents.installHandler(platform::kApplicationTarget, specs, handleDownloadEvent, nullptr,
                          installed);
   mEvents.takeCalls();
-  installFirmware("product.brand.bin", std::string(kFirmware200, sizeof kFirmware200 - 1));
+  installFirmware("product.brand.bin", firmware200());
   mDownloader.emplace();
 }
 
@@ -85,10 +77,7 @@ platform::Platform DownloadFixture::surfaces() {
 
 void DownloadFixture::startPrinter(const std::vector<std::string>& faults,
                                    const std::vector<std::string>& options) {
-  std::vector<std::string> arguments{"--device-id",      "MDL:KX350T;LIC:QT725013;FWVER:100;",
-                                     "--burn-seconds",   "0.03",
-                                     "--return-seconds", "0.1"};
-  for (const std::string& fault : faults) arguments.insert(arguments.end(), {"--fault", fault});
+  std::vector<std::string> arguments = printerOptions(faults);
   arguments.insert(arguments.end(), options.begin(), options.end());
   mPrinter = std::make_unique<VirtualPrinterProcess>(arguments);
 }

@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,27 +17,24 @@
 #include "FirmwareDownloader.h"
 #include "LogRecorder.h"
 #include "PollRunLoop.h"
+#include "TemporaryDirectory.h"
 #include "VirtualPrinterProcess.h"
 #include "platform/Data.h"
 #include "platform/Files.h"
 #include "platform/Network.h"
 
-// An empty directory, removed with everything in it.
-class TemporaryDirectory {
- public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
-  const std::filesystem::path& path() const { return mPath; }
-
- private:
-  std::filesystem::path mPath;
-};
-
 // The socket address record of a port of 127.0.0.1.
 platform::Data loopbackAddress(std::uint16_t port);
+
+// The options of the printer that DownloadFixture speaks of, with its faults.
+std::vector<std::string> printerOptions(const std::vector<std::string>& faults);
+
+// The firmware file that goes with it: 28 bytes, version 200, checksum 0x7271.
+std::string firmware200();
+
+// What the application does with an event of class 'FwDl'.
+platform::OSStatus handleDownloadEvent(platform::EventHandlerCallRef call,
+                                       const platform::Event& event, void* userData);
 
 class DownloadFixture : public testing::Test {
  protected:

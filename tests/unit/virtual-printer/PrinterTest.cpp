@@ -84,7 +84,7 @@ TEST_F(RestartTest, LeavesWhenTheHostHasHungUpAndReturnsWithTheNewVersion) {
   EXPECT_EQ(mLines.size(), 1u);  // closed
   takeJournal();
   advance(0ms);
-  EXPECT_THAT(takeJournal(), ElementsAre("restart seconds=3.0", "port leaves"));
+  EXPECT_THAT(takeJournal(), ElementsAre("port leaves", "restart seconds=3.0"));
   advance(2999ms);
   EXPECT_THAT(takeJournal(), IsEmpty());
   advance(1ms);
@@ -102,7 +102,7 @@ TEST_F(RestartTest, HangsUpItselfWhenTheHostDoesNot) {
   EXPECT_THAT(takeCalls(), ElementsAre("close"));
   EXPECT_THAT(takeJournal(), ElementsAre("closed connection=1 by=\"printer\" received=178 sent=54 "
                                          "position=\"after uel\"",
-                                         "restart seconds=3.0", "port leaves"));
+                                         "port leaves", "restart seconds=3.0"));
 }
 
 TEST_F(RestartTest, VersionIsAddedToADeviceIdWithoutOne) {
