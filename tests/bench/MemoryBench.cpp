@@ -50,7 +50,7 @@ class Update {
     const double peak = bench::ProcessState::of(mProgram.pid()).peakMiB;
     memory.idle.push_back(idle);
     memory.peak.push_back(peak);
-    memory.growth.push_back((peak - idle) / kImageMiB);
+    memory.growth.push_back((peak - idle) / kImageMiB * 100);
   }
 
  private:
@@ -80,7 +80,7 @@ int main(int argc, char** argv) try {
   bench::printHeading("Memory of the program in its window, image of 32 MiB");
   bench::printFigure("idle, a printer in the list", memory.idle, "MiB");
   bench::printFigure("the most until the update was over", memory.peak, "MiB");
-  bench::printFigure("the difference, in images", memory.growth, "", "1.1");
+  bench::printFigure("the difference, of the image's size", memory.growth, "%", "110");
   return EXIT_SUCCESS;
 } catch (const std::exception& error) {
   std::cerr << "bench-memory: " << error.what() << '\n';
