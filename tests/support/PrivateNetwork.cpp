@@ -75,4 +75,6 @@ void startPeersDaemon() {
   call({"--on-peer", PRIVATE_NETWORK, "--start-daemon"});
 }
 
+void restore() { call({"--restore"}); }
+
 }  // namespace privatenetwork

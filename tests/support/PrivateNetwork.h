@@ -1,6 +1,6 @@
 // A network of their own for tests that deal with real daemons: see private-network --help. A test
 // program enters it as a whole, from its main(), so that each of its tests has one to itself when
-// CTest runs them one by one.
+// CTest runs them one by one; a fixture restores it for the next test when they run together.
 #pragma once
 
 #include <string>
@@ -22,5 +22,6 @@ void stopBus();
 void startDaemon(const std::vector<std::string>& serverOptions = {});
 void stopDaemon(const std::string& signal = "TERM");
 void startPeersDaemon();
+void restore();
 
 }  // namespace privatenetwork

@@ -23,6 +23,11 @@ inline std::string stackName(const testing::TestParamInfo<bool>& withDaemon) {
 
 class DiscoveryTest : public testing::Test {
  protected:
+  void TearDown() override {
+    recorder.reset();
+    privatenetwork::restore();
+  }
+
   using Lines = std::vector<std::string>;
   using Bytes = std::vector<std::uint8_t>;
 
