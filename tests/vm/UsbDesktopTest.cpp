@@ -37,7 +37,8 @@ class UsbFromTheWindow : public DesktopTest {
 };
 
 TEST_F(UsbFromTheWindow, AnAttachedPrinterIsUpdatedWithoutAQuestion) {
-  UsbPrinterProcess printer({"--burn-seconds", "10"});
+  // The program waits 6 seconds for the burn of an image of this size.
+  UsbPrinterProcess printer({"--burn-seconds", "5"});
   startWithSmallFirmware();
   cell(kPrinter);
   cell("USB");
