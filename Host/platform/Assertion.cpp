@@ -7,9 +7,9 @@ namespace platform {
 
 void assertionFailed(const char* expression, const char* function, const char* file,
                      int line) noexcept {
-  std::fprintf(stderr, "Assertion failed: (%s), function %s, file %s, line %d.\n", expression,
-               function, file, line);
-  std::fflush(stderr);
+  (void)std::fprintf(stderr, "Assertion failed: (%s), function %s, file %s, line %d.\n", expression,
+                     function, file, line);
+  (void)std::fflush(stderr);
   std::abort();
 }
 

@@ -67,6 +67,7 @@ void InterfaceSession::transferEnded(libusb_transfer* transfer) {
     const IOReturn result = resultOfTransfer(*transfer);
     const auto count = static_cast<std::uintptr_t>(transfer->actual_length);
     session.deliver([callback = ended->callback, refCon = ended->refCon, result, count] {
+      // NOLINTNEXTLINE(performance-no-int-to-ptr): the number takes the place of a pointer
       callback(refCon, result, reinterpret_cast<void*>(count));
     });
   }
