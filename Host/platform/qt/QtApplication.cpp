@@ -25,10 +25,10 @@ namespace {
 // Qt has no other way of saying that it cannot reach a display than to abort.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
   if (type != QtFatalMsg) return;
-  std::fputs(
+  static_cast<void>(std::fputs(
       "fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
       "WAYLAND_DISPLAY.\n",
-      stderr);
+      stderr));
   std::_Exit(EXIT_FAILURE);
 }
 

@@ -129,14 +129,17 @@ void WindowStack::updateBlockingBelow(WindowRef parent) {
 
 void WindowStack::present(WindowRef window) {
   const Window& presented = *find(window);
-  if (auto* sheet = dynamic_cast<SheetDialog*>(presented.widget);
-      sheet != nullptr && presented.parent != WindowRef::None) {
-    sheet->showOver(*widget(presented.parent));
+  QWidget& shown = *presented.widget;
+  QWidget* const over = widget(presented.parent);
+  auto* const sheet = dynamic_cast<SheetDialog*>(&shown);
+  if (sheet != nullptr && over != nullptr) {
+    sheet->showOver(*over);
   } else {
-    presented.widget->show();
-    presented.widget->activateWindow();
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): another type is not a null pointer
+    shown.show();
+    shown.activateWindow();
   }
-  for (const WindowRef sheet : sheetsOf(window)) present(sheet);
+  for (const WindowRef each : sheetsOf(window)) present(each);
 }
 
 void WindowStack::passKeyboardOn(const QWindow* focused) {
