@@ -2,13 +2,10 @@
 
 #include <stdexcept>
 
-#include "IoKitException.h"
 #include "IoObjectHolder.h"
 #include "QuillUsbDeviceMatcher.h"
+#include "checkIoKitResult.h"
 #include "platform/Platform.h"
-
-using platform::IOReturn;
-using platform::kIOReturnSuccess;
 
 namespace {
 
@@ -42,13 +39,10 @@ void QuillUsbDeviceFinderAsync::setupAsyncNotifier(platform::RunLoop* runLoop) {
   if (runLoop == nullptr) runLoop = platform::current().runLoop;
   if (runLoop == nullptr) throw std::runtime_error("Failed to get current run loop.");
   mNotifyPort->addTo(*runLoop);
-  const IOReturn result = registry.addMatchingNotification(*mNotifyPort, "IOServiceFirstMatch",
-                                                           mMatcher->getMatchingDictionary(),
-                                                           devicesAdded, this, mAddedIterator);
-  if (result != kIOReturnSuccess) {
-    throw IoKitException("IOServiceAddMatchingNotification failed.",
-                         static_cast<unsigned int>(result));
-  }
+  checkIoKitResult("IOServiceAddMatchingNotification failed.",
+                   registry.addMatchingNotification(*mNotifyPort, "IOServiceFirstMatch",
+                                                    mMatcher->getMatchingDictionary(), devicesAdded,
+                                                    this, mAddedIterator));
 }
 
 void QuillUsbDeviceFinderAsync::startAsyncNotifier() {
@@ -80,12 +74,10 @@ void QuillUsbDeviceFinderAsync::addDevice(platform::io_service_t service, bool n
 QuillUsbDevice& QuillUsbDeviceFinderAsync::keepDevice(platform::io_service_t service, bool notify) {
   platform::io_object_t added = 0;
   if (notify) {
-    const IOReturn result = platform::current().usb->addInterestNotification(
-        *mNotifyPort, service, "IOGeneralInterest", deviceNotification, this, added);
-    if (result != kIOReturnSuccess) {
-      throw IoKitException("IOServiceAddInterestNotification failed.",
-                           static_cast<unsigned int>(result));
-    }
+    checkIoKitResult(
+        "IOServiceAddInterestNotification failed.",
+        platform::current().usb->addInterestNotification(*mNotifyPort, service, "IOGeneralInterest",
+                                                         deviceNotification, this, added));
   }
   IoObjectHolder notification(added);
   QuillUsbDevice device;

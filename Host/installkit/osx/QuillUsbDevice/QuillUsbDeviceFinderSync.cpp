@@ -1,8 +1,8 @@
 #include "QuillUsbDeviceFinderSync.h"
 
-#include "IoKitException.h"
 #include "IoObjectHolder.h"
 #include "QuillUsbDeviceMatcher.h"
+#include "checkIoKitResult.h"
 #include "platform/Platform.h"
 
 QuillUsbDeviceFinderSync::QuillUsbDeviceFinderSync(unsigned short vendorId,
@@ -22,9 +22,7 @@ void QuillUsbDeviceFinderSync::findAttached() {
   const platform::IOReturn result =
       registry.matchingServices(mMatcher->getMatchingDictionary(), found);
   const IoObjectHolder iterator(found);
-  if (result != platform::kIOReturnSuccess) {
-    throw IoKitException("IOServiceGetMatchingServices failed.", static_cast<unsigned int>(result));
-  }
+  checkIoKitResult("IOServiceGetMatchingServices failed.", result);
   while (const platform::io_service_t next = registry.iteratorNext(iterator.get())) {
     const IoObjectHolder service(next);
     if (!mMatcher->isMatchingDevice(service.get())) continue;

@@ -1,8 +1,8 @@
 #include "QuillUsbDeviceImpl.h"
 
-#include "IoKitException.h"
 #include "UsbDevice.h"
 #include "UsbInterface.h"
+#include "checkIoKitResult.h"
 #include "getUsbString.h"
 #include "platform/Platform.h"
 
@@ -10,6 +10,14 @@ namespace {
 
 constexpr int kPrinterInterfaceClass = 7;
 constexpr int kVendorSpecificInterfaceClass = 255;
+
+constexpr const char* kNoAcl = "The device has no ACL channel.";
+constexpr const char* kNoEws = "The device has no EWS channel.";
+
+UsbInterface& channel(const std::unique_ptr<UsbInterface>& interface, const char* ifMissing) {
+  if (!interface) throwIoKitException(ifMissing, platform::kIOReturnNotFound);
+  return *interface;
+}
 
 }  // namespace
 
@@ -29,22 +37,22 @@ QuillUsbDeviceImpl::~QuillUsbDeviceImpl() {
 
 void QuillUsbDeviceImpl::aclWrite(const void* buf, std::size_t len, AsyncIoNotifier& notifier,
                                   unsigned int timeoutMs) {
-  aclInterface().write(buf, len, notifier, timeoutMs);
+  channel(mAcl, kNoAcl).write(buf, len, notifier, timeoutMs);
 }
 
 void QuillUsbDeviceImpl::aclRead(void* buf, std::size_t len, AsyncIoNotifier& notifier,
                                  unsigned int timeoutMs) {
-  aclInterface().read(buf, len, notifier, timeoutMs);
+  channel(mAcl, kNoAcl).read(buf, len, notifier, timeoutMs);
 }
 
 void QuillUsbDeviceImpl::ewsWrite(const void* buf, std::size_t len, AsyncIoNotifier& notifier,
                                   unsigned int timeoutMs) {
-  ewsInterface().write(buf, len, notifier, timeoutMs);
+  channel(mEws, kNoEws).write(buf, len, notifier, timeoutMs);
 }
 
 void QuillUsbDeviceImpl::ewsRead(void* buf, std::size_t len, AsyncIoNotifier& notifier,
                                  unsigned int timeoutMs) {
-  ewsInterface().read(buf, len, notifier, timeoutMs);
+  channel(mEws, kNoEws).read(buf, len, notifier, timeoutMs);
 }
 
 void QuillUsbDeviceImpl::reEnumerate() { mDevice->reEnumerate(); }
@@ -54,20 +62,4 @@ void QuillUsbDeviceImpl::print(std::ostream& os, bool withInterfaces) const {
   if (!withInterfaces) return;
   if (mAcl) mAcl->print(os);
   if (mEws) mEws->print(os);
-}
-
-UsbInterface& QuillUsbDeviceImpl::aclInterface() const {
-  if (!mAcl) {
-    throw IoKitException("The device has no ACL channel.",
-                         static_cast<unsigned int>(platform::kIOReturnNotFound));
-  }
-  return *mAcl;
-}
-
-UsbInterface& QuillUsbDeviceImpl::ewsInterface() const {
-  if (!mEws) {
-    throw IoKitException("The device has no EWS channel.",
-                         static_cast<unsigned int>(platform::kIOReturnNotFound));
-  }
-  return *mEws;
 }

@@ -36,9 +36,6 @@ class QuillUsbDeviceImpl {
   void print(std::ostream& os, bool withInterfaces) const;
 
  private:
-  UsbInterface& aclInterface() const;
-  UsbInterface& ewsInterface() const;
-
   // In this order: the interfaces must close before the device goes.
   std::unique_ptr<UsbDevice> mDevice;
   std::unique_ptr<UsbInterface> mAcl;  // null when the device has no such interface

@@ -2,29 +2,21 @@
 
 #include <cstdint>
 
-#include "IoKitException.h"
 #include "IoObjectHolder.h"
+#include "checkIoKitResult.h"
+#include "createPlugIn.h"
 #include "platform/Platform.h"
 #include "printKeys.h"
 
 using platform::IOReturn;
-using platform::kIOReturnSuccess;
 
 UsbDevice::UsbDevice(platform::io_service_t service) : mService(service) {
-  platform::UsbRegistry& registry = *platform::current().usb;
-  std::unique_ptr<platform::UsbPlugIn> plugIn;
-  IOReturn result =
-      registry.createPlugIn(service, platform::UsbRegistry::ClientType::Device, plugIn);
-  if (result != kIOReturnSuccess || !plugIn) {
-    throw IoKitException("Unable to create a plug-in.", static_cast<unsigned int>(result));
-  }
-  result = plugIn->queryDevice(mDevice);
-  plugIn.reset();
+  const IOReturn result =
+      createPlugIn(service, platform::UsbRegistry::ClientType::Device)->queryDevice(mDevice);
   if (result < 0 || !mDevice) {
-    throw IoKitException("Couldn’t create a device interface for the device.",
-                         static_cast<unsigned int>(result));
+    throwIoKitException("Couldn’t create a device interface for the device.", result);
   }
-  registry.retain(service);
+  platform::current().usb->retain(service);
 }
 
 UsbDevice::~UsbDevice() {
@@ -45,22 +37,15 @@ platform::io_service_t UsbDevice::firstInterface(
   platform::io_iterator_t found = 0;
   const IOReturn result = mDevice->createInterfaceIterator(request, found);
   const IoObjectHolder iterator(found);
-  if (result != kIOReturnSuccess || found == 0) {
-    throw IoKitException("Failed to get interface iterator for device.",
-                         static_cast<unsigned int>(result));
+  if (result != platform::kIOReturnSuccess || found == 0) {
+    throwIoKitException("Failed to get interface iterator for device.", result);
   }
   return platform::current().usb->iteratorNext(iterator.get());
 }
 
 void UsbDevice::reEnumerate() {
-  IOReturn result = mDevice->open();
-  if (result != kIOReturnSuccess) {
-    throw IoKitException("Failed to open device.", static_cast<unsigned int>(result));
-  }
-  result = mDevice->reEnumerate(0);
-  if (result != kIOReturnSuccess) {
-    throw IoKitException("Failed to re-enumerate device.", static_cast<unsigned int>(result));
-  }
+  checkIoKitResult("Failed to open device.", mDevice->open());
+  checkIoKitResult("Failed to re-enumerate device.", mDevice->reEnumerate(0));
   mDevice->close();
 }
 

@@ -7,6 +7,8 @@
 #include "AsyncIoNotifier.h"
 #include "IoKitException.h"
 #include "ShortReadBuffer.h"
+#include "checkIoKitResult.h"
+#include "createPlugIn.h"
 #include "platform/Assertion.h"
 #include "platform/Platform.h"
 #include "printKeys.h"
@@ -19,16 +21,10 @@ namespace {
 constexpr std::uint8_t kDirectionOut = 0;
 constexpr std::uint8_t kDirectionIn = 1;
 
-void check(const char* message, IOReturn result) {
-  if (result != kIOReturnSuccess) {
-    throw IoKitException(message, static_cast<unsigned int>(result));
-  }
-}
-
 // A pipe takes 32-bit lengths; a longer request must not be cut to what its low bits say.
 std::uint32_t transferLength(std::size_t len, const char* message) {
   if (len > std::numeric_limits<std::uint32_t>::max()) {
-    check(message, platform::kIOReturnBadArgument);
+    throwIoKitException(message, platform::kIOReturnBadArgument);
   }
   return static_cast<std::uint32_t>(len);
 }
@@ -62,18 +58,10 @@ std::unique_ptr<Context> take(std::vector<std::unique_ptr<Context>>& contexts,
 UsbInterface::UsbInterface(platform::io_service_t service) : mService(service) {
   platform::UsbRegistry& registry = *platform::current().usb;
   if (registry.entryName(service, mName) != kIOReturnSuccess) mName.clear();
-
-  std::unique_ptr<platform::UsbPlugIn> plugIn;
-  IOReturn result =
-      registry.createPlugIn(service, platform::UsbRegistry::ClientType::Interface, plugIn);
-  if (result != kIOReturnSuccess || !plugIn) {
-    throw IoKitException("Unable to create a plug-in.", static_cast<unsigned int>(result));
-  }
-  result = plugIn->queryInterface(mInterface);
-  plugIn.reset();
+  const IOReturn result = createPlugIn(service, platform::UsbRegistry::ClientType::Interface)
+                              ->queryInterface(mInterface);
   if (result < 0 || !mInterface) {
-    throw IoKitException("Couldn’t create a device interface for the interface.",
-                         static_cast<unsigned int>(result));
+    throwIoKitException("Couldn’t create a device interface for the interface.", result);
   }
   registry.retain(service);
 }
@@ -89,21 +77,22 @@ UsbInterface::~UsbInterface() {
 }
 
 void UsbInterface::initEndpointPipes() {
-  check("Unable to open interface.", mInterface->open());
+  checkIoKitResult("Unable to open interface.", mInterface->open());
   mIsOpen = true;
   findPipes();
   platform::UsbEventSource* source = nullptr;
-  check("Unable to create asynchronous event source.", mInterface->createAsyncEventSource(source));
+  checkIoKitResult("Unable to create asynchronous event source.",
+                   mInterface->createAsyncEventSource(source));
   source->addTo(*platform::current().runLoop);
 }
 
 void UsbInterface::findPipes() {
   std::uint8_t count = 0;
-  check("Unable to get number of endpoints.", mInterface->getNumEndpoints(count));
+  checkIoKitResult("Unable to get number of endpoints.", mInterface->getNumEndpoints(count));
   for (int pipe = 1; pipe <= count && (mInPipe == -1 || mOutPipe == -1); ++pipe) {
     platform::UsbPipeProperties properties;
-    check("Unable to get properties of pipe.",
-          mInterface->getPipeProperties(pipeReference(pipe), properties));
+    checkIoKitResult("Unable to get properties of pipe.",
+                     mInterface->getPipeProperties(pipeReference(pipe), properties));
     if (properties.direction == kDirectionOut) {
       mOutPipe = pipe;
     } else if (properties.direction == kDirectionIn) {
@@ -114,7 +103,8 @@ void UsbInterface::findPipes() {
 }
 
 void UsbInterface::clearPipeStall(int pipe) {
-  check("Failed to clear pipe stall.", mInterface->clearPipeStallBothEnds(pipeReference(pipe)));
+  checkIoKitResult("Failed to clear pipe stall.",
+                   mInterface->clearPipeStallBothEnds(pipeReference(pipe)));
 }
 
 void UsbInterface::write(const void* buf, std::size_t len, AsyncIoNotifier& notifier,
@@ -126,9 +116,9 @@ void UsbInterface::write(const void* buf, std::size_t len, AsyncIoNotifier& noti
       mWrites.emplace_back(std::make_unique<WriteContext>(WriteContext{this, &notifier})).get();
   try {
     clearPipeStall(mOutPipe);
-    check("Async write request failed.",
-          mInterface->writePipeAsyncTO(pipeReference(mOutPipe), buf, size, timeoutMs, timeoutMs,
-                                       writeCompletionCallback, context));
+    checkIoKitResult("Async write request failed.",
+                     mInterface->writePipeAsyncTO(pipeReference(mOutPipe), buf, size, timeoutMs,
+                                                  timeoutMs, writeCompletionCallback, context));
   } catch (const IoKitException&) {
     take(mWrites, context);
     throw;
@@ -155,7 +145,9 @@ void UsbInterface::read(void* buf, std::size_t len, AsyncIoNotifier& notifier,
                         unsigned int timeoutMs) {
   const std::uint32_t size = transferLength(len, "Async read request failed.");
   if (!mIsOpen) initEndpointPipes();
-  if (mMaxPacketSize == 0) check("The interface cannot be read.", platform::kIOReturnNotFound);
+  if (mMaxPacketSize == 0) {
+    throwIoKitException("The interface cannot be read.", platform::kIOReturnNotFound);
+  }
   if (!mShortReadBuffer) mShortReadBuffer = std::make_unique<ShortReadBuffer>(mMaxPacketSize);
 
   ReadContext* context =
@@ -188,10 +180,10 @@ void UsbInterface::issueRead(ReadContext& context) {
   const std::size_t length =
       context.isShortRead ? mShortReadBuffer->capacity() : bulkReadLen(context.mLen);
   clearPipeStall(mInPipe);
-  check("Async read request failed.",
-        mInterface->readPipeAsyncTO(pipeReference(mInPipe), target,
-                                    static_cast<std::uint32_t>(length), context.timeout,
-                                    context.timeout, readCompletionCallback, &context));
+  checkIoKitResult("Async read request failed.",
+                   mInterface->readPipeAsyncTO(pipeReference(mInPipe), target,
+                                               static_cast<std::uint32_t>(length), context.timeout,
+                                               context.timeout, readCompletionCallback, &context));
 }
 
 // Nobody above the run loop could handle an exception: when the next part of a read cannot be
