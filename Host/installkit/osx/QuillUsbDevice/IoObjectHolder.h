@@ -1,5 +1,6 @@
 // Holds one counted reference to a registry object and releases it at the end of its scope, also
-// when an exception ends it.
+// when an exception ends it. For references that a function has only while it runs, or until what
+// it makes takes them over.
 #pragma once
 
 #include "platform/Platform.h"

@@ -9,6 +9,7 @@
 
 namespace {
 
+// The place that support staff know these assertions by is that of the interface.
 constexpr const char* kSourceFile = "Host/installkit/osx/QuillUsbDevice/UsbInterface";
 
 }  // namespace

@@ -12,6 +12,5 @@ enum UsbStringId : int {
   UsbSerialNumber = 2,
 };
 
-// Empty when the entry has no such string, or when the string takes 256 bytes or more with its
-// terminating zero.
+// Empty when the entry has no such string, or when registryText() has nothing of it.
 std::string getUsbString(platform::io_service_t service, UsbStringId id);

@@ -1,4 +1,5 @@
-// Writes a registry entry's properties for diagnosis, one a line.
+// Writes a registry entry's properties for diagnosis, one a line. Devices and interfaces print
+// themselves by it.
 #pragma once
 
 #include <iosfwd>

@@ -1,4 +1,5 @@
-// Registry texts as this layer reads them: by way of a buffer of 256 bytes.
+// Registry texts as this layer reads them, for the strings of a device as well as for the dump of
+// its properties: by way of a buffer of 256 bytes.
 #pragma once
 
 #include <string>

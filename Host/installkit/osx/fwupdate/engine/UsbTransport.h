@@ -1,6 +1,8 @@
 // The transport to a printer attached by USB: its ACL channel. The channel's completions post a
 // resume to the controller, or its failure; nothing is called back directly. It keeps a handle on
-// the device, and with it the channel, for its own life.
+// the device, and with it the channel, for its own life. A transfer under way ends with the last
+// handle: the controller drops a transport between transfers, or at the end of the program, when
+// nobody else has a handle any more.
 #pragma once
 
 #include <cstddef>
