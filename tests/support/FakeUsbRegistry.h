@@ -22,8 +22,9 @@ struct FakeUsbTransfer {
   std::string interface;
   bool isRead = false;
   std::uint8_t pipe = 0;
-  char* target = nullptr;  // of a read
-  std::string written;     // by a write
+  char* target = nullptr;        // of a read
+  const void* source = nullptr;  // of a write
+  std::string written;           // by a write
   std::uint32_t size = 0;
   platform::IOAsyncCallback callback = nullptr;
   void* refCon = nullptr;

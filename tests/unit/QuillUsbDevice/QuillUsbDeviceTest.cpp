@@ -125,6 +125,47 @@ TEST_F(QuillUsbDeviceTest, DeviceGoesWithTheLastCopy) {
                                             "releaseObject printer", "release printer"));
 }
 
+// The notification is any object of the registry here.
+TEST_F(QuillUsbDeviceTest, NotificationGoesFirstAndWithTheLastCopy) {
+  platform::io_iterator_t notification = 0;
+  mUsb.matchingServices({}, notification);
+  auto device = std::make_unique<QuillUsbDevice>();
+  device->init(mUsb.attach(fakePrinter()), notification);
+  auto copy = std::make_unique<QuillUsbDevice>(*device);
+  mUsb.takeCalls();
+  device.reset();
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
+  copy.reset();
+  EXPECT_THAT(mUsb.takeCalls(),
+              ElementsAre("release iterator1", "releaseObject printer/255", "release printer/255",
+                          "releaseObject printer/7", "release printer/7", "releaseObject printer",
+                          "release printer"));
+}
+
+TEST_F(QuillUsbDeviceTest, NotificationOfAFailedInitStaysTheCallers) {
+  platform::io_iterator_t notification = 0;
+  mUsb.matchingServices({}, notification);
+  const auto service = mUsb.attach(fakePrinter());
+  for (const char* const call :
+       {"createPlugIn printer", "createPlugIn printer/7", "createPlugIn printer/255"}) {
+    mUsb.script(call, platform::kIOReturnNoResources);
+    QuillUsbDevice device;
+    EXPECT_EQ(thrown<IoKitException>([&] { device.init(service, notification); }),
+              "Unable to create a plug-in. [return value = 0xe00002be]");
+    EXPECT_EQ(mUsb.references(notification), 1);
+  }
+  mUsb.release(notification);
+}
+
+TEST_F(QuillUsbDeviceTest, AssignmentSharesTheDeviceAndDropsTheOneBefore) {
+  const QuillUsbDevice device = make(fakePrinter("ONE"));
+  QuillUsbDevice assigned = make(fakePrinter("TWO"));
+  const auto dropped = mService;
+  assigned = device;
+  EXPECT_EQ(&assigned.getSerialNum(), &device.getSerialNum());
+  EXPECT_EQ(mUsb.references(dropped), 0);
+}
+
 TEST_F(QuillUsbDeviceTest, SelfAssignmentKeepsTheDevice) {
   QuillUsbDevice device = make();
   const QuillUsbDevice& itself = device;

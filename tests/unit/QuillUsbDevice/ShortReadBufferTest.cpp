@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "Log.h"
 #include "ShortReadBuffer.h"
 #include "UsbTest.h"
 
@@ -56,6 +57,20 @@ TEST_F(ShortReadBufferTest, LogsWhatCameAndWhatWasTaken) {
           LogEntry{7, "SRB::handleReadCompletion 8 bytes added"},
           LogEntry{7, "SRB::read requested 3; copying 3; 5 bytes left in short read buffer"},
           LogEntry{7, "SRB::read requested 16; copying 5; 0 bytes left in short read buffer"}));
+}
+
+TEST_F(ShortReadBufferTest, LogsInDecimalWhateverTheLogWasLeftIn) {
+  ShortReadBuffer buffer(64);
+  std::string taken(32, '?');
+  Log<7>() << std::hex;
+  buffer.handleReadCompletion(64);
+  Log<7>() << std::hex;
+  buffer.read(taken.data(), 32);
+  EXPECT_THAT(
+      mPlatform.entries(),
+      ElementsAre(
+          LogEntry{7, "SRB::handleReadCompletion 64 bytes added"},
+          LogEntry{7, "SRB::read requested 32; copying 32; 32 bytes left in short read buffer"}));
 }
 
 using ShortReadBufferDeathTest = ShortReadBufferTest;

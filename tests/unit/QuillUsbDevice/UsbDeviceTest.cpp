@@ -72,6 +72,15 @@ TEST_F(UsbDeviceTest, FailedQueryReleasesThePlugIn) {
                                             "releasePlugIn printer"));
 }
 
+TEST_F(UsbDeviceTest, NegativeQueryResultWithAnObjectReleasesBoth) {
+  mUsb.script("queryDevice", platform::kIOReturnError, true);
+  EXPECT_EQ(makeFails(),
+            "Couldn\u2019t create a device interface for the device."
+            " [return value = 0xe00002bc]");
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("createPlugIn printer device", "queryDevice printer",
+                                            "releasePlugIn printer", "releaseObject printer"));
+}
+
 TEST_F(UsbDeviceTest, SuccessfulQueryWithoutObjectIsAFailure) {
   mUsb.script("queryDevice", platform::kIOReturnSuccess);
   EXPECT_EQ(makeFails(),
@@ -164,6 +173,8 @@ TEST_F(UsbDeviceTest, DeviceThatFailsToReEnumerateStaysOpen) {
   EXPECT_EQ(thrown<IoKitException>([&] { make().reEnumerate(); }),
             "Failed to re-enumerate device. [return value = 0xe00002ed]");
   EXPECT_THAT(mUsb.takeCalls(), ElementsAre("open printer", "reEnumerate printer options=0"));
+  mDevice.reset();
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("releaseObject printer", "release printer"));
 }
 
 TEST_F(UsbDeviceTest, ResultOfTheCloseIsIgnored) {

@@ -1,4 +1,6 @@
+#include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <random>
 
 #include "UsbInterfaceTest.h"
@@ -54,6 +56,24 @@ TEST_F(UsbInterfaceReadTest, WholePacketsAreOneTransferIntoTheCallersBuffer) {
   EXPECT_THAT(mNotifier.told(), ElementsAre("complete"));
   EXPECT_EQ(mBuffer, letters(192));
   EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
+}
+
+TEST_F(UsbInterfaceReadTest, OnePacketExactlyDoesNotTouchTheShortReadBuffer) {
+  read(64);
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre(kClear, readOf(64)));
+  EXPECT_EQ(mUsb.transfers().front()->target, mBuffer.data());
+  send(letters(64));
+  EXPECT_EQ(mBuffer, letters(64));
+  EXPECT_THAT(mPlatform.takeEntries(), ElementsAre());
+}
+
+TEST_F(UsbInterfaceReadTest, OneByteLessThanAPacketGoesThroughTheShortReadBuffer) {
+  read(63);
+  EXPECT_NE(mUsb.transfers().front()->target, mBuffer.data());
+  send(letters(64));
+  EXPECT_EQ(mBuffer, letters(63));
+  read(1);
+  EXPECT_EQ(mBuffer, letters(1, 63));
 }
 
 TEST_F(UsbInterfaceReadTest, IsNotCompleteBeforeTheRunLoopSaysSo) {
@@ -182,22 +202,26 @@ TEST_F(UsbInterfaceReadTest, TimeOutIsThatOfEachTransfer) {
 }
 
 TEST_F(UsbInterfaceReadTest, StreamArrivesUnbrokenHoweverItIsCut) {
-  std::mt19937 random(1);
-  const std::string stream = letters(20000);
-  std::size_t sent = 0;
-  std::string received;
-  while (received.size() < 15000) {
-    read(1 + random() % 300);
-    while (!mUsb.transfers().empty()) {
-      const std::size_t most = mUsb.transfers().front()->size;
-      const std::size_t count = random() % 4 == 0 ? most : random() % (most + 1);
-      send(stream.substr(sent, count));
-      sent += count;
+  for (const std::uint16_t packet :
+       std::initializer_list<std::uint16_t>{1, 3, 8, 63, 64, 512, 65535}) {
+    SCOPED_TRACE(packet);
+    makeOpen({outPipe(), inPipe(packet)});
+    std::mt19937 random(1);
+    std::size_t sent = 0;
+    std::string received;
+    while (received.size() < 5000) {
+      read(1 + random() % 300);
+      while (!mUsb.transfers().empty()) {
+        const std::size_t most = mUsb.transfers().front()->size;
+        const std::size_t count = random() % 4 == 0 ? most : random() % (most + 1);
+        send(letters(count, sent));
+        sent += count;
+      }
+      received += mBuffer;
+      ASSERT_THAT(mNotifier.told().back(), "complete");
     }
-    received += mBuffer;
-    ASSERT_THAT(mNotifier.told().back(), "complete");
+    EXPECT_EQ(received, letters(received.size()));
   }
-  EXPECT_EQ(received, stream.substr(0, received.size()));
 }
 
 TEST_F(UsbInterfaceReadTest, FailedTransferIsToldWithItsCodeAndNotRetried) {

@@ -26,6 +26,21 @@ TEST_F(UsbInterfaceWriteTest, IsOneTransferWhateverItsLength) {
   EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
 }
 
+TEST_F(UsbInterfaceWriteTest, TransferTakesTheBytesFromTheCallersBuffer) {
+  const std::string image(100, 'i');
+  write(image);
+  EXPECT_EQ(mUsb.transfers().front()->source, image.data());
+}
+
+TEST_F(UsbInterfaceWriteTest, FailedTransferIsNotRetried) {
+  write("hello");
+  mUsb.takeCalls();
+  fail(platform::kIOUSBPipeStalled);
+  EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
+  EXPECT_THAT(mNotifier.told(),
+              ElementsAre("failed: Async write failed: I/O Kit error=0xe000404f"));
+}
+
 TEST_F(UsbInterfaceWriteTest, StallIsClearedBeforeEachTransfer) {
   write("a");
   complete(1);

@@ -1,5 +1,6 @@
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "EngineFixture.h"
 #include "FakeRunLoop.h"
@@ -8,6 +9,7 @@
 #include "IoKitException.h"
 #include "Log.h"
 #include "UsbTransport.h"
+#include "platform/SystemLog.h"
 
 using namespace platform::literals;
 
@@ -233,6 +235,47 @@ TEST_F(UsbTransportTest, KeepsTheDeviceForItsLifeAndLogsItsEnd) {
   mTransport.reset();
   EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Cleaning up USB transport."}));
   EXPECT_EQ(mUsb.references(mService), 0);
+}
+
+// Counts the references to an object whenever an entry is written.
+class CountingLog : public platform::SystemLog {
+ public:
+  CountingLog(const FakeUsbRegistry& usb, platform::io_object_t object)
+      : mUsb(usb), mObject(object) {}
+  void open(const char*, int, int) override {}
+  void write(int, const char* text) override {
+    mCounts.emplace_back(text, mUsb.references(mObject));
+  }
+  void close() override {}
+
+  const std::vector<std::pair<std::string, int>>& counts() const { return mCounts; }
+
+ private:
+  const FakeUsbRegistry& mUsb;
+  platform::io_object_t mObject;
+  std::vector<std::pair<std::string, int>> mCounts;
+};
+
+TEST_F(UsbTransportTest, LogsItsEndBeforeItDropsTheDevice) {
+  makeOpen();
+  CountingLog log(mUsb, mService);
+  platform::Platform platform = platform::current();
+  platform.systemLog = &log;
+  const platform::PlatformScope scope(platform);
+  mTransport.reset();
+  EXPECT_THAT(log.counts(), ElementsAre(testing::Pair("Cleaning up USB transport.", 1)));
+  EXPECT_EQ(mUsb.references(mService), 0);
+}
+
+TEST_F(UsbTransportTest, EndDoesNotCloseADeviceThatAnotherHandleKeeps) {
+  const QuillUsbDevice device = plugIn(fakePrinter());
+  mTransport.emplace(device, mDownloader);
+  mTransport->write("x", 1);
+  takeWrite();
+  mUsb.takeCalls();
+  mTransport.reset();
+  EXPECT_THAT(mUsb.takeCalls(), IsEmpty());
+  EXPECT_EQ(device.getSerialNum(), "VX0042");
 }
 
 TEST_F(UsbTransportTest, NothingIsPostedForATransferThatItsEndCutsOff) {
