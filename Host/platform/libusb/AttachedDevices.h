@@ -3,8 +3,8 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "RegistryObjects.h"

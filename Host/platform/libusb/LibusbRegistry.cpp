@@ -8,6 +8,7 @@
 #include "AttachedDevices.h"
 #include "LibusbPlugIn.h"
 #include "Notifications.h"
+#include "PropertyMatching.h"
 
 namespace platform {
 namespace {

@@ -1,70 +1,68 @@
 #include "UsbDescription.h"
 
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <initializer_list>
 #include <memory>
-#include <string_view>
+#include <span>
+#include <utility>
+
+#include "SysfsAttribute.h"
 
 namespace platform {
 namespace {
 
 constexpr std::size_t kMaxNameBytes = 127;
+constexpr std::size_t kMaxHubs = 7;
 
-// The kernel's name for the device: "1-2.3" is port 3 of the hub on port 2 of bus 1.
-std::string sysfsName(libusb_device* device) {
-  const std::string bus = std::to_string(libusb_get_bus_number(device));
-  std::array<std::uint8_t, 7> ports{};
-  const int count = libusb_get_port_numbers(device, ports.data(), static_cast<int>(ports.size()));
-  if (count <= 0) return "usb" + bus;
-  std::string name = bus;
-  for (int i = 0; i < count; ++i) {
-    name += i == 0 ? '-' : '.';
-    name += std::to_string(ports[static_cast<std::size_t>(i)]);
+// Where the device is plugged in: the port on each hub on the way; none for a root hub itself.
+struct Place {
+  explicit Place(libusb_device* device) : bus(libusb_get_bus_number(device)) {
+    std::array<std::uint8_t, kMaxHubs> numbers{};
+    const int count = libusb_get_port_numbers(device, numbers.data(), kMaxHubs);
+    if (count > 0) ports.assign(numbers.begin(), numbers.begin() + count);
   }
-  return name;
-}
 
-// The text of one attribute; null when there is none, as for a string that the device lacks.
-Text readAttribute(const std::filesystem::path& directory, const char* attribute) {
-  std::ifstream file(directory / attribute, std::ios::binary);
-  if (!file) return {};
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (file.bad()) return {};
-  if (text.ends_with('\n')) text.pop_back();
-  return Text::fromUtf8(text);
-}
+  // The kernel's name for the device: "1-2.3" is port 3 of the hub on port 2 of bus 1.
+  std::string sysfsName() const {
+    if (ports.empty()) return "usb" + std::to_string(bus);
+    std::string name = std::to_string(bus);
+    char separator = '-';
+    for (const std::uint8_t port : ports) {
+      name += std::exchange(separator, '.') + std::to_string(port);
+    }
+    return name;
+  }
 
-void add(PropertyDictionary& properties, const char* key, PropertyValue value) {
-  properties.entries.emplace_back(Text::fromUtf8(key), std::move(value));
-}
+  // Bus number, then four bits for each port, as far as they go.
+  std::uint32_t locationId() const {
+    std::uint32_t location = std::uint32_t{bus} << 24;
+    int shift = 20;
+    for (const std::uint8_t port : ports) {
+      if (shift < 0) break;
+      location |= (port & 0xFu) << shift;
+      shift -= 4;
+    }
+    return location;
+  }
 
-void addNumber(PropertyDictionary& properties, const char* key, std::uint8_t value) {
-  add(properties, key, PropertyNumber{value, 2});
-}
-
-void addNumber(PropertyDictionary& properties, const char* key, std::uint16_t value) {
-  add(properties, key, PropertyNumber{static_cast<std::int16_t>(value), 2});
-}
-
-void addNumber(PropertyDictionary& properties, const char* key, std::uint32_t value) {
-  add(properties, key, PropertyNumber{static_cast<std::int32_t>(value), 4});
-}
+  std::uint8_t bus;
+  std::vector<std::uint8_t> ports;
+};
 
 void addText(PropertyDictionary& properties, const char* key, const Text& text) {
-  if (!text.isNull()) add(properties, key, text);
+  if (!text.isNull()) properties.entries.emplace_back(Text::fromUtf8(key), text);
 }
 
-// Bus number, then four bits for the port on each hub on the way.
-std::uint32_t locationId(libusb_device* device) {
-  std::array<std::uint8_t, 7> ports{};
-  const int count = libusb_get_port_numbers(device, ports.data(), static_cast<int>(ports.size()));
-  std::uint32_t location = std::uint32_t{libusb_get_bus_number(device)} << 24;
-  for (int i = 0; i < count && i < 6; ++i) {
-    location |= (ports[static_cast<std::size_t>(i)] & 0xFu) << (20 - 4 * i);
+void addNumber(PropertyDictionary& properties, const char* key, PropertyNumber number) {
+  properties.entries.emplace_back(Text::fromUtf8(key), number);
+}
+
+// Fields of a descriptor.
+void addFields(PropertyDictionary& properties,
+               std::initializer_list<std::pair<const char*, std::uint16_t>> fields) {
+  for (const auto& [key, value] : fields) {
+    addNumber(properties, key, {static_cast<std::int16_t>(value), sizeof value});
   }
-  return location;
 }
 
 // At most 127 bytes, and whole characters.
@@ -87,36 +85,11 @@ UsbEndpointDescription describeEndpoint(const libusb_endpoint_descriptor& endpoi
   return description;
 }
 
-UsbInterfaceDescription describeInterface(const libusb_interface_descriptor& interface,
-                                          std::uint8_t configuration,
-                                          const std::filesystem::path& deviceDirectory) {
-  UsbInterfaceDescription description;
-  description.number = interface.bInterfaceNumber;
-  description.alternateSetting = interface.bAlternateSetting;
-  description.interfaceClass = interface.bInterfaceClass;
-  description.interfaceSubClass = interface.bInterfaceSubClass;
-  description.interfaceProtocol = interface.bInterfaceProtocol;
-  for (int i = 0; i < interface.bNumEndpoints; ++i) {
-    description.endpoints.push_back(describeEndpoint(interface.endpoint[i]));
-  }
-
-  const std::filesystem::path directory =
-      deviceDirectory / (deviceDirectory.filename().string() + ":" + std::to_string(configuration) +
-                         "." + std::to_string(interface.bInterfaceNumber));
-  const Text name = readAttribute(directory, "interface");
-  description.name = entryName(name, "IOUSBInterface");
-
-  PropertyDictionary& properties = description.properties;
-  addText(properties, "USB Interface Name", name);
-  addNumber(properties, "bInterfaceNumber", interface.bInterfaceNumber);
-  addNumber(properties, "bAlternateSetting", interface.bAlternateSetting);
-  addNumber(properties, "bInterfaceClass", interface.bInterfaceClass);
-  addNumber(properties, "bInterfaceSubClass", interface.bInterfaceSubClass);
-  addNumber(properties, "bInterfaceProtocol", interface.bInterfaceProtocol);
-  addNumber(properties, "bNumEndpoints", interface.bNumEndpoints);
-  addNumber(properties, "bConfigurationValue", configuration);
-  addNumber(properties, "iInterface", interface.iInterface);
-  return description;
+// Where the descriptors end in the middle of an interface, libusb gives their number and none.
+std::span<const libusb_endpoint_descriptor> endpointsOf(
+    const libusb_interface_descriptor& interface) {
+  if (interface.endpoint == nullptr) return {};
+  return {interface.endpoint, interface.bNumEndpoints};
 }
 
 void describeConfiguration(libusb_device* device, const std::filesystem::path& directory,
@@ -130,83 +103,74 @@ void describeConfiguration(libusb_device* device, const std::filesystem::path& d
     const libusb_interface& interface = active->interface[i];
     if (interface.num_altsetting < 1) continue;
     description.interfaces.push_back(
-        describeInterface(interface.altsetting[0], active->bConfigurationValue, directory));
+        describeUsbInterface(interface.altsetting[0], active->bConfigurationValue, directory));
   }
-}
-
-std::uint64_t asUnsigned(const PropertyNumber& number) {
-  const auto value = static_cast<std::uint64_t>(number.value);
-  return number.width >= sizeof value ? value
-                                      : value & ((std::uint64_t{1} << (8 * number.width)) - 1);
-}
-
-bool isWanted(const PropertyValue& wanted, const PropertyValue& own) {
-  const auto* const wantedNumber = std::get_if<PropertyNumber>(&wanted);
-  const auto* const ownNumber = std::get_if<PropertyNumber>(&own);
-  if (wantedNumber != nullptr && ownNumber != nullptr) {
-    if (wantedNumber->width == 2) return asUnsigned(*wantedNumber) == asUnsigned(*ownNumber);
-    return wantedNumber->value == static_cast<std::int64_t>(asUnsigned(*ownNumber));
-  }
-  const auto* const wantedText = std::get_if<Text>(&wanted);
-  const auto* const ownText = std::get_if<Text>(&own);
-  return wantedText != nullptr && ownText != nullptr && !wantedText->isNull() &&
-         wantedText->utf8() == ownText->utf8();
 }
 
 }  // namespace
 
+UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& interface,
+                                             std::uint8_t configuration,
+                                             const std::filesystem::path& deviceDirectory) {
+  UsbInterfaceDescription description;
+  description.number = interface.bInterfaceNumber;
+  description.alternateSetting = interface.bAlternateSetting;
+  description.interfaceClass = interface.bInterfaceClass;
+  description.interfaceSubClass = interface.bInterfaceSubClass;
+  description.interfaceProtocol = interface.bInterfaceProtocol;
+  for (const libusb_endpoint_descriptor& endpoint : endpointsOf(interface)) {
+    description.endpoints.push_back(describeEndpoint(endpoint));
+  }
+
+  const std::string directory = deviceDirectory.filename().string() + ":" +
+                                std::to_string(configuration) + "." +
+                                std::to_string(interface.bInterfaceNumber);
+  const Text name = readSysfsAttribute(deviceDirectory / directory, "interface");
+  description.name = entryName(name, "IOUSBInterface");
+  addText(description.properties, "USB Interface Name", name);
+  addFields(description.properties, {{"bInterfaceNumber", interface.bInterfaceNumber},
+                                     {"bAlternateSetting", interface.bAlternateSetting},
+                                     {"bInterfaceClass", interface.bInterfaceClass},
+                                     {"bInterfaceSubClass", interface.bInterfaceSubClass},
+                                     {"bInterfaceProtocol", interface.bInterfaceProtocol},
+                                     {"bNumEndpoints", interface.bNumEndpoints},
+                                     {"bConfigurationValue", configuration},
+                                     {"iInterface", interface.iInterface}});
+  return description;
+}
+
 UsbDeviceDescription describeUsbDevice(libusb_device* device) {
+  const Place place(device);
   const std::filesystem::path directory =
-      std::filesystem::path("/sys/bus/usb/devices") / sysfsName(device);
+      std::filesystem::path("/sys/bus/usb/devices") / place.sysfsName();
   libusb_device_descriptor descriptor{};
   libusb_get_device_descriptor(device, &descriptor);
 
   UsbDeviceDescription description;
-  description.vendorId = descriptor.idVendor;
-  description.productId = descriptor.idProduct;
-  const Text product = readAttribute(directory, "product");
+  const Text product = readSysfsAttribute(directory, "product");
   description.name = entryName(product, "IOUSBDevice");
 
   PropertyDictionary& properties = description.properties;
   addText(properties, "USB Product Name", product);
-  addText(properties, "USB Vendor Name", readAttribute(directory, "manufacturer"));
-  addText(properties, "USB Serial Number", readAttribute(directory, "serial"));
-  addNumber(properties, "idVendor", descriptor.idVendor);
-  addNumber(properties, "idProduct", descriptor.idProduct);
-  addNumber(properties, "bcdDevice", descriptor.bcdDevice);
-  addNumber(properties, "bcdUSB", descriptor.bcdUSB);
-  addNumber(properties, "bDeviceClass", descriptor.bDeviceClass);
-  addNumber(properties, "bDeviceSubClass", descriptor.bDeviceSubClass);
-  addNumber(properties, "bDeviceProtocol", descriptor.bDeviceProtocol);
-  addNumber(properties, "bMaxPacketSize0", descriptor.bMaxPacketSize0);
-  addNumber(properties, "bNumConfigurations", descriptor.bNumConfigurations);
-  addNumber(properties, "iManufacturer", descriptor.iManufacturer);
-  addNumber(properties, "iProduct", descriptor.iProduct);
-  addNumber(properties, "iSerialNumber", descriptor.iSerialNumber);
-  addNumber(properties, "locationID", locationId(device));
-  addNumber(properties, "USB Address", libusb_get_device_address(device));
+  addText(properties, "USB Vendor Name", readSysfsAttribute(directory, "manufacturer"));
+  addText(properties, "USB Serial Number", readSysfsAttribute(directory, "serial"));
+  addFields(properties, {{"idVendor", descriptor.idVendor},
+                         {"idProduct", descriptor.idProduct},
+                         {"bcdDevice", descriptor.bcdDevice},
+                         {"bcdUSB", descriptor.bcdUSB},
+                         {"bDeviceClass", descriptor.bDeviceClass},
+                         {"bDeviceSubClass", descriptor.bDeviceSubClass},
+                         {"bDeviceProtocol", descriptor.bDeviceProtocol},
+                         {"bMaxPacketSize0", descriptor.bMaxPacketSize0},
+                         {"bNumConfigurations", descriptor.bNumConfigurations},
+                         {"iManufacturer", descriptor.iManufacturer},
+                         {"iProduct", descriptor.iProduct},
+                         {"iSerialNumber", descriptor.iSerialNumber},
+                         {"USB Address", libusb_get_device_address(device)}});
+  const std::uint32_t location = place.locationId();
+  addNumber(properties, "locationID", {static_cast<std::int32_t>(location), sizeof location});
   describeConfiguration(device, directory, description);
   return description;
-}
-
-bool isMatching(const MatchingDictionary& matching, const PropertyDictionary& properties) {
-  if (matching.className.utf8() != "IOUSBDevice") return false;
-  for (const auto& [key, wanted] : matching.properties.entries) {
-    const Text* const name = std::get_if<Text>(&key);
-    if (name == nullptr) return false;
-    const std::optional<PropertyValue> own = findProperty(properties, name->utf8());
-    if (!own || !isWanted(wanted, *own)) return false;
-  }
-  return true;
-}
-
-std::optional<PropertyValue> findProperty(const PropertyDictionary& properties,
-                                          std::string_view key) {
-  for (const auto& [name, value] : properties.entries) {
-    const Text* const text = std::get_if<Text>(&name);
-    if (text != nullptr && text->utf8() == key) return value;
-  }
-  return std::nullopt;
 }
 
 }  // namespace platform

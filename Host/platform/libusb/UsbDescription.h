@@ -1,12 +1,13 @@
 // What is known of an attached device and its interfaces without opening it: descriptors from
 // libusb's copy, strings from sysfs. Read once, when the device arrives, and kept unchanged, so
-// that it can be read after the device has gone.
+// that it can be read after the device has gone. Every device on the bus is described, so a
+// malformed one must do no harm.
 #pragma once
 
 #include <libusb-1.0/libusb.h>
 
 #include <cstdint>
-#include <optional>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -34,8 +35,6 @@ struct UsbInterfaceDescription {
 
 struct UsbDeviceDescription {
   std::string name;  // of the registry entry
-  std::uint16_t vendorId = 0;
-  std::uint16_t productId = 0;
   PropertyDictionary properties;
   bool configured = false;
   std::vector<UsbInterfaceDescription> interfaces;  // of the current configuration
@@ -43,10 +42,10 @@ struct UsbDeviceDescription {
 
 UsbDeviceDescription describeUsbDevice(libusb_device* device);
 
-// Whether a device with these properties is what `matching` looks for.
-bool isMatching(const MatchingDictionary& matching, const PropertyDictionary& properties);
-
-std::optional<PropertyValue> findProperty(const PropertyDictionary& properties,
-                                          std::string_view key);
+// `configuration` is the value of the interface's configuration, `deviceDirectory` the device in
+// sysfs.
+UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& interface,
+                                             std::uint8_t configuration,
+                                             const std::filesystem::path& deviceDirectory);
 
 }  // namespace platform
