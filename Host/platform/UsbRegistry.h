@@ -94,8 +94,12 @@ class UsbEventSource {
 };
 
 // Destroying an object releases it: transfers in flight are cancelled and reaped first, and their
-// callbacks are not called. `pipe` counts from 1 in descriptor order, whatever the endpoint
-// address; an operation on a pipe that the interface does not have gives kIOUSBUnknownPipeErr.
+// callbacks are not called. An interface that is open already, by whatever object or program, gives
+// kIOReturnExclusiveAccess; everything but open() on one that is not gives kIOReturnNotOpen. `pipe`
+// counts from 1 in descriptor order, whatever the endpoint address; an operation on a pipe that the
+// interface does not have gives kIOUSBUnknownPipeErr, a transfer against its direction
+// kIOReturnBadArgument. A pipe that has stalled ends its transfers with kIOUSBPipeStalled until it
+// is cleared.
 class UsbInterfaceObject {
  public:
   virtual ~UsbInterfaceObject() = default;

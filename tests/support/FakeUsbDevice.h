@@ -12,6 +12,9 @@ struct FakeUsbInterface {
   std::string name;  // of the registry entry
   std::vector<platform::UsbPipeProperties> pipes;
   platform::PropertyDictionary properties;
+  std::uint16_t interfaceSubClass = 0;
+  std::uint16_t interfaceProtocol = 0;
+  std::uint16_t alternateSetting = 0;
 };
 
 struct FakeUsbDevice {

@@ -2,7 +2,9 @@
 // list. Not for tests themselves.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,11 +14,19 @@
 // One entry: a device, or an interface of one.
 struct FakeUsbEntry {
   std::string label;
+  platform::io_service_t number = 0;
   bool attached = true;
   bool isDevice = false;
-  FakeUsbDevice device;                            // of a device
-  std::vector<platform::io_service_t> interfaces;  // of a device
-  FakeUsbInterface interface;                      // of an interface
+  FakeUsbDevice device;                              // of a device
+  std::vector<platform::io_service_t> interfaces;    // of a device
+  FakeUsbInterface interface;                        // of an interface
+  platform::io_service_t parent = 0;                 // of an interface
+  const FakeUsbInterfaceObject* openedBy = nullptr;  // of an interface
+  std::set<std::uint8_t> stalledPipes;               // of an interface
+
+  const platform::PropertyDictionary& properties() const {
+    return isDevice ? device.properties : interface.properties;
+  }
 };
 
 class FakeUsbPort : public platform::UsbNotificationPort {
@@ -58,10 +68,9 @@ class FakeUsbDeviceObject : public platform::UsbDeviceObject {
                                              platform::io_iterator_t& iterator) override;
 
  private:
-  platform::IOReturn noteIo(const std::string& call);
-
   FakeUsbRegistry& mRegistry;
   std::shared_ptr<FakeUsbEntry> mEntry;
+  bool mIsOpen = false;
 };
 
 class FakeUsbInterfaceObject : public platform::UsbInterfaceObject,
@@ -84,13 +93,25 @@ class FakeUsbInterfaceObject : public platform::UsbInterfaceObject,
                                       std::uint32_t noDataTimeout, std::uint32_t completionTimeout,
                                       platform::IOAsyncCallback callback, void* refCon) override;
 
+  bool isAttached() const { return mEntry->attached; }
+  bool isOf(platform::io_service_t service) const { return mEntry->number == service; }
+
+  // Calls back from the run loop, as soon as there is one, unless the transfer is cancelled first.
+  void deliver(std::shared_ptr<FakeUsbTransfer> transfer, platform::IOReturn result,
+               std::size_t numBytes);
+
  private:
   void addTo(platform::RunLoop& runLoop) override;
   std::string line(const std::string& call) const { return call + " " + mEntry->label; }
+  platform::IOReturn usualWhenOpen() const;
   platform::IOReturn usualFor(std::uint8_t pipe) const;
-  platform::IOReturn start(const std::string& call, std::shared_ptr<FakeUsbTransfer> transfer,
+  platform::IOReturn usualFor(const FakeUsbTransfer& transfer) const;
+  FakeUsbTransfer transferOf(std::uint8_t pipe, std::uint32_t size,
+                             platform::IOAsyncCallback callback, void* refCon);
+  platform::IOReturn start(const std::string& call, const FakeUsbTransfer& started,
                            std::uint32_t noDataTimeout, std::uint32_t completionTimeout);
-  void cancelTransfers();
+  void limitTime(const std::shared_ptr<FakeUsbTransfer>& transfer, std::uint32_t timeout);
+  void endSession();
 
   FakeUsbRegistry& mRegistry;
   std::shared_ptr<FakeUsbEntry> mEntry;
@@ -98,4 +119,5 @@ class FakeUsbInterfaceObject : public platform::UsbInterfaceObject,
   bool mHasSource = false;
   platform::RunLoop* mRunLoop = nullptr;
   std::vector<std::weak_ptr<FakeUsbTransfer>> mStarted;
+  std::vector<std::function<void()>> mUndelivered;  // until there is a run loop
 };

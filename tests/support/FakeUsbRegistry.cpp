@@ -13,6 +13,7 @@ namespace {
 
 bool isWanted(const FakeUsbEntry& entry, const platform::MatchingDictionary& matching) {
   if (!entry.isDevice || !entry.attached) return false;
+  if (matching.className.utf8() != "IOUSBDevice") return false;
   return std::all_of(matching.properties.entries.begin(), matching.properties.entries.end(),
                      [&entry](const auto& wanted) {
                        const std::string_view key = std::get<platform::Text>(wanted.first).utf8();
@@ -38,6 +39,7 @@ platform::io_object_t FakeUsbRegistry::newObject(const std::string& label) {
 
 platform::io_service_t FakeUsbRegistry::addEntry(std::shared_ptr<FakeUsbEntry> entry) {
   const platform::io_service_t number = newObject(entry->label);
+  entry->number = number;
   mEntries[number] = std::move(entry);
   return number;
 }
@@ -46,12 +48,26 @@ platform::io_iterator_t FakeUsbRegistry::newIterator(std::vector<platform::io_se
   const platform::io_iterator_t number =
       newObject("iterator" + std::to_string(++mCounters["iterator"]));
   mReferences[number] = 1;
+  for (const platform::io_service_t each : entries) ++mReferences.at(each);
   mIterators[number].assign(entries.begin(), entries.end());
   return number;
 }
 
 std::shared_ptr<FakeUsbEntry> FakeUsbRegistry::entry(platform::io_registry_entry_t number) const {
   return mEntries.at(number);
+}
+
+std::shared_ptr<FakeUsbEntry> FakeUsbRegistry::find(platform::io_registry_entry_t number) const {
+  const auto found = mEntries.find(number);
+  if (found == mEntries.end()) return nullptr;
+  const FakeUsbEntry& entry = *found->second;
+  const bool isKnown = entry.attached || mReferences.at(number) != 0 || find(entry.parent);
+  return isKnown ? found->second : nullptr;
+}
+
+std::string FakeUsbRegistry::label(platform::io_object_t object) const {
+  const auto found = mLabels.find(object);
+  return found == mLabels.end() ? "unknown object" : found->second;
 }
 
 std::vector<platform::io_service_t> FakeUsbRegistry::matchingEntries(
@@ -76,6 +92,7 @@ platform::io_service_t FakeUsbRegistry::attach(const FakeUsbDevice& device) {
     const int count = ++ofClass[interface.interfaceClass];
     if (count > 1) inner->label += "#" + std::to_string(count);
     inner->interface = interface;
+    inner->parent = number;
     entry->interfaces.push_back(addEntry(inner));
   }
   arrive(number);
@@ -93,6 +110,7 @@ void FakeUsbRegistry::arrive(platform::io_service_t service) {
   for (Match& match : mMatches) {
     if (!isWanted(*entry(service), match.matching)) continue;
     mIterators.at(match.iterator).push_back(service);
+    ++mReferences.at(service);
     if (!match.armed || match.port == nullptr || match.port->runLoop() == nullptr) continue;
     match.armed = false;
     match.port->runLoop()->callLater([this, iterator = match.iterator] {
@@ -110,6 +128,8 @@ void FakeUsbRegistry::detach(platform::io_service_t service) {
   for (const platform::io_service_t number : entry(service)->interfaces) {
     entry(number)->attached = false;
   }
+  endAll([](const FakeUsbTransfer& transfer) { return !transfer.object->isAttached(); },
+         platform::kIOReturnNoDevice);
   sendMessage(service, platform::kIOMessageServiceIsTerminated);
 }
 
@@ -145,38 +165,61 @@ int FakeUsbRegistry::references(platform::io_object_t object) const {
   return mReferences.at(object);
 }
 
-void FakeUsbRegistry::endOldest(IOReturn result, std::size_t numBytes) {
-  if (mTransfers.empty()) return mRecord.complain("no transfer is under way");
-  const std::shared_ptr<FakeUsbTransfer> transfer = mTransfers.front();
-  mTransfers.pop_front();
-  if (transfer->runLoop == nullptr) return mRecord.complain("the transfer has no run loop");
-  transfer->runLoop->callLater([transfer, result, numBytes] {
-    if (transfer->cancelled) return;
-    transfer->callback(transfer->refCon, result, reinterpret_cast<void*>(numBytes));
-  });
+std::shared_ptr<FakeUsbTransfer> FakeUsbRegistry::oldest() {
+  if (!mTransfers.empty()) return mTransfers.front();
+  mRecord.complain("no transfer is under way");
+  return nullptr;
 }
 
-void FakeUsbRegistry::completeRead(const std::string& bytes) {
-  if (!mTransfers.empty()) {
-    const FakeUsbTransfer& transfer = *mTransfers.front();
-    if (!transfer.isRead) return mRecord.complain("the transfer is a write");
-    if (bytes.size() > transfer.size) return mRecord.complain("too many bytes for the transfer");
-    std::memcpy(transfer.target, bytes.data(), bytes.size());
+void FakeUsbRegistry::end(const std::shared_ptr<FakeUsbTransfer>& transfer, IOReturn result,
+                          std::size_t numBytes) {
+  if (!transfer) return;
+  std::erase(mTransfers, transfer);
+  transfer->timer.reset();
+  transfer->object->deliver(transfer, result, numBytes);
+}
+
+void FakeUsbRegistry::endAll(const std::function<bool(const FakeUsbTransfer&)>& isMeant,
+                             IOReturn result) {
+  const std::deque<std::shared_ptr<FakeUsbTransfer>> transfers = mTransfers;
+  for (const std::shared_ptr<FakeUsbTransfer>& transfer : transfers) {
+    if (isMeant(*transfer)) end(transfer, result, 0);
   }
-  endOldest(kIOReturnSuccess, bytes.size());
 }
 
-void FakeUsbRegistry::completeWrite(std::size_t numBytes) {
-  if (!mTransfers.empty() && mTransfers.front()->isRead) {
-    return mRecord.complain("the transfer is a read");
-  }
-  endOldest(kIOReturnSuccess, numBytes);
+void FakeUsbRegistry::completeRead(const std::shared_ptr<FakeUsbTransfer>& transfer,
+                                   const std::string& bytes) {
+  if (!transfer) return;
+  if (!transfer->isRead) return mRecord.complain("the transfer is a write");
+  if (bytes.size() > transfer->size) return mRecord.complain("too many bytes for the transfer");
+  std::memcpy(transfer->target, bytes.data(), bytes.size());
+  end(transfer, kIOReturnSuccess, bytes.size());
 }
 
-void FakeUsbRegistry::failTransfer(IOReturn result) { endOldest(result, 0); }
+void FakeUsbRegistry::completeWrite(const std::shared_ptr<FakeUsbTransfer>& transfer,
+                                    std::size_t numBytes) {
+  if (!transfer) return;
+  if (transfer->isRead) return mRecord.complain("the transfer is a read");
+  end(transfer, kIOReturnSuccess, numBytes);
+}
+
+void FakeUsbRegistry::completeRead(const std::string& bytes) { completeRead(oldest(), bytes); }
+
+void FakeUsbRegistry::completeWrite(std::size_t numBytes) { completeWrite(oldest(), numBytes); }
+
+void FakeUsbRegistry::stall(platform::io_service_t interface, std::uint8_t pipe) {
+  entry(interface)->stalledPipes.insert(pipe);
+  endAll(
+      [&](const FakeUsbTransfer& transfer) {
+        return transfer.object->isOf(interface) && transfer.pipe == pipe;
+      },
+      platform::kIOUSBPipeStalled);
+}
+
+void FakeUsbRegistry::failTransfer(IOReturn result) { end(oldest(), result, 0); }
 
 void FakeUsbRegistry::claimCompletion(std::size_t numBytes) {
-  endOldest(kIOReturnSuccess, numBytes);
+  end(oldest(), kIOReturnSuccess, numBytes);
 }
 
 void FakeUsbRegistry::forgetPort(const FakeUsbPort& port) {

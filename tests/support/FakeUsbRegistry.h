@@ -1,11 +1,13 @@
 // A registry of USB devices that a test attaches and detaches by hand. It behaves as the surface
 // says, counts references and keeps the order of all calls; a test scripts the failures. Transfers
-// stay under way until the test ends them, and like the notifications their ends are put off to the
-// run loop that they were asked for. Must outlive everything that uses it.
+// stay under way until the test ends them, or their time is over on the run loop, or the device is
+// detached; like the notifications, their ends are put off to the run loop. Must outlive everything
+// that uses it.
 #pragma once
 
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -13,9 +15,11 @@
 
 #include "FakeUsbDevice.h"
 #include "FakeUsbRecord.h"
+#include "platform/RunLoop.h"
 #include "platform/UsbRegistry.h"
 
 struct FakeUsbEntry;
+class FakeUsbInterfaceObject;
 class FakeUsbPort;
 
 struct FakeUsbTransfer {
@@ -28,7 +32,8 @@ struct FakeUsbTransfer {
   std::uint32_t size = 0;
   platform::IOAsyncCallback callback = nullptr;
   void* refCon = nullptr;
-  platform::RunLoop* runLoop = nullptr;
+  FakeUsbInterfaceObject* object = nullptr;
+  std::shared_ptr<platform::RunLoop::Timer> timer;  // when its time is limited
   bool cancelled = false;
 };
 
@@ -57,6 +62,7 @@ class FakeUsbRegistry : public platform::UsbRegistry {
   // The returned number carries no reference.
   platform::io_service_t attach(const FakeUsbDevice& device);
   platform::io_service_t interfaceOf(platform::io_service_t device, std::size_t index = 0) const;
+  // Transfers under way end with kIOReturnNoDevice.
   void detach(platform::io_service_t service);
   void sendMessage(platform::io_service_t service, std::uint32_t messageType);
 
@@ -81,6 +87,14 @@ class FakeUsbRegistry : public platform::UsbRegistry {
 
   // Ends it with whatever number of bytes, and none in the buffer.
   void claimCompletion(std::size_t numBytes);
+
+  // The same for the transfer that is meant.
+  void completeRead(const std::shared_ptr<FakeUsbTransfer>& transfer, const std::string& bytes);
+  void completeWrite(const std::shared_ptr<FakeUsbTransfer>& transfer, std::size_t numBytes);
+
+  // Transfers of the pipe, those under way and later ones, end with kIOUSBPipeStalled until the
+  // pipe is cleared.
+  void stall(platform::io_service_t interface, std::uint8_t pipe);
 
   // The oldest first.
   const std::deque<std::shared_ptr<FakeUsbTransfer>>& transfers() const { return mTransfers; }
@@ -122,10 +136,19 @@ class FakeUsbRegistry : public platform::UsbRegistry {
   platform::io_iterator_t newIterator(std::vector<platform::io_service_t> entries);
   platform::io_service_t addEntry(std::shared_ptr<FakeUsbEntry> entry);
   std::shared_ptr<FakeUsbEntry> entry(platform::io_registry_entry_t number) const;
+  std::string label(platform::io_object_t object) const;
+
+  // Null for what is no entry, or one that is neither attached nor referred to any more.
+  std::shared_ptr<FakeUsbEntry> find(platform::io_registry_entry_t number) const;
+  void unreference(platform::io_object_t object);
   std::vector<platform::io_service_t> matchingEntries(
       const platform::MatchingDictionary& matching) const;
   void arrive(platform::io_service_t service);
-  void endOldest(platform::IOReturn result, std::size_t numBytes);
+  std::shared_ptr<FakeUsbTransfer> oldest();
+  void end(const std::shared_ptr<FakeUsbTransfer>& transfer, platform::IOReturn result,
+           std::size_t numBytes);
+  void endAll(const std::function<bool(const FakeUsbTransfer&)>& isMeant,
+              platform::IOReturn result);
   void forgetPort(const FakeUsbPort& port);
 
   FakeUsbRecord mRecord;

@@ -18,16 +18,19 @@ class RecordingFinder : public QuillUsbDeviceFinderAsync {
   void notifyDeviceFound(QuillUsbDevice& device) override {
     mTold.push_back("found " + device.getSerialNum());
     mFound.push_back(device);
+    if (mThrows) throw std::runtime_error("enough");
   }
 
   void notifyDeviceRemoved(QuillUsbDevice& device) override {
     mTold.push_back("removed " + device.getSerialNum());
     mRemoved.push_back(device);
+    if (mThrows) throw std::runtime_error("enough");
   }
 
   std::vector<std::string> mTold;
   std::vector<QuillUsbDevice> mFound;
   std::vector<QuillUsbDevice> mRemoved;
+  bool mThrows = false;
 };
 
 FakeUsbDevice labelled(const std::string& serialNumber) {
@@ -296,6 +299,28 @@ TEST_F(QuillUsbDeviceFinderAsyncTest, DeviceThatCannotBeMadeIsThrownAndLeavesNoN
               StartsWith("Unable to create a plug-in."));
   EXPECT_THAT(mFinder->mTold, IsEmpty());
   EXPECT_THAT(mUsb.interests(), IsEmpty());
+}
+
+TEST_F(QuillUsbDeviceFinderAsyncTest, DeviceIsKeptBeforeItIsReported) {
+  start().mThrows = true;
+  const auto device = mUsb.attach(labelled("one"));
+  EXPECT_EQ(thrown<std::runtime_error>([&] { mLoop.runAllLater(); }), "enough");
+  mFinder->mThrows = false;
+  detach(device);
+  EXPECT_THAT(mFinder->mTold, ElementsAre("found one", "removed one"));
+}
+
+TEST_F(QuillUsbDeviceFinderAsyncTest, DeviceIsDroppedAfterItsRemovalIsReported) {
+  start();
+  const auto device = attach("one");
+  mFinder->mThrows = true;
+  mUsb.detach(device);
+  EXPECT_EQ(thrown<std::runtime_error>([&] { mLoop.runAllLater(); }), "enough");
+  mFinder->mThrows = false;
+  mUsb.sendMessage(device, platform::kIOMessageServiceIsTerminated);
+  mUsb.sendMessage(device, platform::kIOMessageServiceIsTerminated);
+  mLoop.runAllLater();
+  EXPECT_THAT(mFinder->mTold, ElementsAre("found one", "removed one", "removed one"));
 }
 
 TEST_F(QuillUsbDeviceFinderAsyncTest, EndsInThisOrder) {

@@ -298,10 +298,18 @@ TEST_F(UsbInterfaceReadTest, LaterPartThatCannotBeIssuedIsToldAsFailed) {
 
 TEST_F(UsbInterfaceReadTest, UnpluggedDeviceFailsTheNextPart) {
   read(100);
+  mUsb.completeRead(letters(64));
   mUsb.detach(mDevice);
-  send(letters(64));
+  mLoop.runAllLater();
   EXPECT_THAT(mNotifier.told(),
               ElementsAre("failed: Failed to clear pipe stall. [return value = 0xe00002c0]"));
+}
+
+TEST_F(UsbInterfaceReadTest, UnpluggedDeviceFailsThePartUnderWay) {
+  read(100);
+  mUsb.detach(mDevice);
+  mLoop.runAllLater();
+  EXPECT_THAT(mNotifier.told(), ElementsAre("failed: Async read failed: I/O Kit error=0xe00002c0"));
 }
 
 TEST_F(UsbInterfaceReadTest, LengthBeyond32BitsIsRefusedBeforeAnythingIsDone) {

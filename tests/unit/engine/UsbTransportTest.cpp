@@ -371,11 +371,23 @@ TEST_F(UsbDownloadTest, FailedTransferEndsAsFailedAndDropsTheDevice) {
   EXPECT_EQ(mUsb.references(mService), 0);
 }
 
-TEST_F(UsbDownloadTest, UnpluggedPrinterEndsAsFailed) {
+TEST_F(UsbDownloadTest, PrinterUnpluggedDuringATransferEndsAsFailed) {
   start();
   mUsb.detach(mService);
+  mLoop.runAllLater();
   takeEntries();
-  printerTakesWrite();
+  mEvents.deliverAll();
+  EXPECT_THAT(commands(), ElementsAre("command DlNo"));
+  EXPECT_EQ(mUsb.references(mService), 0);
+}
+
+TEST_F(UsbDownloadTest, PrinterUnpluggedBetweenTransfersEndsAsFailed) {
+  start();
+  mUsb.completeWrite(34);
+  mUsb.detach(mService);
+  mLoop.runAllLater();
+  takeEntries();
+  mEvents.deliverAll();
   EXPECT_THAT(commands(), ElementsAre("command DlNo"));
   EXPECT_THAT(takeEntries(),
               Contains(LogEntry{3,
