@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <stdexcept>
@@ -17,7 +18,11 @@
 #include <thread>
 
 #include "Figures.h"
-#include "UsbHostTest.h"
+#include "KernelDriver.h"
+#include "PollRunLoop.h"
+#include "UsbHost.h"
+#include "UsbPrinterProcess.h"
+#include "platform/libusb/LibusbRegistry.h"
 
 namespace {
 
@@ -67,41 +72,44 @@ double sendImage(Wire&& wire, const std::string& image) {
   return time.count();
 }
 
-// The fixture of the USB tests, for its ways to find the printer and to await transfers.
-class Host : public UsbHostTest {
+// The program's registry.
+class Host {
  public:
-  class Interface;
-
-  Host() : mDevice(awaitPrinter()) {
+  Host() : mDevice(mHost.awaitPrinter()) {
     require(mDevice != 0, "no printer appears");
     require(mLoop.runUntil([] { return kernelDriver() == "usblp"; }), "usblp does not bind");
   }
 
- private:
-  void TestBody() override {}
+  // The printer interface, opened.
+  class Interface;
 
+ private:
+  PollRunLoop mLoop;
+  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(mLoop);
+  UsbHost mHost{*mRegistry, mLoop,
+                [this](const std::function<bool()>& done) { return mLoop.runUntil(done); }};
   platform::io_service_t mDevice;
 };
 
 class Host::Interface : public Wire {
  public:
   explicit Interface(Host& host)
-      : mHost(host), mInterface(host.openInterface(host.mDevice, kPrinterClass)) {}
+      : mHost(host.mHost), mInterface(mHost.openInterface(host.mDevice, UsbHost::kPrinterClass)) {}
 
   void write(const std::string& bytes) override {
-    const TransferEnd end = mHost.UsbHostTest::write(*mInterface, bytes, kTimeout);
+    const TransferEnd end = mHost.write(*mInterface, bytes, kTimeout);
     require(end == TransferEnd{platform::kIOReturnSuccess, bytes.size()}, "a write fails");
   }
 
   std::string read() override {
     std::string bytes;
-    const TransferEnd end = mHost.UsbHostTest::read(*mInterface, bytes, kPacket, kTimeout);
+    const TransferEnd end = mHost.read(*mInterface, bytes, kPacket, kTimeout);
     require(end.result == platform::kIOReturnSuccess, "a read fails");
     return bytes;
   }
 
  private:
-  Host& mHost;
+  UsbHost& mHost;
   std::unique_ptr<platform::UsbInterfaceObject> mInterface;
 };
 

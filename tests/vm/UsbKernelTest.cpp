@@ -1,0 +1,83 @@
+// What the registry makes of the kernel's ways, beyond what every registry promises.
+#include <gmock/gmock.h>
+
+#include "AsOtherUser.h"
+#include "KernelDriver.h"
+#include "OtherProgram.h"
+#include "UsbHostTest.h"
+#include "UsbPrinterProcess.h"
+
+namespace {
+
+using platform::io_service_t;
+using platform::kIOReturnSuccess;
+
+constexpr std::size_t kPacket = 512;
+
+class UsbKernelTest : public UsbHostTest {
+ protected:
+  UsbKernelTest() {
+    EXPECT_TRUE(mLoop.runUntil([] { return kernelDriver() == "usblp"; }));
+  }
+
+  std::unique_ptr<platform::UsbInterfaceObject> makeAcl() {
+    return mHost.interfaceObject(mDevice, UsbHost::kPrinterClass);
+  }
+
+  std::unique_ptr<platform::UsbInterfaceObject> openAcl() {
+    return mHost.openInterface(mDevice, UsbHost::kPrinterClass);
+  }
+
+  UsbPrinterProcess mPrinter;
+  io_service_t mDevice = mHost.awaitPrinter();
+};
+
+TEST_F(UsbKernelTest, TheKernelDriverGivesWayAndComesBack) {
+  auto acl = makeAcl();
+  ASSERT_EQ(acl->open(), kIOReturnSuccess);
+  EXPECT_EQ(kernelDriver(), "usbfs");
+  EXPECT_EQ(acl->close(), kIOReturnSuccess);
+  EXPECT_EQ(kernelDriver(), "usblp");
+  ASSERT_EQ(acl->open(), kIOReturnSuccess);
+  EXPECT_EQ(kernelDriver(), "usbfs");
+  acl.reset();
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+TEST_F(UsbKernelTest, WithoutARightListingWorksAndOpeningIsNotPermitted) {
+  const AsOtherUser nobody;
+  EXPECT_EQ(mHost.text(mDevice, "USB Serial Number"), "VP000001");
+  EXPECT_EQ(makeAcl()->open(), platform::kIOReturnNotPermitted);
+  EXPECT_EQ(mHost.deviceObject(mDevice)->open(), platform::kIOReturnNotPermitted);
+}
+
+TEST_F(UsbKernelTest, AnInterfaceOfAnotherProgramIsExclusive) {
+  const OtherProgram other("VP000001", 1);
+  EXPECT_EQ(makeAcl()->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_EQ(mHost.interfaceObject(mDevice, UsbHost::kVendorClass)->open(), kIOReturnSuccess);
+}
+
+TEST_F(UsbKernelTest, APacketThatDoesNotFitIsAnOverrun) {
+  const auto acl = openAcl();
+  mHost.write(*acl, kStatusOff);
+  mHost.write(*acl, kIdRequest);
+  std::string bytes;
+  EXPECT_EQ(mHost.read(*acl, bytes, 8).result, platform::kIOReturnOverrun);
+}
+
+TEST_F(UsbKernelTest, ATransferAboveTheKernelsLimitIsOutOfMemory) {
+  const auto acl = openAcl();
+  EXPECT_EQ(mHost.write(*acl, std::string((16 << 20) + 1, 'x')),
+            (TransferEnd{platform::kIOReturnNoMemory, 0}));
+  EXPECT_EQ(mHost.write(*acl, kStatusOff), (TransferEnd{kIOReturnSuccess, 34}));
+}
+
+TEST_F(UsbKernelTest, TheDeviceIsDescribedWithoutATimerRunning) {
+  platform::PropertyDictionary properties;
+  EXPECT_EQ(mRegistry->properties(mDevice, properties), kIOReturnSuccess);
+  EXPECT_THAT(properties.entries, testing::SizeIs(17));
+  mLoop.runFor(std::chrono::milliseconds(50));
+  EXPECT_EQ(mLoop.timers(), 0u);
+}
+
+}  // namespace

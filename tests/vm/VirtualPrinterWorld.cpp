@@ -1,0 +1,71 @@
+// The registry on libusb, on the kernel's bus, with printers that are processes of their own.
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <map>
+
+#include "PollRunLoop.h"
+#include "UsbContract.h"
+#include "UsbPrinterProcess.h"
+#include "platform/libusb/LibusbRegistry.h"
+
+namespace {
+
+using Fault = PrinterOnUsb::Fault;
+
+std::string usbId(const PrinterOnUsb& printer) {
+  char id[sizeof "VVVV:PPPP"];
+  std::snprintf(id, sizeof id, "%04x:%04x", printer.vendorId, printer.productId);
+  return id;
+}
+
+std::vector<std::string> optionsFor(const PrinterOnUsb& printer) {
+  static const std::map<Fault, std::string> faults{
+      {Fault::NoPrinterInterface, "no-printer-interface"},
+      {Fault::InPipeFirst, "in-pipe-first"},
+      {Fault::EmptyPackets, "zero-packets"},
+      {Fault::StallsAtRequest, "stall@id-request"},
+      {Fault::TakesOneMessage, "hang@status-off"}};
+  std::vector<std::string> options{"--usb-id",           usbId(printer),  "--usb-manufacturer",
+                                   printer.manufacturer, "--usb-product", printer.product,
+                                   "--usb-serial",       printer.serial};
+  if (printer.fault != Fault::None) {
+    options.insert(options.end(), {"--fault", faults.at(printer.fault)});
+  }
+  return options;
+}
+
+class VirtualPrinterWorld : public UsbWorld {
+ public:
+  platform::UsbRegistry& registry() override { return *mRegistry; }
+  platform::RunLoop& runLoop() override { return mLoop; }
+
+  void plugIn(const PrinterOnUsb& printer) override {
+    mPrinters[printer.serial] = std::make_unique<UsbPrinterProcess>(optionsFor(printer));
+  }
+
+  void unplug(const std::string& serial) override { mPrinters.erase(serial); }
+
+  void awaitMessages(const std::string& serial, std::size_t count) override {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (mPrinters.at(serial)->receivedMessages().size() < count) {
+      if (std::chrono::steady_clock::now() > deadline) FAIL() << "the printer receives nothing";
+      usleep(5000);
+    }
+  }
+
+  bool runUntil(const std::function<bool()>& done) override { return mLoop.runUntil(done); }
+  void runFor(std::chrono::milliseconds time) override { mLoop.runFor(time); }
+
+ private:
+  PollRunLoop mLoop;
+  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(mLoop);
+  std::map<std::string, std::unique_ptr<UsbPrinterProcess>> mPrinters;
+};
+
+}  // namespace
+
+std::vector<UsbImplementation> usbImplementations() {
+  return {{"Libusb", [] { return std::unique_ptr<UsbWorld>(new VirtualPrinterWorld); }}};
+}
