@@ -41,6 +41,11 @@ class Files {
   virtual OSStatus checkDataFork(const std::filesystem::path& file) = 0;
 
   virtual OSStatus open(const std::filesystem::path& file, std::unique_ptr<OpenFile>& opened) = 0;
+
+  // Says that the `size` bytes of memory from `begin` on, not used so far, are about to take a file
+  // whole, so that the host can give that memory in few large pieces. A hint: nothing but speed
+  // depends on it.
+  virtual void expectWholeFile(void* begin, std::size_t size) = 0;
 };
 
 }  // namespace platform

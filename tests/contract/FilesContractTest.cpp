@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <ostream>
+#include <sstream>
 #include <string>
 
 #include "FakeFiles.h"
@@ -180,6 +182,16 @@ TEST_P(FilesContract, AbsentFileIsNotOpened) {
   EXPECT_EQ(mOpened, nullptr);
 }
 
+TEST_P(FilesContract, MemoryThatExpectsAFileKeepsWhatItHolds) {
+  std::string memory(3 << 20, 'x');
+  files().expectWholeFile(memory.data(), memory.size());
+  files().expectWholeFile(&memory[1], memory.size() - 2);
+  files().expectWholeFile(&memory[4097], 4095);
+  files().expectWholeFile(memory.data(), 0);
+  files().expectWholeFile(nullptr, 0);
+  EXPECT_EQ(memory, std::string(3 << 20, 'x'));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Files, FilesContract,
     testing::Values(
@@ -250,6 +262,34 @@ TEST_F(PosixFilesTest, FileIsClosedWithItsHandle) {
   const int lower = ::open("/dev/null", O_RDONLY);
   ::close(lower);
   EXPECT_LT(lower, next);
+}
+
+// The flags that the kernel keeps for the memory that has `address` in it; empty if it keeps none.
+std::string memoryFlags(const void* address) {
+  std::ifstream smaps("/proc/self/smaps");
+  bool found = false;
+  for (std::string line; std::getline(smaps, line);) {
+    std::uintptr_t begin = 0;
+    std::uintptr_t end = 0;
+    char dash = 0;
+    if (std::istringstream(line) >> std::hex >> begin >> dash >> end && dash == '-') {
+      const auto wanted = reinterpret_cast<std::uintptr_t>(address);
+      found = begin <= wanted && wanted < end;
+    }
+    if (found && line.starts_with("VmFlags:")) return line + " ";
+  }
+  return std::string();
+}
+
+TEST_F(PosixFilesTest, MemoryThatExpectsALargeFileGetsLargePages) {
+  if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
+    GTEST_SKIP() << "this kernel has no huge pages";
+  }
+  const auto memory = std::make_unique_for_overwrite<char[]>(16 << 20);
+  const char* const middle = &memory[8 << 20];
+  ASSERT_EQ(memoryFlags(middle).find(" hg "), std::string::npos);
+  mFiles->expectWholeFile(memory.get(), 16 << 20);
+  EXPECT_NE(memoryFlags(middle).find(" hg "), std::string::npos) << memoryFlags(middle);
 }
 
 // Root may read everything: as root, the test looks as somebody else.

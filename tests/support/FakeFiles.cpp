@@ -86,6 +86,10 @@ OSStatus FakeFiles::open(const path& file, std::unique_ptr<platform::OpenFile>& 
   return noErr;
 }
 
+void FakeFiles::expectWholeFile(void*, std::size_t size) {
+  mCalls.push_back("expectWholeFile " + std::to_string(size));
+}
+
 OSStatus FakeFiles::record(Operation operation, const std::string& call) {
   mCalls.push_back(call);
   const auto failure = mFailures.find(operation);

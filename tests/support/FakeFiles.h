@@ -36,6 +36,7 @@ class FakeFiles : public platform::Files {
   platform::OSStatus checkDataFork(const std::filesystem::path& file) override;
   platform::OSStatus open(const std::filesystem::path& file,
                           std::unique_ptr<platform::OpenFile>& opened) override;
+  void expectWholeFile(void* begin, std::size_t size) override;
 
  private:
   class OpenedFile;

@@ -1,6 +1,8 @@
 #include "FirmwareImage.h"
 
 #include <openssl/evp.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <stdexcept>
@@ -34,6 +36,15 @@ std::string leadingDigits(std::string_view text) {
 }
 
 }  // namespace
+
+ImageBuffer::ImageBuffer(std::size_t size)
+    : mBytes(std::make_unique_for_overwrite<std::uint8_t[]>(size)), mSize(size) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  void* begin = mBytes.get();
+  std::size_t rest = size;
+  if (std::align(page, page, begin, rest) == nullptr) return;
+  static_cast<void>(::madvise(begin, rest / page * page, MADV_HUGEPAGE));
+}
 
 std::uint16_t imageChecksum(std::span<const std::uint8_t> image) {
   std::uint32_t sum = 0;

@@ -13,12 +13,11 @@
 namespace virtualprinter {
 
 // Bytes that are not initialised before they arrive: an image is large, and touching it once is
-// enough.
+// enough. Their memory comes in large pages where the kernel has them.
 class ImageBuffer {
  public:
   ImageBuffer() = default;
-  explicit ImageBuffer(std::size_t size)
-      : mBytes(std::make_unique_for_overwrite<std::uint8_t[]>(size)), mSize(size) {}
+  explicit ImageBuffer(std::size_t size);
 
   std::span<std::uint8_t> bytes() { return {mBytes.get(), mSize}; }
   std::span<const std::uint8_t> bytes() const { return {mBytes.get(), mSize}; }

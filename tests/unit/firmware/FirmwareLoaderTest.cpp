@@ -84,7 +84,7 @@ TEST_F(FirmwareLoaderTest, AsksTheFileSystemInOrderAndReadsOnce) {
   load();
   EXPECT_THAT(mFiles.calls(),
               ElementsAre("checkDirectory /resources", "makeReference /resources/product.brand.bin",
-                          "dataSize /resources/product.brand.bin",
+                          "dataSize /resources/product.brand.bin", "expectWholeFile 31",
                           "checkDataFork /resources/product.brand.bin",
                           "open /resources/product.brand.bin", "read 31", "close"));
 }

@@ -134,6 +134,8 @@ bool getFirmware(const std::wstring& deviceId, std::vector<char>& image,
   path file;
   std::uint32_t size = 0;
   if (!findFile(*resources, fileName, file, size)) return false;
+  image.reserve(size);
+  platform::current().files->expectWholeFile(image.data(), size);
   image.resize(size);
   if (!readFile(file, image)) {
     image.clear();
