@@ -5,66 +5,28 @@
 
 #include <utility>
 
-#include "platform/avahi/QueryTarget.h"
+#include "platform/avahi/AvahiQueries.h"
+#include "platform/avahi/Conversions.h"
 
 namespace platform::avahi {
 namespace {
 
-class DaemonBrowse : public Responder::Query {
- public:
-  DaemonBrowse(AvahiClient* client, const std::string& type, const char* domain,
-               BrowseListener& listener)
-      : mBrowser(avahi_service_browser_new(client, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC,
-                                           type.c_str(), domain, AvahiLookupFlags{}, told,
-                                           &listener)) {}
-  ~DaemonBrowse() override {
-    if (mBrowser != nullptr) avahi_service_browser_free(mBrowser);
+struct DaemonApi {
+  using Peer = AvahiClient;
+  using Browser = AvahiServiceBrowser;
+  using Resolver = AvahiServiceResolver;
+  static constexpr auto newBrowser = avahi_service_browser_new;
+  static constexpr auto freeBrowser = avahi_service_browser_free;
+  static constexpr auto newResolver = avahi_service_resolver_new;
+  static constexpr auto freeResolver = avahi_service_resolver_free;
+
+  // The daemon sends the strings in the order of its own list, which is the reverse.
+  static Data txtOf(AvahiStringList* strings) {
+    AvahiStringList* const inOrder = avahi_string_list_reverse(avahi_string_list_copy(strings));
+    Data txt = txtRecord(inOrder);
+    avahi_string_list_free(inOrder);
+    return txt;
   }
-  DaemonBrowse(const DaemonBrowse&) = delete;
-  DaemonBrowse& operator=(const DaemonBrowse&) = delete;
-
-  bool started() const { return mBrowser != nullptr; }
-
- private:
-  static void told(AvahiServiceBrowser*, AvahiIfIndex interface, AvahiProtocol protocol,
-                   AvahiBrowserEvent event, const char* name, const char* type, const char* domain,
-                   AvahiLookupResultFlags, void* listener) {
-    tellBrowseEvent(*static_cast<BrowseListener*>(listener), event,
-                    {{interface, protocol}, name, type, domain});
-  }
-
-  AvahiServiceBrowser* mBrowser;
-};
-
-class DaemonResolve : public Responder::Query {
- public:
-  DaemonResolve(AvahiClient* client, const ServiceName& service, Place place,
-                AvahiProtocol addressFamily, Responder::ResolveCallback callback)
-      : mTarget(std::move(callback)),
-        mResolver(avahi_service_resolver_new(
-            client, place.interface, place.protocol, service.name.c_str(), service.type.c_str(),
-            service.domain.c_str(), addressFamily, AvahiLookupFlags{}, told, &mTarget)) {}
-  ~DaemonResolve() override {
-    if (mResolver != nullptr) avahi_service_resolver_free(mResolver);
-  }
-  DaemonResolve(const DaemonResolve&) = delete;
-  DaemonResolve& operator=(const DaemonResolve&) = delete;
-
-  bool started() const { return mResolver != nullptr; }
-
- private:
-  static void told(AvahiServiceResolver*, AvahiIfIndex interface, AvahiProtocol,
-                   AvahiResolverEvent event, const char*, const char*, const char*, const char*,
-                   const AvahiAddress* address, std::uint16_t port, AvahiStringList* txt,
-                   AvahiLookupResultFlags, void* target) {
-    // The daemon sends the strings in the order of its own list, which is the reverse.
-    AvahiStringList* strings = avahi_string_list_reverse(avahi_string_list_copy(txt));
-    static_cast<ResolveTarget*>(target)->tell(event, interface, address, port, strings);
-    avahi_string_list_free(strings);
-  }
-
-  ResolveTarget mTarget;
-  AvahiServiceResolver* mResolver;
 };
 
 class ClientResponder : public DaemonResponder {
@@ -86,16 +48,13 @@ class ClientResponder : public DaemonResponder {
 
   std::unique_ptr<Query> browse(const std::string& type, const std::string& domain,
                                 BrowseListener& listener) override {
-    auto query = std::make_unique<DaemonBrowse>(
-        mClient, type, domain.empty() ? nullptr : domain.c_str(), listener);
-    return query->started() ? std::move(query) : nullptr;
+    return ask<BrowseQuery<DaemonApi>>(mClient, type, domain, listener);
   }
 
   std::unique_ptr<Query> resolve(const ServiceName& service, Place place,
                                  AvahiProtocol addressFamily, ResolveCallback callback) override {
-    auto query = std::make_unique<DaemonResolve>(mClient, service, place, addressFamily,
-                                                 std::move(callback));
-    return query->started() ? std::move(query) : nullptr;
+    return ask<ResolveQuery<DaemonApi>>(mClient, service, place, addressFamily,
+                                        std::move(callback));
   }
 
  private:

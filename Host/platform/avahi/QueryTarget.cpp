@@ -26,10 +26,10 @@ ResolveTarget::ResolveTarget(Responder::ResolveCallback callback)
     : mCallback(std::move(callback)) {}
 
 void ResolveTarget::tell(AvahiResolverEvent event, AvahiIfIndex interface,
-                         const AvahiAddress* address, std::uint16_t port, AvahiStringList* txt) {
+                         const AvahiAddress* address, std::uint16_t port, const Data& txt) {
   if (std::exchange(mTold, true)) return;
   if (event == AVAHI_RESOLVER_FOUND && address != nullptr) {
-    mCallback(Resolved{addressRecord(*address, port, interface), txtRecord(txt)});
+    mCallback(Resolved{addressRecord(*address, port, interface), txt});
   } else {
     mCallback(std::nullopt);
   }

@@ -2,8 +2,8 @@
 // process alike: the two have the same callbacks but for their first argument.
 #pragma once
 
+#include <avahi-common/address.h>
 #include <avahi-common/defs.h>
-#include <avahi-common/strlst.h>
 
 #include <cstdint>
 
@@ -27,7 +27,7 @@ class ResolveTarget {
   explicit ResolveTarget(Responder::ResolveCallback callback);
 
   void tell(AvahiResolverEvent event, AvahiIfIndex interface, const AvahiAddress* address,
-            std::uint16_t port, AvahiStringList* txt);
+            std::uint16_t port, const Data& txt);
 
  private:
   Responder::ResolveCallback mCallback;
