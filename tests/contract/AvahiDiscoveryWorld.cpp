@@ -45,7 +45,8 @@ class AvahiDiscoveryWorld : public DiscoveryWorld {
   }
 
   PollRunLoop mRunLoop;
-  std::unique_ptr<platform::ServiceDiscovery> mDiscovery = makeAvahiServiceDiscovery(mRunLoop);
+  std::unique_ptr<platform::ServiceDiscovery> mDiscovery =
+      platform::makeAvahiServiceDiscovery(mRunLoop);
   std::map<std::string, std::unique_ptr<Announcement>> mAnnouncements;
 };
 

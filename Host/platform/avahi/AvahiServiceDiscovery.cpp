@@ -2,23 +2,26 @@
 
 #include "platform/avahi/AvahiBrowser.h"
 
+namespace platform {
 namespace {
 
-class AvahiServiceDiscovery : public platform::ServiceDiscovery {
+class AvahiServiceDiscovery : public ServiceDiscovery {
  public:
-  explicit AvahiServiceDiscovery(platform::RunLoop& runLoop) : mRunLoop(runLoop) {}
+  explicit AvahiServiceDiscovery(RunLoop& runLoop) : mRunLoop(runLoop) {}
 
-  std::unique_ptr<platform::NetServiceBrowser> createBrowser(
-      platform::NetServiceBrowser::Callback callback, void* info) override {
-    return std::make_unique<platform::avahi::AvahiBrowser>(mRunLoop, callback, info);
+  std::unique_ptr<NetServiceBrowser> createBrowser(NetServiceBrowser::Callback callback,
+                                                   void* info) override {
+    return std::make_unique<avahi::AvahiBrowser>(mRunLoop, callback, info);
   }
 
  private:
-  platform::RunLoop& mRunLoop;
+  RunLoop& mRunLoop;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::ServiceDiscovery> makeAvahiServiceDiscovery(platform::RunLoop& runLoop) {
+std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop) {
   return std::make_unique<AvahiServiceDiscovery>(runLoop);
 }
+
+}  // namespace platform

@@ -7,5 +7,9 @@
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
 
+namespace platform {
+
 // `runLoop` must outlive the browsers.
-std::unique_ptr<platform::ServiceDiscovery> makeAvahiServiceDiscovery(platform::RunLoop& runLoop);
+std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop);
+
+}  // namespace platform

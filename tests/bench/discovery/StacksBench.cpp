@@ -186,7 +186,8 @@ class Bench {
   }
 
   PollRunLoop mRunLoop;
-  std::unique_ptr<platform::ServiceDiscovery> mDiscovery = makeAvahiServiceDiscovery(mRunLoop);
+  std::unique_ptr<platform::ServiceDiscovery> mDiscovery =
+      platform::makeAvahiServiceDiscovery(mRunLoop);
 };
 
 constexpr int kRounds = 15;

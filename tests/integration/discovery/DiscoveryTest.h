@@ -68,6 +68,7 @@ class DiscoveryTest : public testing::Test {
   const Lines& told() const { return recorder->told; }
 
   PollRunLoop runLoop;
-  std::unique_ptr<platform::ServiceDiscovery> discovery = makeAvahiServiceDiscovery(runLoop);
+  std::unique_ptr<platform::ServiceDiscovery> discovery =
+      platform::makeAvahiServiceDiscovery(runLoop);
   std::optional<BrowserRecorder> recorder;
 };

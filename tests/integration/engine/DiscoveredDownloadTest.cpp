@@ -21,7 +21,7 @@ class DiscoveredDownloadTest : public DownloadFixture,
  protected:
   DiscoveredDownloadTest() {
     if (std::string(GetParam()) == "daemon") privatenetwork::startDaemon();
-    mDiscovery = makeAvahiServiceDiscovery(mLoop);
+    mDiscovery = platform::makeAvahiServiceDiscovery(mLoop);
     mBrowser.emplace(*mDiscovery);
     mBrowser->resolves = true;
     EXPECT_TRUE(mBrowser->search());

@@ -37,7 +37,7 @@ class Host {
         mFiles(platform::makePosixFiles()),
         mApplication(platform::makeQtApplication("fwupdate", *mBundle)),
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
-        mServices(makeAvahiServiceDiscovery(mApplication->runLoop())),
+        mServices(platform::makeAvahiServiceDiscovery(mApplication->runLoop())),
         mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {}
 
   platform::Platform surfaces() const {
