@@ -43,7 +43,7 @@ class NetService : public Describable {
   virtual bool setClient(Callback callback, void* info) = 0;
 
   virtual void schedule() = 0;
-  virtual void unschedule() = 0;
+  virtual void unschedule() = 0;  // cancels, too
 
   // Starts resolving and returns; the client is told once, of success or failure, unless the
   // service was cancelled or unscheduled before. False, with `error` set, when it cannot start.
@@ -64,14 +64,17 @@ class NetServiceBrowser {
 
   virtual ~NetServiceBrowser() = default;
 
+  // Events are told only while the browser is scheduled; those of the time before wait for it.
   virtual void schedule() = 0;
   virtual void unschedule() = 0;
 
   // `domain` "" browses the default domains. False, with `error` set, when it cannot start.
   virtual bool searchForServices(const Text& domain, const Text& type, StreamError* error) = 0;
+
+  // No callback comes afterwards, from the browser or its services, until the next search.
   virtual void stopSearch(StreamError* error) = 0;
 
-  // No callback comes afterwards, from the browser or its services.
+  // Stops the search for good.
   virtual void invalidate() = 0;
 };
 

@@ -1,5 +1,5 @@
 // Windows, sheets, controls and the list control, by the names and codes that the interface files
-// give them. Everything returns a status; none of it throws.
+// give them. What can fail returns a status; nothing throws.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,8 @@ class ItemData {
   virtual OSStatus setText(const Text& text) = 0;  // a null text leaves the cell empty
 };
 
-// Null members are not called. The compare callback says whether `a` sorts before `b`.
+// Null members are not called. The compare callback says whether `a` sorts before `b`. It and the
+// data callback must not throw: they are asked while the list is drawn.
 struct DataBrowserCallbacks {
   OSStatus (*itemData)(ControlRef control, ItemId item, FourCharCode property, ItemData& data,
                        bool setValue) = nullptr;
@@ -57,6 +58,7 @@ class Toolkit {
 
   virtual OSStatus getControlById(WindowRef window, ControlId id, ControlRef& control) = 0;
   virtual WindowRef controlOwner(ControlRef control) = 0;
+  // On one line and without any markup, whatever `text` holds; a null text shows nothing.
   virtual OSStatus setControlText(ControlRef control, const Text& text) = 0;
   virtual OSStatus setControlEnabled(ControlRef control, bool enabled) = 0;
 

@@ -2,8 +2,7 @@
 // dynamic properties:
 //   "controlSignature", "controlId"   the ID by which code finds a control
 //   "command"                         the command that a button or an action issues
-//   "standardIcon"                    on a label: a picture of the desktop's style, by QStyle's
-//   name
+//   "picture"                         on a label: the name of one of the program's pictures
 // and those of ListControl and SheetDialog. No window has code of its own. Used by the toolkit.
 #pragma once
 
