@@ -1,6 +1,6 @@
-#include <QCoreApplication>
 #include <chrono>
 
+#include "CoreApplication.h"
 #include "EventsWorld.h"
 #include "FakeEvents.h"
 #include "platform/RunLoop.h"
@@ -25,10 +25,7 @@ class QtWorld final : public EventsWorld {
   }
 
  private:
-  int mArgumentCount = 1;
-  char mName[5] = "test";
-  char* mArguments[2] = {mName, nullptr};
-  QCoreApplication mApplication{mArgumentCount, mArguments};
+  CoreApplication mApplication;
   platform::QtEventLoop mLoop;
   std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
   std::unique_ptr<platform::QtEvents> mEvents = platform::makeQtEvents(mLoop);

@@ -1,7 +1,7 @@
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
 
+#include "CoreApplication.h"
 #include "FakeRunLoop.h"
 #include "PollRunLoop.h"
 #include "RunLoopWorld.h"
@@ -21,10 +21,7 @@ class QtWorld final : public RunLoopWorld {
   }
 
  private:
-  int mArgumentCount = 1;
-  char mName[5] = "test";
-  char* mArguments[2] = {mName, nullptr};
-  QCoreApplication mApplication{mArgumentCount, mArguments};
+  CoreApplication mApplication;
   platform::QtEventLoop mLoop;
   std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
 };

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
 #include <csignal>
 #include <functional>
 #include <stdexcept>
 
+#include "CoreApplication.h"
 #include "platform/RunLoop.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtEvents.h"
@@ -50,10 +50,7 @@ class QtEventsTest : public testing::Test {
     return platform::noErr;
   }
 
-  int mArgumentCount = 1;
-  char mName[5] = "test";
-  char* mArguments[2] = {mName, nullptr};
-  QCoreApplication mApplication{mArgumentCount, mArguments};
+  CoreApplication mApplication;
   platform::QtEventLoop mLoop;
   std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
   std::unique_ptr<platform::QtEvents> mEvents = platform::makeQtEvents(mLoop);
@@ -99,10 +96,7 @@ TEST_F(QtEventsTest, SignalsHaveTheirOldMeaningAfterwards) {
 }
 
 TEST(QtEventsSignals, IgnoredSignalStaysIgnored) {
-  int count = 1;
-  char name[] = "test";
-  char* arguments[] = {name, nullptr};
-  QCoreApplication application(count, arguments);
+  const CoreApplication application;
   std::signal(SIGHUP, SIG_IGN);
   {
     platform::QtEventLoop loop;
