@@ -2,6 +2,7 @@
 // one and give it the other doubles that their tests need; those must live longer.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "FakeStatusTable.h"
@@ -18,6 +19,9 @@ class LogRecorder {
 
   const std::vector<LogEntry>& entries() const { return mLog.entries(); }
   std::vector<LogEntry> takeEntries() { return mLog.takeEntries(); }
+
+  // Each entry as "PRIORITY TEXT".
+  std::vector<std::string> lines() const;
 
  private:
   platform::Platform completed(platform::Platform others);

@@ -1,30 +1,17 @@
-// The real engine against the virtual printer: real transport, real sockets and files on a real run
-// loop, real TCP between two processes. Only the log, the commands and the place of the firmware
-// files are the test's.
+// The real engine against the virtual printer: real TCP between two processes.
 #pragma once
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "DownloadLog.h"
-#include "FakeBundle.h"
-#include "FakeEvents.h"
-#include "FirmwareDownloader.h"
-#include "LogRecorder.h"
-#include "PollRunLoop.h"
+#include "NetworkEngine.h"
 #include "TemporaryDirectory.h"
 #include "VirtualPrinterProcess.h"
-#include "platform/Data.h"
-#include "platform/Files.h"
-#include "platform/Network.h"
-
-// The socket address record of a port of 127.0.0.1.
-platform::Data loopbackAddress(std::uint16_t port);
 
 // The options of the printer that DownloadFixture speaks of, with its faults.
 std::vector<std::string> printerOptions(const std::vector<std::string>& faults);
@@ -32,14 +19,9 @@ std::vector<std::string> printerOptions(const std::vector<std::string>& faults);
 // The firmware file that goes with it: 28 bytes, version 200, checksum 0x7271.
 std::string firmware200();
 
-// What the application does with an event of class 'FwDl'.
-platform::OSStatus handleDownloadEvent(platform::EventHandlerCallRef call,
-                                       const platform::Event& event, void* userData);
-
-class DownloadFixture : public testing::Test {
+class DownloadFixture : public testing::Test, protected NetworkEngine {
  protected:
   DownloadFixture();
-  ~DownloadFixture() override;
 
   // A printer of model KX350T, LIC QT725013 and version 100, with kFirmware200 as its file. Burns
   // for 30 ms and is away for 100 ms.
@@ -62,7 +44,7 @@ class DownloadFixture : public testing::Test {
   // Nothing happens any more, and no outcome has been told. Drops the download.
   void expectStillWaiting();
 
-  std::vector<std::string> log() const;
+  std::vector<std::string> log() const { return mLog.lines(); }
 
   // The events and commands since the last call: "FwDl 1" for a posted resume, "DlOk".
   std::vector<std::string> takeEvents();
@@ -70,16 +52,6 @@ class DownloadFixture : public testing::Test {
   // The printer's view, complete: it is ended for that.
   int stopPrinter() { return mPrinter->stop(); }
 
-  PollRunLoop mLoop;
-  FakeEvents mEvents;
-  FakeBundle mBundle;
   TemporaryDirectory mResources;
-  std::unique_ptr<platform::Files> mFiles;
-  std::unique_ptr<platform::Network> mNetwork;
-  LogRecorder mLog;
-  std::optional<FirmwareDownloader> mDownloader;
   std::unique_ptr<VirtualPrinterProcess> mPrinter;
-
- private:
-  platform::Platform surfaces();
 };

@@ -1,7 +1,8 @@
 // Downloads on the run loop and the event queue that the program ships with.
-#include <QCoreApplication>
 #include <fstream>
 
+#include "CoreApplication.h"
+#include "DownloadEvents.h"
 #include "DownloadFixture.h"
 #include "NetworkTransport.h"
 #include "platform/posix/PosixFiles.h"
@@ -21,12 +22,9 @@ class QtDownloadTest : public testing::Test {
   QtDownloadTest() : mLog(surfaces()) {
     mBundle.setResourcesDirectory(mResources.path());
     std::ofstream(mResources.path() / "product.brand.bin", std::ios::binary) << firmware200();
-    const platform::EventSpec downloads[] = {{kFwDlEventClass, kFwDlEventResume},
-                                             {kFwDlEventClass, kFwDlEventAsyncFailure}};
+    handleDownloadEvents(*mEvents);
     const platform::EventSpec commands[] = {{"cmds"_4cc, 1}};
     platform::EventHandlerRef installed = 0;
-    mEvents->installHandler(platform::kApplicationTarget, downloads, handleDownloadEvent, nullptr,
-                            installed);
     mEvents->installHandler(platform::kApplicationTarget, commands, handleCommand, this, installed);
   }
 
@@ -65,18 +63,7 @@ class QtDownloadTest : public testing::Test {
     return platform::noErr;
   }
 
-  Lines log() const {
-    Lines lines;
-    for (const LogEntry& entry : mLog.entries()) {
-      lines.push_back(std::to_string(entry.priority) + " " + entry.text);
-    }
-    return lines;
-  }
-
-  int mArgumentCount = 1;
-  char mName[5] = "test";
-  char* mArguments[2] = {mName, nullptr};
-  QCoreApplication mApplication{mArgumentCount, mArguments};
+  CoreApplication mApplication;
   platform::QtEventLoop mLoop;
   std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
   std::unique_ptr<platform::QtEvents> mEvents = platform::makeQtEvents(mLoop);
@@ -94,7 +81,7 @@ TEST_F(QtDownloadTest, PrinterBurnsTheImage) {
   startPrinter({});
   download();
   EXPECT_THAT(mCommands, ElementsAre("DlOk"));
-  EXPECT_EQ(log(), kMergedReplies + kAwaitingBurn + arriving(16) + kBurned + kTransportGone);
+  EXPECT_EQ(mLog.lines(), kMergedReplies + kAwaitingBurn + arriving(16) + kBurned + kTransportGone);
   EXPECT_EQ(mPrinter->stop(), 0);
   EXPECT_EQ(mPrinter->receivedMessages(), kReceivedUpdate);
 }
@@ -111,7 +98,7 @@ TEST_F(QtDownloadTest, RefusedConnectionIsTold) {
   startPrinter({"refuse"});
   download();
   EXPECT_THAT(mCommands, ElementsAre("DlNo"));
-  EXPECT_EQ(log(), kStatusOffWritten + kWriteFailed + kTransportGone);
+  EXPECT_EQ(mLog.lines(), kStatusOffWritten + kWriteFailed + kTransportGone);
 }
 
 TEST_F(QtDownloadTest, SilentPrinterIsWaitedForUntilTheDownloadIsDropped) {
@@ -119,7 +106,7 @@ TEST_F(QtDownloadTest, SilentPrinterIsWaitedForUntilTheDownloadIsDropped) {
   download(std::chrono::milliseconds(300));
   EXPECT_THAT(mCommands, IsEmpty());
   mDownloader.reset();
-  EXPECT_EQ(log(), kAwaitingResponse + kDropped);
+  EXPECT_EQ(mLog.lines(), kAwaitingResponse + kDropped);
 }
 
 }  // namespace

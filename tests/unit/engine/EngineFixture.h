@@ -1,5 +1,5 @@
-// What the engine's tests stand on: doubles of every surface that the engine reaches, an
-// application's handler for the controller's events, and the messages of a well-behaved printer.
+// What the engine's tests stand on: doubles of every surface that the engine reaches, and the
+// messages of a well-behaved printer.
 #pragma once
 
 #include <gmock/gmock.h>

@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "AssertionLine.h"
+#include "DownloadEvents.h"
 #include "EngineFixture.h"
 #include "FirmwareDownloader.h"
 #include "RecordingTransport.h"
@@ -19,23 +20,12 @@ using testing::IsEmpty;
 class FirmwareDownloaderTest : public EngineFixture {
  protected:
   FirmwareDownloaderTest() {
-    using platform::EventSpec;
-    const EventSpec controllerEvents[] = {{"FwDl"_4cc, 1}, {"FwDl"_4cc, 2}};
-    const EventSpec commands[] = {{"cmds"_4cc, 1}};
+    handleDownloadEvents(mEvents);
+    const platform::EventSpec commands[] = {{"cmds"_4cc, 1}};
     platform::EventHandlerRef installed = 0;
-    mEvents.installHandler(platform::kApplicationTarget, controllerEvents, &answer, nullptr,
-                           installed);
     mEvents.installHandler(platform::kApplicationTarget, commands, &recordCommand, &mRecord,
                            installed);
     mEvents.takeCalls();
-  }
-
-  static OSStatus answer(platform::EventHandlerCallRef, const platform::Event& event, void*) {
-    void* object = nullptr;
-    EXPECT_EQ(event.getParameter("----"_4cc, object), platform::noErr);
-    auto& downloader = *static_cast<FirmwareDownloader*>(object);
-    event.kind() == 1 ? downloader.resume() : downloader.stopTasks();
-    return platform::noErr;
   }
 
   static OSStatus recordCommand(platform::EventHandlerCallRef, const platform::Event& event,

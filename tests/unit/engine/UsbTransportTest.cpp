@@ -2,6 +2,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "DownloadEvents.h"
 #include "EngineFixture.h"
 #include "FakeRunLoop.h"
 #include "FakeUsbRegistry.h"
@@ -291,19 +292,8 @@ TEST_F(UsbTransportTest, NothingIsPostedForATransferThatItsEndCutsOff) {
 class UsbDownloadTest : public UsbFixture {
  protected:
   UsbDownloadTest() {
-    const platform::EventSpec controllerEvents[] = {{"FwDl"_4cc, 1}, {"FwDl"_4cc, 2}};
-    platform::EventHandlerRef installed = 0;
-    mEvents.installHandler(platform::kApplicationTarget, controllerEvents, &answer, nullptr,
-                           installed);
+    handleDownloadEvents(mEvents);
     installFirmware(kFirmware200);
-  }
-
-  static OSStatus answer(platform::EventHandlerCallRef, const platform::Event& event, void*) {
-    void* object = nullptr;
-    EXPECT_EQ(event.getParameter("----"_4cc, object), platform::noErr);
-    auto& downloader = *static_cast<FirmwareDownloader*>(object);
-    event.kind() == 1 ? downloader.resume() : downloader.stopTasks();
-    return platform::noErr;
   }
 
   void start(const FakeUsbDevice& description = fakePrinter()) {
