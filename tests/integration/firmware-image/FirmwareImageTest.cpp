@@ -1,29 +1,18 @@
 // Runs firmware-image as its users do and compares all that it prints and writes.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
+#include "ShellCommand.h"
+#include "TemporaryDirectory.h"
+
 namespace {
 
 using namespace std::string_literals;
 using std::filesystem::path;
-
-struct Outcome {
-  int status = -1;
-  std::string output;
-  std::string errors;
-};
-
-std::string contentOf(const path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 const std::string kNotice =
     "DEMONSTRATION IMAGE, NOT REAL FIRMWARE. Made to show and to test the firmware updater; what\n"
@@ -31,22 +20,13 @@ const std::string kNotice =
 
 class FirmwareImageTest : public testing::Test {
  protected:
-  FirmwareImageTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "firmware-image.XXXXXX").string();
-    mDirectory = ::mkdtemp(name.data());
+  Outcome runInDirectory(const std::string& command) const {
+    return runInShell("cd '" + mDirectory.path().string() + "' && " + command);
   }
-  ~FirmwareImageTest() override { std::filesystem::remove_all(mDirectory); }
 
   // In the test's own directory; `arguments` are for the shell.
-  Outcome run(const std::string& arguments) {
-    const std::string command =
-        "cd '" + mDirectory.string() + "' && '" FIRMWARE_IMAGE "' " + arguments + " >.out 2>.err";
-    const int status = std::system(command.c_str());
-    Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(mDirectory / ".out"),
-                    contentOf(mDirectory / ".err")};
-    std::filesystem::remove(mDirectory / ".out");
-    std::filesystem::remove(mDirectory / ".err");
-    return outcome;
+  Outcome run(const std::string& arguments) const {
+    return runInDirectory("'" FIRMWARE_IMAGE "' " + arguments);
   }
 
   void expectQuietSuccess(const std::string& arguments) {
@@ -68,13 +48,13 @@ class FirmwareImageTest : public testing::Test {
   }
 
   void write(const std::string& name, const std::string& bytes) {
-    std::ofstream(mDirectory / name, std::ios::binary) << bytes;
+    std::ofstream(mDirectory.path() / name, std::ios::binary) << bytes;
   }
 
   // What "make OPTIONS" writes.
   std::string made(const std::string& options) {
     expectQuietSuccess("make " + options + " made.bin");
-    return contentOf(mDirectory / "made.bin");
+    return contentOf(mDirectory.path() / "made.bin");
   }
 
   std::string madeFromData(const std::string& options) {
@@ -82,7 +62,7 @@ class FirmwareImageTest : public testing::Test {
     return made("--data data " + options);
   }
 
-  path mDirectory;
+  TemporaryDirectory mDirectory;
 };
 
 TEST_F(FirmwareImageTest, DataGetsATrailer) {
@@ -205,7 +185,7 @@ TEST_F(FirmwareImageTest, NoiseFollowsTheSeed) {
 TEST_F(FirmwareImageTest, ReplacesAFileThatIsThere) {
   write("made.bin", "something longer than before");
   EXPECT_EQ(made("--size 0 --malformed no-trailer"), "");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory.path()), {}), 1);
 }
 
 TEST_F(FirmwareImageTest, ShowsAWellFormedFile) {
@@ -341,7 +321,7 @@ TEST_F(FirmwareImageTest, WrongUsageIsExplained) {
   expectUsageError("show", "the name of the file to show is missing");
   expectUsageError("show a b", "one argument too many: \"b\"");
   expectUsageError("show --size 1 a", "unknown option --size");
-  EXPECT_TRUE(std::filesystem::is_empty(mDirectory));
+  EXPECT_TRUE(std::filesystem::is_empty(mDirectory.path()));
 }
 
 TEST_F(FirmwareImageTest, NumbersOutOfRangeAreRefused) {
@@ -368,27 +348,24 @@ TEST_F(FirmwareImageTest, FilesThatCannotBeReadOrWrittenAreNamed) {
   expectError("show .", 1, "cannot read \".\": not a regular file");
   expectError("make --data absent a", 1, "cannot open \"absent\": No such file or directory");
   expectError("make absent/a", 1, "cannot create \"absent/a\": No such file or directory");
-  std::filesystem::create_directory(mDirectory / "directory");
+  std::filesystem::create_directory(mDirectory.path() / "directory");
   expectError("make directory", 1, "cannot write \"directory\": Is a directory");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory), {}), 1);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory.path()), {}), 1);
 }
 
 TEST_F(FirmwareImageTest, FileThatCannotBeFinishedIsRemoved) {
-  const std::string command = "cd '" + mDirectory.string() +
-                              "' && trap '' XFSZ && ulimit -f 8 && '" FIRMWARE_IMAGE
-                              "' make big.bin 2>err";
-  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
-  EXPECT_EQ(contentOf(mDirectory / "err"),
-            "firmware-image: cannot write \"big.bin\": File too large\n");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(mDirectory), {}), 1);
+  const Outcome outcome =
+      runInDirectory("trap '' XFSZ && ulimit -f 8 && '" FIRMWARE_IMAGE "' make big.bin");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "firmware-image: cannot write \"big.bin\": File too large\n");
+  EXPECT_TRUE(std::filesystem::is_empty(mDirectory.path()));
 }
 
 TEST_F(FirmwareImageTest, OutputThatCannotBeWrittenIsAFailure) {
   write("a", "abc");
-  const int status = std::system(
-      ("cd '" + mDirectory.string() + "' && '" FIRMWARE_IMAGE "' show a >/dev/full 2>err").c_str());
-  EXPECT_EQ(WEXITSTATUS(status), 1);
-  EXPECT_EQ(contentOf(mDirectory / "err"), "firmware-image: cannot write the output\n");
+  const Outcome outcome = run("show a >/dev/full");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, "firmware-image: cannot write the output\n");
 }
 
 }  // namespace

@@ -1,29 +1,15 @@
 // Starts the program as its users do, where it cannot run, and compares all that it says.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
+#include "ShellCommand.h"
 #include "TemporaryDirectory.h"
 
 namespace {
 
 using std::filesystem::path;
-
-struct Outcome {
-  int status = -1;
-  std::string output;
-  std::string errors;
-};
-
-std::string contentOf(const path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 const std::string kWithoutNib =
     "fwupdate: Cleaning up firmware downloader.\n"
@@ -42,13 +28,8 @@ class ProgramTest : public testing::Test {
 
   // `arguments` are for the shell.
   Outcome run(const std::string& display, const std::string& arguments) const {
-    const path output = mPrefix.path() / "output";
-    const path errors = mPrefix.path() / "errors";
-    const std::string command = "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + display +
-                                " '" + program().string() + "' " + arguments + " >'" +
-                                output.string() + "' 2>'" + errors.string() + "'";
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(output), contentOf(errors)};
+    return runInShell("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + display + " '" +
+                      program().string() + "' " + arguments);
   }
 
   Outcome runOffscreen(const std::string& arguments) const {
