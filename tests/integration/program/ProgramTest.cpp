@@ -1,5 +1,6 @@
 // Starts the program as its users do, where it cannot run, and compares all that it says.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -67,6 +68,15 @@ TEST_F(ProgramTest, LogGoesToStandardErrorOnlyForTheFirstArgument) {
     EXPECT_EQ(outcome.errors, "") << arguments;
   }
   EXPECT_EQ(runOffscreen("-e x --help").errors, kWithoutNib);
+}
+
+TEST_F(ProgramTest, ReaderOfTheLogMayGo) {
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  ASSERT_EQ(::dup2(ends[1], 9), 9);  // a shell's redirection takes one digit
+  for (const int end : ends) ::close(end);
+  EXPECT_EQ(runOffscreen("-e 2>&9").status, 1);
+  ::close(9);
 }
 
 TEST_F(ProgramTest, WindowThatIsMissingFromTheResourcesIsNamedByItsMessage) {

@@ -1,5 +1,6 @@
 // The entry point: chooses who provides the platform, and runs the program on it. The platform
 // outlives everything that reaches it.
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -74,6 +75,8 @@ void runUpdater() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Whoever reads standard error may go at any time; a download must not go with him.
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   std::unique_ptr<Host> host;
   try {
     host = std::make_unique<Host>();
