@@ -33,12 +33,6 @@ class RecordingFinder : public QuillUsbDeviceFinderAsync {
   bool mThrows = false;
 };
 
-FakeUsbDevice labelled(const std::string& serialNumber) {
-  FakeUsbDevice device = fakePrinter(serialNumber);
-  device.label = serialNumber;
-  return device;
-}
-
 class QuillUsbDeviceFinderAsyncTest : public UsbTest {
  protected:
   RecordingFinder& make(const std::string& serialNumber = "") {

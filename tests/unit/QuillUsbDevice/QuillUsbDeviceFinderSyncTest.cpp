@@ -25,12 +25,6 @@ class RecordingFinder : public QuillUsbDeviceFinderSync {
   bool mThrows = false;
 };
 
-FakeUsbDevice labelled(const std::string& serialNumber) {
-  FakeUsbDevice device = fakePrinter(serialNumber);
-  device.label = serialNumber;
-  return device;
-}
-
 class QuillUsbDeviceFinderSyncTest : public UsbTest {
  protected:
   RecordingFinder mFinder{0x3A71, 0x0C28};

@@ -26,6 +26,13 @@ class RecordingNotifier : public AsyncIoNotifier {
   std::vector<std::string> mTold;
 };
 
+// A printer that the records of the registry name by its serial number.
+inline FakeUsbDevice labelled(const std::string& serialNumber) {
+  FakeUsbDevice device = fakePrinter(serialNumber);
+  device.label = serialNumber;
+  return device;
+}
+
 class UsbTest : public testing::Test {
  protected:
   ~UsbTest() override { EXPECT_THAT(mUsb.problems(), testing::ElementsAre()); }
