@@ -17,6 +17,13 @@ StringList txtList(const Announcement& announcement) {
   return {list, avahi_string_list_free};
 }
 
+void tellAnnounced(Journal& journal, const Announcement& announcement, const char* through) {
+  journal.write("announced", {{"name", announcement.name},
+                              {"type", Announcement::kType},
+                              {"port", announcement.port},
+                              {"through", through}});
+}
+
 std::string alternativeName(const std::string& name) {
   char* alternative = avahi_alternative_service_name(name.c_str());
   if (alternative == nullptr) return name + " #2";

@@ -42,6 +42,9 @@ using StringList = std::unique_ptr<AvahiStringList, void (*)(AvahiStringList*)>;
 
 StringList txtList(const Announcement& announcement);
 
+// That the announcement stands, and through which responder.
+void tellAnnounced(Journal& journal, const Announcement& announcement, const char* through);
+
 // The name to try when somebody else on the network has this one.
 std::string alternativeName(const std::string& name);
 

@@ -101,10 +101,7 @@ class DaemonAnnouncer : public Attachment {
   static void groupChanged(AvahiEntryGroup*, AvahiEntryGroupState state, void* self) {
     auto* announcer = static_cast<DaemonAnnouncer*>(self);
     if (state == AVAHI_ENTRY_GROUP_ESTABLISHED) {
-      announcer->mJournal.write("announced", {{"name", announcer->mAnnouncement.name},
-                                              {"type", Announcement::kType},
-                                              {"port", announcer->mAnnouncement.port},
-                                              {"through", "daemon"}});
+      tellAnnounced(announcer->mJournal, announcer->mAnnouncement, "daemon");
     }
     if (state == AVAHI_ENTRY_GROUP_COLLISION) announcer->rename();
     if (state == AVAHI_ENTRY_GROUP_FAILURE) announcer->failed();

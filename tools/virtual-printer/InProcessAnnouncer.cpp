@@ -116,10 +116,7 @@ class InProcessAnnouncer : public Attachment {
                            void* self) {
     auto* announcer = static_cast<InProcessAnnouncer*>(self);
     if (state == AVAHI_ENTRY_GROUP_ESTABLISHED) {
-      announcer->mJournal.write("announced", {{"name", announcer->mAnnouncement.name},
-                                              {"type", Announcement::kType},
-                                              {"port", announcer->mAnnouncement.port},
-                                              {"through", "in-process"}});
+      tellAnnounced(announcer->mJournal, announcer->mAnnouncement, "in-process");
     }
     if (state == AVAHI_ENTRY_GROUP_COLLISION) announcer->rename();
     if (state == AVAHI_ENTRY_GROUP_FAILURE) announcer->failed();
