@@ -51,7 +51,6 @@ class FakeNetService : public platform::NetService {
   Callback mCallback = nullptr;
   void* mInfo = nullptr;
   bool mScheduled = false;
-  bool mResolving = false;
   bool mResolved = false;
   std::shared_ptr<bool> mPending;  // the resolve under way; a put-off answer to another is dropped
   std::unique_ptr<platform::RunLoop::Timer> mTimeout;

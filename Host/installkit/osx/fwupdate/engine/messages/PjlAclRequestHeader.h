@@ -33,8 +33,9 @@ class PjlAclRequestHeader {
   void clear();
 
  private:
-  std::array<char, 9> mUel = kUel;
-  std::array<char, 25> mEnterAcl = kEnterAcl;
+  // What is unused here is for the printer.
+  [[maybe_unused]] std::array<char, 9> mUel = kUel;
+  [[maybe_unused]] std::array<char, 25> mEnterAcl = kEnterAcl;
   BigEndian<std::uint16_t> mPrefix{kAclPrefix};
   BigEndian<std::uint16_t> mCommand;
   std::array<std::uint8_t, 12> mParameters = {};

@@ -8,7 +8,7 @@
 
 class PjlSimpleAclRequest : public PjlAclRequestHeader {
  private:
-  std::array<char, 9> mClosingUel = kUel;
+  [[maybe_unused]] std::array<char, 9> mClosingUel = kUel;
 };
 
 static_assert(sizeof(PjlSimpleAclRequest) == 59);
