@@ -22,14 +22,14 @@ using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class PollWorld {
+class AvahiPollWorld {
  public:
-  virtual ~PollWorld() = default;
+  virtual ~AvahiPollWorld() = default;
   virtual const AvahiPoll* api() = 0;
   virtual void turn(milliseconds atMost) = 0;
 };
 
-class AdapterWorld : public PollWorld {
+class AdapterWorld : public AvahiPollWorld {
  public:
   explicit AdapterWorld(std::unique_ptr<RunLoopWorld> world)
       : mWorld(std::move(world)), mAdapter(mWorld->runLoop()) {}
@@ -42,7 +42,7 @@ class AdapterWorld : public PollWorld {
   platform::avahi::AvahiPollAdapter mAdapter;
 };
 
-class SimplePollWorld : public PollWorld {
+class SimplePollWorld : public AvahiPollWorld {
  public:
   SimplePollWorld() : mPoll(avahi_simple_poll_new()) {}
   ~SimplePollWorld() override { avahi_simple_poll_free(mPoll); }
@@ -60,7 +60,7 @@ class SimplePollWorld : public PollWorld {
 
 struct Implementation {
   std::string name;
-  std::function<std::unique_ptr<PollWorld>()> make;
+  std::function<std::unique_ptr<AvahiPollWorld>()> make;
 };
 
 void PrintTo(const Implementation& implementation, std::ostream* out) {
@@ -141,7 +141,7 @@ class AvahiPollContract : public testing::TestWithParam<Implementation> {
   const AvahiPoll* api() { return mWorld->api(); }
 
   std::array<int, 2> mEnds{};
-  std::unique_ptr<PollWorld> mWorld = GetParam().make();
+  std::unique_ptr<AvahiPollWorld> mWorld = GetParam().make();
 };
 
 // Watches.

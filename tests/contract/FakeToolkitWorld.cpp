@@ -10,7 +10,6 @@ using platform::FourCharCode;
 namespace {
 
 constexpr ControlId kList{"lPrn"_4cc, 0};
-constexpr const char* kMainWindow = "PrinterSelectWindow";
 
 class FakeToolkitWorld final : public ToolkitWorld {
  public:

@@ -13,7 +13,8 @@ using Fault = PrinterOnUsb::Fault;
 using platform::PropertyNumber;
 using platform::Text;
 
-constexpr std::uint16_t kPacket = 512;
+constexpr std::uint16_t kMaxPacketSize = 512;
+constexpr std::chrono::milliseconds kTurn{1};
 constexpr std::size_t kAnswerHead = 16;
 
 void addNumber(platform::PropertyDictionary& properties, const char* key, std::uint16_t value) {
@@ -27,7 +28,7 @@ void addText(FakeUsbDevice& device, const char* key, const std::string& text) {
 
 FakeUsbInterface describeInterface(std::uint16_t interfaceClass, const char* name) {
   FakeUsbInterface interface {
-    interfaceClass, name, {outPipe(kPacket), inPipe(kPacket)}, {}
+    interfaceClass, name, {outPipe(kMaxPacketSize), inPipe(kMaxPacketSize)}, {}
   };
   addNumber(interface.properties, "bInterfaceClass", interfaceClass);
   return interface;
@@ -146,7 +147,7 @@ class FakeUsbWorld : public UsbWorld {
   }
 
   void runFor(std::chrono::milliseconds time) override {
-    for (const auto end = mRunLoop.now() + time; mRunLoop.now() < end;) turn();
+    for (; time.count() > 0; time -= kTurn) turn();
   }
 
  private:
@@ -157,7 +158,7 @@ class FakeUsbWorld : public UsbWorld {
   void turn() {
     serve();
     mRunLoop.runAllLater();
-    mRunLoop.advance(std::chrono::milliseconds(1));
+    mRunLoop.advance(kTurn);
   }
 
   FakeRunLoop mRunLoop;

@@ -10,20 +10,18 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr unsigned long kAll = 15;
-constexpr unsigned long kConnectOnly = 4;
 constexpr unsigned long kDataAndWrite = 11;
 
-struct Implementation {
+struct NetworkImplementation {
   const char* name;
   std::unique_ptr<NetworkWorld> (*make)();
 };
 
-void PrintTo(const Implementation& implementation, std::ostream* out) {
+void PrintTo(const NetworkImplementation& implementation, std::ostream* out) {
   *out << implementation.name;
 }
 
-class NetworkContract : public testing::TestWithParam<Implementation> {
+class NetworkContract : public testing::TestWithParam<NetworkImplementation> {
  protected:
   // Until everything about the connection has been told.
   void connect(SocketRecorder& recorder) {
@@ -171,7 +169,7 @@ TEST_P(NetworkContract, OtherFamiliesAndShortAddressesHaveNoNumericForm) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Network, NetworkContract,
-                         testing::Values(Implementation{"posix", &makePosixNetworkWorld},
-                                         Implementation{"fake", &makeFakeNetworkWorld}));
+                         testing::Values(NetworkImplementation{"posix", &makePosixNetworkWorld},
+                                         NetworkImplementation{"fake", &makeFakeNetworkWorld}));
 
 }  // namespace

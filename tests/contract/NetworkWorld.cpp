@@ -19,9 +19,6 @@ using Bytes = std::vector<std::uint8_t>;
 // Enough turns for anything that comes to rest at all.
 constexpr int kManyTurns = 1000;
 
-// Loopback delivers at once, but for a busy machine.
-constexpr std::chrono::milliseconds kQuietTime(50);
-
 class PosixNetworkWorld : public NetworkWorld {
  public:
   platform::Network& network() override { return *mNetwork; }

@@ -3,6 +3,7 @@
 // program's side is the socket that they create, which records what it is told.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -34,6 +35,13 @@ class NetworkWorld {
 
 std::unique_ptr<NetworkWorld> makePosixNetworkWorld();
 std::unique_ptr<NetworkWorld> makeFakeNetworkWorld();
+
+// Loopback delivers at once, but for a busy machine.
+inline constexpr std::chrono::milliseconds kQuietTime(50);
+
+// What a socket can be told of: all, or that it is connected.
+inline constexpr unsigned long kAll = 15;
+inline constexpr unsigned long kConnectOnly = 4;
 
 // A socket of the program, and what it was told, in words: "connected", "failed ECONNREFUSED",
 // "data 5", "writable".

@@ -28,12 +28,7 @@ using testing::IsEmpty;
 using Bytes = std::vector<std::uint8_t>;
 using Clock = std::chrono::steady_clock;
 
-// Loopback delivers at once, but for a busy machine.
-constexpr std::chrono::milliseconds kQuietTime(50);
-
-constexpr unsigned long kAll = 15;
 constexpr unsigned long kConnectAndWrite = 12;
-constexpr unsigned long kConnectOnly = 4;
 
 // More than a connection holds while the printer does not read.
 const Bytes& tooMuch() {

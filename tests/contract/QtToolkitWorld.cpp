@@ -14,8 +14,6 @@ using platform::FourCharCode;
 
 namespace {
 
-constexpr const char* kMainWindow = "PrinterSelectWindow";
-
 class QtToolkitWorld final : public ToolkitWorld {
  public:
   QtToolkitWorld() {

@@ -10,6 +10,8 @@
 #include "platform/Events.h"
 #include "platform/Toolkit.h"
 
+inline constexpr const char* kMainWindow = "PrinterSelectWindow";
+
 class ToolkitWorld {
  public:
   virtual ~ToolkitWorld() = default;

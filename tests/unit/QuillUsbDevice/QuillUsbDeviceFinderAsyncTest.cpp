@@ -11,7 +11,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-class RecordingFinder : public QuillUsbDeviceFinderAsync {
+class RecordingAsyncFinder : public QuillUsbDeviceFinderAsync {
  public:
   using QuillUsbDeviceFinderAsync::QuillUsbDeviceFinderAsync;
 
@@ -35,12 +35,12 @@ class RecordingFinder : public QuillUsbDeviceFinderAsync {
 
 class QuillUsbDeviceFinderAsyncTest : public UsbTest {
  protected:
-  RecordingFinder& make(const std::string& serialNumber = "") {
-    mFinder = std::make_unique<RecordingFinder>(0x3A71, 0x0C28, serialNumber);
+  RecordingAsyncFinder& make(const std::string& serialNumber = "") {
+    mFinder = std::make_unique<RecordingAsyncFinder>(0x3A71, 0x0C28, serialNumber);
     return *mFinder;
   }
 
-  RecordingFinder& start(const std::string& serialNumber = "") {
+  RecordingAsyncFinder& start(const std::string& serialNumber = "") {
     make(serialNumber).setupAsyncNotifier(nullptr);
     mFinder->startAsyncNotifier();
     return *mFinder;
@@ -59,7 +59,7 @@ class QuillUsbDeviceFinderAsyncTest : public UsbTest {
 
   void TearDown() override { mFinder.reset(); }
 
-  std::unique_ptr<RecordingFinder> mFinder;
+  std::unique_ptr<RecordingAsyncFinder> mFinder;
 };
 
 TEST_F(QuillUsbDeviceFinderAsyncTest, SetupRegistersOnTheCurrentRunLoop) {

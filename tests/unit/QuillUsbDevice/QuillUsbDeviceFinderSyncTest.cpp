@@ -12,7 +12,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-class RecordingFinder : public QuillUsbDeviceFinderSync {
+class RecordingSyncFinder : public QuillUsbDeviceFinderSync {
  public:
   using QuillUsbDeviceFinderSync::QuillUsbDeviceFinderSync;
 
@@ -27,7 +27,7 @@ class RecordingFinder : public QuillUsbDeviceFinderSync {
 
 class QuillUsbDeviceFinderSyncTest : public UsbTest {
  protected:
-  RecordingFinder mFinder{0x3A71, 0x0C28};
+  RecordingSyncFinder mFinder{0x3A71, 0x0C28};
 };
 
 TEST_F(QuillUsbDeviceFinderSyncTest, ReportsEachAttachedDevice) {
@@ -58,7 +58,7 @@ TEST_F(QuillUsbDeviceFinderSyncTest, VendorAboveTheSignedRangeIsFound) {
   FakeUsbDevice other = labelled("high");
   other.vendorId = 0xFFFE;
   mUsb.attach(other);
-  RecordingFinder finder(0xFFFE, 0x0C28);
+  RecordingSyncFinder finder(0xFFFE, 0x0C28);
   finder.findAttached();
   EXPECT_THAT(finder.mFound, ElementsAre("high"));
 }
@@ -66,7 +66,7 @@ TEST_F(QuillUsbDeviceFinderSyncTest, VendorAboveTheSignedRangeIsFound) {
 TEST_F(QuillUsbDeviceFinderSyncTest, SerialNumberPicksOneDevice) {
   mUsb.attach(labelled("one"));
   mUsb.attach(labelled("two"));
-  RecordingFinder finder(0x3A71, 0x0C28, "two");
+  RecordingSyncFinder finder(0x3A71, 0x0C28, "two");
   finder.findAttached();
   EXPECT_THAT(finder.mFound, ElementsAre("two"));
   EXPECT_THAT(mUsb.takeCalls(), Not(Contains("createPlugIn one device")));
