@@ -137,6 +137,8 @@ TEST_P(UsbRegistryContract, InterfacesAreFoundByWhatTheyAre) {
   EXPECT_THAT(mHost.interfaceEntries(device, {}), ElementsAre(ews, acl));
   EXPECT_THAT(mHost.interfaceEntries(device, {.bInterfaceSubClass = 1, .bInterfaceProtocol = 2}),
               ElementsAre(acl));
+  EXPECT_THAT(mHost.interfaceEntries(device, {.bInterfaceClass = 7, .bInterfaceSubClass = 2}),
+              IsEmpty());
   EXPECT_THAT(mHost.interfaceEntries(device, {.bInterfaceClass = 7, .bInterfaceProtocol = 1}),
               IsEmpty());
   EXPECT_THAT(mHost.interfaceEntries(device, {.bInterfaceClass = 7, .bAlternateSetting = 1}),

@@ -4,11 +4,18 @@
 
 using std::chrono::milliseconds;
 
+namespace {
+
+// How long a loop sleeps that hears of nothing: what it is run for may have come without a word.
+constexpr milliseconds kLookAgain{20};
+
+}  // namespace
+
 bool PollRunLoop::runUntil(const std::function<bool()>& done, milliseconds atMost) {
   const Time deadline = time() + atMost;
   while (!done()) {
     if (time() >= deadline) return false;
-    turn(deadline);
+    turn(std::min(deadline, time() + kLookAgain));
   }
   return true;
 }
