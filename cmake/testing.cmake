@@ -30,8 +30,6 @@ function(fw_add_test name)
   target_link_libraries(${name} PRIVATE
     ${ARG_LIBRARIES} fw_options GTest::gmock_main fw_test_options)
   target_precompile_headers(${name} REUSE_FROM fw_test_headers)
-  # What the files of a program include is read once for five of them.
-  set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 5)
   if(ARG_LAUNCHER)
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
   endif()

@@ -16,12 +16,12 @@ extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__
 
 namespace {
 
-using Input = std::vector<std::uint8_t>;
+using Bytes = std::vector<std::uint8_t>;
 
 constexpr int kMadeInputs = 20000;
 constexpr std::size_t kLargestInput = 4096;
 
-Input sCurrent;
+Bytes sCurrent;
 
 void showCurrentInput() {
   std::fputs("The input:", stderr);
@@ -35,12 +35,12 @@ void showCurrentInputOnAbort(int) {
   std::abort();
 }
 
-void run(Input input) {
+void run(Bytes input) {
   sCurrent = std::move(input);
   LLVMFuzzerTestOneInput(sCurrent.data(), sCurrent.size());
 }
 
-std::vector<Input> readCorpus(int count, char** directories) {
+std::vector<Bytes> readCorpus(int count, char** directories) {
   std::vector<std::filesystem::path> files;
   for (int i = 0; i < count; ++i) {
     for (const auto& entry : std::filesystem::directory_iterator(directories[i])) {
@@ -49,7 +49,7 @@ std::vector<Input> readCorpus(int count, char** directories) {
   }
   std::sort(files.begin(), files.end());
 
-  std::vector<Input> corpus;
+  std::vector<Bytes> corpus;
   for (const auto& file : files) {
     std::ifstream stream(file, std::ios::binary);
     corpus.emplace_back(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
@@ -59,10 +59,10 @@ std::vector<Input> readCorpus(int count, char** directories) {
 
 class Maker {
  public:
-  explicit Maker(const std::vector<Input>& corpus) : mCorpus(corpus) {}
+  explicit Maker(const std::vector<Bytes>& corpus) : mCorpus(corpus) {}
 
-  Input make() {
-    Input input = mCorpus[below(mCorpus.size())];
+  Bytes make() {
+    Bytes input = mCorpus[below(mCorpus.size())];
     for (std::size_t changes = 1 + below(8); changes > 0; --changes) change(input);
     if (input.size() > kLargestInput) input.resize(kLargestInput);
     return input;
@@ -72,7 +72,7 @@ class Maker {
   std::size_t below(std::size_t limit) { return mRandom() % limit; }
   std::uint8_t anyByte() { return static_cast<std::uint8_t>(mRandom()); }
 
-  void change(Input& input) {
+  void change(Bytes& input) {
     const auto position = static_cast<std::ptrdiff_t>(below(input.size() + 1));
     const auto at = input.begin() + position;
     switch (below(5)) {
@@ -94,7 +94,7 @@ class Maker {
     }
   }
 
-  const std::vector<Input>& mCorpus;
+  const std::vector<Bytes>& mCorpus;
   std::mt19937 mRandom{20050829};
 };
 
@@ -104,12 +104,12 @@ int main(int argc, char** argv) {
   std::signal(SIGABRT, showCurrentInputOnAbort);
   if (__sanitizer_set_death_callback != nullptr) __sanitizer_set_death_callback(showCurrentInput);
 
-  std::vector<Input> corpus = readCorpus(argc - 1, argv + 1);
+  std::vector<Bytes> corpus = readCorpus(argc - 1, argv + 1);
   if (corpus.empty()) {
     std::fputs("There is no corpus.\n", stderr);
     return 1;
   }
-  for (const Input& input : corpus) run(input);
+  for (const Bytes& input : corpus) run(input);
   run({});
   Maker maker(corpus);
   for (int i = 0; i < kMadeInputs; ++i) run(maker.make());

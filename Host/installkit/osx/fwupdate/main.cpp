@@ -75,7 +75,7 @@ void runUpdater() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Whoever reads standard error may go at any time; a download must not go with him.
+  // Whoever reads standard error may go at any time, and must not take a download along.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   std::unique_ptr<Host> host;
   try {
