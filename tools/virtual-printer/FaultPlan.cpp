@@ -40,8 +40,10 @@ constexpr Kind kKinds[] = {
      "says these bytes too, given in hexadecimal"},
     {FaultKind::Unplug, "unplug", Where::AnyStep, Value::OptionalNumber, 0, Medium::Usb,
      "pulls the plug, and puts it back after so many milliseconds; without a number, never"},
-    {FaultKind::Stall, "stall", Where::AnyStep, Value::None, 0, Medium::Usb,
-     "stalls both pipes until the host clears them"},
+    {FaultKind::Stall, "stall", Where::AnyStep, Value::OptionalNumber, 0, Medium::Usb,
+     "stalls both pipes until the host clears them; with a number, so many milliseconds later, "
+     "when "
+     "a host surely waits for an answer, and says nothing before"},
 
     {FaultKind::WrongPrefix, "wrong-prefix", Where::Response, Value::OptionalNumber, 0x00ad,
      Medium::Any, "says this prefix in its responses, not 0x00ac"},

@@ -48,6 +48,10 @@ void UsbConnection::lost(const std::string& reason) {
 
 void UsbConnection::send(std::span<const std::uint8_t> bytes) {
   if (mLost || mPlugPulled) return;
+  if (mStallTimer) {
+    mHeldBack.emplace_back(bytes.begin(), bytes.end());
+    return;
+  }
   if (mPrinter.faults().find(FaultKind::ZeroPackets)) mPipes.send({});
   mPipes.send(bytes);
 }
@@ -74,10 +78,26 @@ void UsbConnection::perform(const Fault& fault) {
     mPullPlug({}, back);
   }
   if (fault.kind == FaultKind::Stall) {
-    // A pipe with something to say cannot be halted.
-    mStallPending = !mPipes.isIdle();
-    if (!mStallPending) mPipes.stall();
+    if (fault.number > 0) {
+      stallAfter(std::chrono::milliseconds(fault.number));
+    } else {
+      stall();
+    }
   }
+}
+
+void UsbConnection::stall() {
+  // A pipe with something to say cannot be halted.
+  mStallPending = !mPipes.isIdle();
+  if (!mStallPending) mPipes.stall();
+}
+
+void UsbConnection::stallAfter(std::chrono::milliseconds delay) {
+  mStallTimer = mPrinter.scheduler().after(delay, [this] {
+    mStallTimer.reset();
+    stall();
+    for (const std::vector<std::uint8_t>& bytes : std::exchange(mHeldBack, {})) send(bytes);
+  });
 }
 
 }  // namespace virtualprinter

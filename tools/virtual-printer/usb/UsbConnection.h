@@ -5,12 +5,16 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "Connection.h"
 #include "Conversation.h"
+#include "Scheduler.h"
 #include "UsbPipes.h"
 
 namespace virtualprinter {
@@ -47,6 +51,9 @@ class UsbConnection : private Connection {
   void reset() override;
   void perform(const Fault& fault) override;
 
+  void stall();
+  void stallAfter(std::chrono::milliseconds delay);
+
   Printer& mPrinter;
   UsbPipes& mPipes;
   PullPlug mPullPlug;
@@ -55,6 +62,8 @@ class UsbConnection : private Connection {
   bool mLost = false;
   bool mPlugPulled = false;
   bool mStallPending = false;
+  std::unique_ptr<Scheduler::Timer> mStallTimer;
+  std::vector<std::vector<std::uint8_t>> mHeldBack;  // to be said behind the stall
 };
 
 }  // namespace virtualprinter
