@@ -10,7 +10,7 @@
 
 namespace {
 
-class QtWorld final : public RunLoopWorld {
+class QtLoopWorld final : public RunLoopWorld {
  public:
   platform::RunLoop& runLoop() override { return *mRunLoop; }
 
@@ -26,7 +26,7 @@ class QtWorld final : public RunLoopWorld {
   std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
 };
 
-class PollWorld final : public RunLoopWorld {
+class PollLoopWorld final : public RunLoopWorld {
  public:
   platform::RunLoop& runLoop() override { return mRunLoop; }
   void runFor(std::chrono::milliseconds time) override { mRunLoop.runFor(time); }
@@ -35,7 +35,7 @@ class PollWorld final : public RunLoopWorld {
   PollRunLoop mRunLoop;
 };
 
-class FakeWorld final : public RunLoopWorld {
+class FakeLoopWorld final : public RunLoopWorld {
  public:
   platform::RunLoop& runLoop() override { return mRunLoop; }
 
@@ -60,5 +60,5 @@ std::unique_ptr<RunLoopWorld> make() {
 }  // namespace
 
 std::vector<RunLoopImplementation> runLoopImplementations() {
-  return {{"Qt", make<QtWorld>}, {"Poll", make<PollWorld>}, {"Fake", make<FakeWorld>}};
+  return {{"Qt", make<QtLoopWorld>}, {"Poll", make<PollLoopWorld>}, {"Fake", make<FakeLoopWorld>}};
 }

@@ -19,12 +19,12 @@ namespace {
 using platform::OSStatus;
 using platform::StatusTable;
 
-struct Implementation {
+struct StatusTableImplementation {
   const char* name;
   std::unique_ptr<StatusTable> (*make)();
 };
 
-void PrintTo(const Implementation& implementation, std::ostream* out) {
+void PrintTo(const StatusTableImplementation& implementation, std::ostream* out) {
   *out << implementation.name;
 }
 
@@ -34,7 +34,7 @@ std::unique_ptr<StatusTable> makeFakeStatusTable() {
   return table;
 }
 
-class StatusTableContract : public testing::TestWithParam<Implementation> {
+class StatusTableContract : public testing::TestWithParam<StatusTableImplementation> {
  protected:
   std::unique_ptr<StatusTable> mTable = GetParam().make();
 };
@@ -52,8 +52,9 @@ TEST_P(StatusTableContract, UnknownCodeHasNeither) {
 }
 
 INSTANTIATE_TEST_SUITE_P(StatusTable, StatusTableContract,
-                         testing::Values(Implementation{"posix", &platform::makePosixStatusTable},
-                                         Implementation{"fake", &makeFakeStatusTable}));
+                         testing::Values(StatusTableImplementation{"posix",
+                                                                   &platform::makePosixStatusTable},
+                                         StatusTableImplementation{"fake", &makeFakeStatusTable}));
 
 class PosixStatusTableTest : public testing::Test {
  protected:

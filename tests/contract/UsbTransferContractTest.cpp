@@ -20,7 +20,7 @@ using testing::SizeIs;
 
 using Fault = PrinterOnUsb::Fault;
 
-constexpr std::uint16_t kPacket = 512;
+constexpr std::uint16_t kPacketSize = 512;
 
 TransferEnd success(std::size_t bytes) { return {kIOReturnSuccess, bytes}; }
 
@@ -44,7 +44,7 @@ class UsbTransferContract : public UsbContract {
   // What comes in one transfer of a packet at most.
   std::string read() {
     std::string bytes;
-    EXPECT_EQ(mHost.read(*mAcl, bytes, kPacket).result, kIOReturnSuccess);
+    EXPECT_EQ(mHost.read(*mAcl, bytes, kPacketSize).result, kIOReturnSuccess);
     return bytes;
   }
 
@@ -59,7 +59,7 @@ class UsbTransferContract : public UsbContract {
 
   // A read that nothing answers; its end, if it has one, is in `recorder`.
   void startSilentRead(TransferRecorder& recorder) {
-    mBuffer.assign(kPacket, '\0');
+    mBuffer.assign(kPacketSize, '\0');
     ASSERT_EQ(mHost.startRead(*mAcl, mBuffer, recorder, 0), kIOReturnSuccess);
   }
 
@@ -114,7 +114,7 @@ TEST_P(UsbTransferContract, PipesCountInTheOrderOfTheDescriptors) {
   ASSERT_EQ(mAcl->getPipeProperties(1, properties), kIOReturnSuccess);
   EXPECT_EQ(properties.direction, 1);
   EXPECT_EQ(properties.transferType, 2);
-  EXPECT_EQ(properties.maxPacketSize, kPacket);
+  EXPECT_EQ(properties.maxPacketSize, kPacketSize);
   ASSERT_EQ(mAcl->getPipeProperties(2, properties), kIOReturnSuccess);
   EXPECT_EQ(properties.direction, 0);
   EXPECT_EQ(ask(), kIdAnswer);
@@ -151,7 +151,7 @@ TEST_P(UsbTransferContract, BothInterfacesAreUsedTogether) {
   TransferRecorder writing;
   TransferRecorder reading;
   const std::string hello = "hello";
-  std::string echo(2 * kPacket, '\0');
+  std::string echo(2 * kPacketSize, '\0');
   ASSERT_EQ(mHost.startRead(*ews, echo, reading), kIOReturnSuccess);
   ASSERT_EQ(mHost.startWrite(*ews, hello, writing), kIOReturnSuccess);
   EXPECT_EQ(ask(), kIdAnswer);
@@ -178,7 +178,7 @@ TEST_P(UsbTransferContract, EmptyPacketsAreReadsOfNothing) {
 TEST_P(UsbTransferContract, ASilentPrinterIsATimeOut) {
   openAcl();
   std::string bytes;
-  EXPECT_EQ(mHost.read(*mAcl, bytes, kPacket, 100),
+  EXPECT_EQ(mHost.read(*mAcl, bytes, kPacketSize, 100),
             (TransferEnd{platform::kIOUSBTransactionTimeout, 0}));
   // And nothing is lost by that.
   EXPECT_EQ(ask(), kIdAnswer);
@@ -199,7 +199,7 @@ TEST_P(UsbTransferContract, AStallLastsUntilItIsCleared) {
   EXPECT_EQ(write(kIdRequest), success(59));
   EXPECT_EQ(mHost.await(recorder), stalled);
   std::string bytes;
-  EXPECT_EQ(mHost.read(*mAcl, bytes, kPacket), stalled);
+  EXPECT_EQ(mHost.read(*mAcl, bytes, kPacketSize), stalled);
   EXPECT_EQ(write("x"), stalled);
   EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, 1)), kIOReturnSuccess);
   EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, 0)), kIOReturnSuccess);

@@ -18,7 +18,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr int kMadeInputs = 20000;
+constexpr int kMadeInputs = 10000;
 constexpr std::size_t kLargestInput = 4096;
 
 Bytes sCurrent;

@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
 
-std::string refusal(const std::vector<std::string>& arguments) {
+std::string refusalOf(const std::vector<std::string>& arguments) {
   try {
     parseOptions(arguments);
   } catch (const std::invalid_argument& error) {
@@ -68,19 +68,19 @@ TEST(OptionsTest, NoAnnounceIsShortForAnnounceNo) {
 }
 
 TEST(OptionsTest, RefusesWhatItDoesNotUnderstand) {
-  EXPECT_EQ(refusal({"--prot", "1"}), "there is no option --prot");
-  EXPECT_EQ(refusal({"9100"}), "there is no option 9100");
-  EXPECT_EQ(refusal({"--port"}), "--port needs a value");
-  EXPECT_EQ(refusal({"--quiet=yes"}), "--quiet=yes: takes no value");
-  EXPECT_EQ(refusal({"--port", "65536"}), "\"65536\" is not a number from 0 to 65535");
-  EXPECT_EQ(refusal({"--port", ""}), "\"\" is not a number from 0 to 65535");
-  EXPECT_EQ(refusal({"--burn-seconds", "-1"}), "\"-1\" is not a time in seconds");
-  EXPECT_EQ(refusal({"--burn-seconds", "nan"}), "\"nan\" is not a time in seconds");
-  EXPECT_EQ(refusal({"--txt", "=x"}), "\"=x\" is not KEY=VALUE");
-  EXPECT_EQ(refusal({"--device-id", R"(\x4)"}),
+  EXPECT_EQ(refusalOf({"--prot", "1"}), "there is no option --prot");
+  EXPECT_EQ(refusalOf({"9100"}), "there is no option 9100");
+  EXPECT_EQ(refusalOf({"--port"}), "--port needs a value");
+  EXPECT_EQ(refusalOf({"--quiet=yes"}), "--quiet=yes: takes no value");
+  EXPECT_EQ(refusalOf({"--port", "65536"}), "\"65536\" is not a number from 0 to 65535");
+  EXPECT_EQ(refusalOf({"--port", ""}), "\"\" is not a number from 0 to 65535");
+  EXPECT_EQ(refusalOf({"--burn-seconds", "-1"}), "\"-1\" is not a time in seconds");
+  EXPECT_EQ(refusalOf({"--burn-seconds", "nan"}), "\"nan\" is not a time in seconds");
+  EXPECT_EQ(refusalOf({"--txt", "=x"}), "\"=x\" is not KEY=VALUE");
+  EXPECT_EQ(refusalOf({"--device-id", R"(\x4)"}),
             "\"\\x4\": after \\ comes x and two hexadecimal digits");
-  EXPECT_EQ(refusal({"--exit-after", "noon"}), "\"noon\" is none of conversation, burn, return");
-  EXPECT_EQ(refusal({"--fault", "clos@uel"}), "fault \"clos@uel\": there is no such fault");
+  EXPECT_EQ(refusalOf({"--exit-after", "noon"}), "\"noon\" is none of conversation, burn, return");
+  EXPECT_EQ(refusalOf({"--fault", "clos@uel"}), "fault \"clos@uel\": there is no such fault");
 }
 
 TEST(OptionsTest, HelpNamesEveryFaultAndEveryStep) {

@@ -19,10 +19,10 @@ using testing::ElementsAre;
 namespace {
 
 // A null text is one that the program has not got.
-std::map<ItemId, const char*> texts;
+std::map<ItemId, const char*> sTexts;
 
 Text textOf(ItemId item) {
-  const char* text = texts.at(item);
+  const char* text = sTexts.at(item);
   return text == nullptr ? Text() : Text::fromUtf8(text);
 }
 
@@ -40,7 +40,7 @@ bool itemCompare(ControlRef, ItemId a, ItemId b, FourCharCode) {
 class QtListModel : public testing::Test {
  protected:
   QtListModel() {
-    texts.clear();
+    sTexts.clear();
     mModel.setColumns({{"lcNm"_4cc, "Name"}, {"lcTy"_4cc, "Type"}});
     platform::DataBrowserCallbacks callbacks;
     callbacks.itemData = itemData;
@@ -50,7 +50,7 @@ class QtListModel : public testing::Test {
   }
 
   void add(ItemId item, const char* text) {
-    texts[item] = text;
+    sTexts[item] = text;
     EXPECT_TRUE(mModel.add(item));
   }
 
