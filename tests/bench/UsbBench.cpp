@@ -29,7 +29,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::string_literals;
 
-constexpr int kRuns = 7;
+constexpr int kRuns = 41;
 constexpr std::uint32_t kTimeout = 5000;  // milliseconds; long, so that nothing is cut off
 constexpr std::size_t kPacket = 512;
 // The kernel driver has just given way, which udev is told of and busy with for a moment.
