@@ -9,7 +9,7 @@ namespace {
 
 using Row = std::vector<std::wstring>;
 
-std::vector<Row> rows(const std::vector<Branding::FirmwareSpec>& specs) {
+std::vector<Row> rows(const Branding::FirmwareSpecList& specs) {
   std::vector<Row> rows;
   for (const auto& spec : specs)
     rows.push_back({spec.modelPattern, spec.licPattern, spec.fileName});
@@ -87,6 +87,13 @@ TEST_F(BrandingTest, FoundNameStaysValid) {
   EXPECT_EQ(found, L"product.tarn.bin");
   EXPECT_EQ(none, L"");
   EXPECT_EQ(&none, &Branding::getMatchingFirmwareFile(L"another", L""));
+}
+
+TEST_F(BrandingTest, FoundNameStaysWhereItIsWhenTheListGrows) {
+  const std::wstring& found = Branding::getMatchingFirmwareFile(L"KX350T", L"QT725013");
+  for (int i = 0; i < 1000; ++i) Branding::buildFirmwareSpecList();
+  EXPECT_EQ(&Branding::getMatchingFirmwareFile(L"KX350T", L"QT725013"), &found);
+  EXPECT_EQ(found, L"product.brand.bin");
 }
 
 TEST_F(BrandingTest, FirstMatchingRecordWins) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <vector>
 
 #include "StrUtils.h"
 #include "wcharStub.h"
@@ -31,7 +32,7 @@ const std::uint16_t Branding::sUsbProductId = 0x0C28;
 const platform::Text Branding::sManufacturerStr = platform::Text::fromUtf8("Veltra");
 const platform::Text Branding::sModelStr = platform::Text::fromUtf8("KX350T");
 bool Branding::sPromptBeforeUsbDownload = false;
-std::vector<Branding::FirmwareSpec> Branding::sFirmwareSpecList;
+Branding::FirmwareSpecList Branding::sFirmwareSpecList;
 
 void Branding::buildFirmwareSpecList() {
   for (const FirmwareSpec& spec : parseFirmwareSpecs(kFirmwareTable)) {
@@ -39,8 +40,8 @@ void Branding::buildFirmwareSpecList() {
   }
 }
 
-std::vector<Branding::FirmwareSpec> Branding::parseFirmwareSpecs(const std::wstring& table) {
-  std::vector<FirmwareSpec> specs;
+Branding::FirmwareSpecList Branding::parseFirmwareSpecs(const std::wstring& table) {
+  FirmwareSpecList specs;
   std::vector<wchar_t> buffer(table.c_str(), table.c_str() + table.size() + 1);
   wchar_t* state = nullptr;
   wchar_t* token = std::wcstok(buffer.data(), kSeparator, &state);

@@ -4,8 +4,8 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string>
-#include <vector>
 
 #include "platform/Text.h"
 
@@ -21,6 +21,9 @@ class Branding {
     std::wstring fileName;      // in the resources directory
   };
 
+  // Appending to a deque leaves its records where they are.
+  using FirmwareSpecList = std::deque<FirmwareSpec>;
+
   Branding() = delete;
 
   static const std::uint16_t sUsbVendorId;
@@ -31,15 +34,15 @@ class Branding {
   // Decides whether a USB printer is confirmed like a network printer; the program never sets it.
   static bool sPromptBeforeUsbDownload;
 
-  // In the order of priority; empty until the first search.
-  static std::vector<FirmwareSpec> sFirmwareSpecList;
+  // In the order of priority; empty until the first search. Records are only ever appended.
+  static FirmwareSpecList sFirmwareSpecList;
 
   // Appends the records of the product's table to the list.
   static void buildFirmwareSpecList();
 
   // A table's text is pairs of a selector and a file name, all separated by ",". A selector is
   // device-ID text with MDL and LIC, or "*" for every printer.
-  static std::vector<FirmwareSpec> parseFirmwareSpecs(const std::wstring& table);
+  static FirmwareSpecList parseFirmwareSpecs(const std::wstring& table);
 
   // The file of the first record that matches both values, or an empty name when none does. The
   // reference stays valid for the life of the process.
