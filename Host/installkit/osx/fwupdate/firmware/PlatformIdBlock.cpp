@@ -14,19 +14,22 @@ PlatformIdBlock::PlatformIdBlock(std::span<const char> image) {
   const std::span<const char> tail = image.last(kTailSize);
   mVersion = static_cast<unsigned char>(tail[0]);
   const std::size_t length = static_cast<unsigned char>(tail[1]);
-  const std::span<const char> front = image.first(image.size() - kTailSize);
-  if (length <= front.size()) mBlock = front.last(length);
+  if (length + kTailSize <= image.size()) mEnd = image.last(length + kTailSize);
+}
+
+std::span<const char> PlatformIdBlock::bytes() const {
+  return mEnd.empty() ? mEnd : mEnd.first(mEnd.size() - kTailSize);
 }
 
 unsigned int PlatformIdBlock::fieldCount() const {
-  return static_cast<unsigned int>(std::count(mBlock.begin(), mBlock.end(), '\0'));
+  return static_cast<unsigned int>(std::ranges::count(bytes(), '\0'));
 }
 
 platform::Text PlatformIdBlock::firmwareVersion() const {
-  const auto zero = std::find(mBlock.begin(), mBlock.end(), '\0');
-  if (zero == mBlock.end()) return platform::Text();
-  const auto behindZero = static_cast<std::size_t>(zero - mBlock.begin()) + 1;
-  const std::size_t available = mBlock.size() - behindZero + kTailSize;
-  const char* const text = mBlock.data() + behindZero;
-  return platform::Text::fromUtf8({text, std::min(kFirmwareVersionSize, available)});
+  const std::span<const char> block = bytes();
+  const auto zero = std::ranges::find(block, '\0');
+  if (zero == block.end()) return platform::Text();
+  const auto behindZero = static_cast<std::size_t>(zero - block.begin()) + 1;
+  const std::span<const char> rest = mEnd.subspan(behindZero);
+  return platform::Text::fromUtf8({rest.data(), std::min(kFirmwareVersionSize, rest.size())});
 }

@@ -19,16 +19,17 @@ class PlatformIdBlock {
   unsigned int version() const { return mVersion; }
 
   // The texts with their zero bytes; empty when the image is shorter than the block says it is.
-  std::span<const char> bytes() const { return mBlock; }
+  std::span<const char> bytes() const;
 
   // The number of zero bytes in the block.
   unsigned int fieldCount() const;
 
-  // The 8 bytes behind the first zero byte, whatever they are; fewer where the image ends before.
-  // Null when they are not valid UTF-8, or there is no zero byte.
+  // The 8 bytes behind the first zero byte, whatever they are: beyond the block they are those of
+  // the format version and the length, and where the image ends there are fewer. Null when they are
+  // not valid UTF-8, or there is no zero byte.
   platform::Text firmwareVersion() const;
 
  private:
-  std::span<const char> mBlock;
+  std::span<const char> mEnd;  // the block and what follows it, to the end of the image
   unsigned int mVersion = 0;
 };
