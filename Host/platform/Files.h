@@ -1,25 +1,23 @@
-// Reading one file whole. Each operation returns a status: 0, or the host's errno.
+// Files, read whole. Each operation tells a status: 0, or the host's errno.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
-#include <span>
 #include <string>
+#include <vector>
 
 #include "platform/Status.h"
 
 namespace platform {
 
-// An open file; closed when destroyed.
-class OpenFile {
- public:
-  virtual ~OpenFile() = default;
+// How far the reading of a file came.
+struct WholeRead {
+  enum class Step { DataFork, Open, Read };
 
-  // Reads from the start of the file. `actual` is the number of bytes read, also on failure; fewer
-  // than asked for at the end of the file.
-  virtual OSStatus read(std::span<char> destination, std::size_t& actual) = 0;
+  Step step;               // the last one taken
+  OSStatus status;         // its answer
+  std::size_t actual = 0;  // the bytes read, also when the read failed
 };
 
 class Files {
@@ -36,16 +34,13 @@ class Files {
 
   virtual OSStatus dataSize(const std::filesystem::path& file, std::uint64_t& size) = 0;
 
-  // Succeeds when the entry has data to read: EISDIR for a directory, EINVAL for anything else
-  // that is not a regular file.
-  virtual OSStatus checkDataFork(const std::filesystem::path& file) = 0;
-
-  virtual OSStatus open(const std::filesystem::path& file, std::unique_ptr<OpenFile>& opened) = 0;
-
-  // Says that the `size` bytes of memory from `begin` on, not used so far, are about to take a file
-  // whole, so that the host can give that memory in few large pieces. A hint: nothing but speed
-  // depends on it.
-  virtual void expectWholeFile(void* begin, std::size_t size) = 0;
+  // Makes `bytes` as long as `size`, new bytes zero, and only then takes the steps: finds the data
+  // fork (EISDIR for a directory, EINVAL for anything else that is not a regular file), opens it,
+  // and fills `bytes` from its start: one read, straight into that memory, short where the file
+  // ends before. The step that fails is the last one, and the file is closed again in any case.
+  // Never waits for another program to write.
+  virtual WholeRead readWhole(const std::filesystem::path& file, std::size_t size,
+                              std::vector<char>& bytes) = 0;
 };
 
 }  // namespace platform

@@ -1,8 +1,5 @@
 // What the program relies on in every file system, the double included.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -10,8 +7,9 @@
 #include <fstream>
 #include <memory>
 #include <ostream>
-#include <sstream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "FakeFiles.h"
 #include "TemporaryDirectory.h"
@@ -20,8 +18,8 @@
 namespace {
 
 using platform::Files;
-using platform::OpenFile;
 using platform::OSStatus;
+using platform::WholeRead;
 using std::filesystem::path;
 
 // A file system with one directory in which tests put what they need.
@@ -83,11 +81,22 @@ class FilesContract : public testing::TestWithParam<Implementation> {
     return files().makeReference(root(), name, mFile);
   }
 
+  // How far it came, in words.
+  std::string readWhole(const std::string& name, std::size_t size) {
+    const WholeRead read = files().readWhole(root() / name, size, mBytes);
+    const std::string step = read.step == WholeRead::Step::DataFork ? "data fork"
+                             : read.step == WholeRead::Step::Open   ? "open"
+                                                                    : "read";
+    return step + ", status " + std::to_string(read.status) + ", " + std::to_string(read.actual) +
+           " bytes";
+  }
+
+  std::string bytes() const { return {mBytes.begin(), mBytes.end()}; }
+
   std::unique_ptr<FilesWorld> mWorld = GetParam().make();
   path mFile;
-  std::unique_ptr<OpenFile> mOpened;
   std::uint64_t mSize = 4711;
-  std::size_t mActual = 4711;
+  std::vector<char> mBytes;
 };
 
 TEST_P(FilesContract, DirectoryIsOneThatExists) {
@@ -141,55 +150,49 @@ TEST_P(FilesContract, SizeIsThatOfTheData) {
   EXPECT_EQ(files().dataSize(root() / "absent", mSize), ENOENT);
 }
 
-TEST_P(FilesContract, OnlyFilesHaveDataToRead) {
-  mWorld->addFile("file", "abc");
-  mWorld->addDirectory("directory");
-  EXPECT_EQ(files().checkDataFork(root() / "file"), 0);
-  EXPECT_EQ(files().checkDataFork(root() / "directory"), EISDIR);
-  EXPECT_EQ(files().checkDataFork(root() / "absent"), ENOENT);
+TEST_P(FilesContract, WholeFileIsRead) {
+  mWorld->addFile("file", std::string("a\0c", 3));
+  EXPECT_EQ(readWhole("file", 3), "read, status 0, 3 bytes");
+  EXPECT_EQ(bytes(), std::string("a\0c", 3));
 }
 
-TEST_P(FilesContract, FileIsReadFromItsStart) {
-  mWorld->addFile("file", std::string("a\0c", 3));
-  ASSERT_EQ(files().open(root() / "file", mOpened), 0);
-  std::string bytes(3, '?');
-  EXPECT_EQ(mOpened->read(bytes, mActual), 0);
-  EXPECT_EQ(mActual, 3u);
-  EXPECT_EQ(bytes, std::string("a\0c", 3));
-  EXPECT_EQ(mOpened->read(std::span(bytes).first(1), mActual), 0);
-  EXPECT_EQ(mActual, 1u);
-  EXPECT_EQ(bytes[0], 'a');
+TEST_P(FilesContract, FileTakesThePlaceOfWhatWasThere) {
+  mWorld->addFile("file", "abc");
+  mBytes = {'l', 'o', 'n', 'g', 'e', 'r'};
+  EXPECT_EQ(readWhole("file", 3), "read, status 0, 3 bytes");
+  EXPECT_EQ(bytes(), "abc");
+  mBytes = {'x'};
+  EXPECT_EQ(readWhole("file", 3), "read, status 0, 3 bytes");
+  EXPECT_EQ(bytes(), "abc");
+}
+
+TEST_P(FilesContract, NoMoreIsReadThanAskedFor) {
+  mWorld->addFile("file", "abc");
+  EXPECT_EQ(readWhole("file", 2), "read, status 0, 2 bytes");
+  EXPECT_EQ(bytes(), "ab");
 }
 
 TEST_P(FilesContract, ReadEndsAtTheEndOfTheFile) {
   mWorld->addFile("file", "abc");
-  ASSERT_EQ(files().open(root() / "file", mOpened), 0);
-  std::string bytes(5, '?');
-  EXPECT_EQ(mOpened->read(bytes, mActual), 0);
-  EXPECT_EQ(mActual, 3u);
-  EXPECT_EQ(bytes, "abc??");
+  EXPECT_EQ(readWhole("file", 5), "read, status 0, 3 bytes");
+  EXPECT_EQ(bytes(), std::string("abc\0\0", 5));
 }
 
 TEST_P(FilesContract, ReadOfNothingSucceeds) {
   mWorld->addFile("file", "abc");
-  ASSERT_EQ(files().open(root() / "file", mOpened), 0);
-  EXPECT_EQ(mOpened->read({}, mActual), 0);
-  EXPECT_EQ(mActual, 0u);
+  EXPECT_EQ(readWhole("file", 0), "read, status 0, 0 bytes");
+  EXPECT_EQ(bytes(), "");
 }
 
-TEST_P(FilesContract, AbsentFileIsNotOpened) {
-  EXPECT_EQ(files().open(root() / "absent", mOpened), ENOENT);
-  EXPECT_EQ(mOpened, nullptr);
+TEST_P(FilesContract, MemoryIsThereBeforeTheFileIsLookedAt) {
+  EXPECT_EQ(readWhole("absent", 3), "data fork, status " + std::to_string(ENOENT) + ", 0 bytes");
+  EXPECT_EQ(bytes(), std::string(3, '\0'));
+  EXPECT_THROW(readWhole("absent", SIZE_MAX), std::length_error);
 }
 
-TEST_P(FilesContract, MemoryThatExpectsAFileKeepsWhatItHolds) {
-  std::string memory(3 << 20, 'x');
-  files().expectWholeFile(memory.data(), memory.size());
-  files().expectWholeFile(&memory[1], memory.size() - 2);
-  files().expectWholeFile(&memory[4097], 4095);
-  files().expectWholeFile(memory.data(), 0);
-  files().expectWholeFile(nullptr, 0);
-  EXPECT_EQ(memory, std::string(3 << 20, 'x'));
+TEST_P(FilesContract, DirectoryHasNoDataFork) {
+  mWorld->addDirectory("directory");
+  EXPECT_EQ(readWhole("directory", 3), "data fork, status " + std::to_string(EISDIR) + ", 0 bytes");
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -197,113 +200,5 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Implementation{"posix", [] { return std::unique_ptr<FilesWorld>(new PosixFilesWorld); }},
         Implementation{"fake", [] { return std::unique_ptr<FilesWorld>(new FakeFilesWorld); }}));
-
-class PosixFilesTest : public testing::Test {
- protected:
-  path root() const { return mDirectory.path(); }
-
-  TemporaryDirectory mDirectory;
-  std::unique_ptr<Files> mFiles = platform::makePosixFiles();
-  std::unique_ptr<OpenFile> mOpened;
-};
-
-TEST_F(PosixFilesTest, LinkThatLeadsNowhereIsAnEntryWithoutASize) {
-  std::filesystem::create_symlink("absent", root() / "link");
-  path file;
-  std::uint64_t size = 0;
-  EXPECT_EQ(mFiles->makeReference(root(), u"link", file), 0);
-  EXPECT_EQ(mFiles->dataSize(file, size), ENOENT);
-  EXPECT_EQ(mFiles->checkDataFork(file), ENOENT);
-}
-
-TEST_F(PosixFilesTest, NameThatIsTooLongIsReported) {
-  path file;
-  EXPECT_EQ(mFiles->makeReference(root(), std::u16string(256, u'x'), file), ENAMETOOLONG);
-}
-
-TEST_F(PosixFilesTest, SizeHasSixtyFourBits) {
-  std::ofstream(root() / "sparse");
-  std::filesystem::resize_file(root() / "sparse", std::uint64_t{5} << 32);
-  std::uint64_t size = 0;
-  EXPECT_EQ(mFiles->dataSize(root() / "sparse", size), 0);
-  EXPECT_EQ(size, std::uint64_t{5} << 32);
-}
-
-TEST_F(PosixFilesTest, PipeHasNoDataForkAndDoesNotBlock) {
-  ASSERT_EQ(::mkfifo((root() / "pipe").c_str(), 0600), 0);
-  EXPECT_EQ(mFiles->checkDataFork(root() / "pipe"), EINVAL);
-  EXPECT_EQ(mFiles->open(root() / "pipe", mOpened), 0);
-}
-
-TEST_F(PosixFilesTest, DirectoryCannotBeRead) {
-  ASSERT_EQ(mFiles->open(root(), mOpened), 0);
-  std::string bytes(3, '?');
-  std::size_t actual = 4711;
-  EXPECT_EQ(mOpened->read(bytes, actual), EISDIR);
-  EXPECT_EQ(actual, 0u);
-}
-
-TEST_F(PosixFilesTest, FileThatShrinksAfterOpeningIsReadShort) {
-  std::ofstream(root() / "file") << "abcdef";
-  ASSERT_EQ(mFiles->open(root() / "file", mOpened), 0);
-  std::filesystem::resize_file(root() / "file", 2);
-  std::string bytes(6, '?');
-  std::size_t actual = 0;
-  EXPECT_EQ(mOpened->read(bytes, actual), 0);
-  EXPECT_EQ(actual, 2u);
-}
-
-TEST_F(PosixFilesTest, FileIsClosedWithItsHandle) {
-  std::ofstream(root() / "file") << "abc";
-  ASSERT_EQ(mFiles->open(root() / "file", mOpened), 0);
-  const int next = ::open("/dev/null", O_RDONLY);
-  ::close(next);
-  mOpened.reset();
-  const int lower = ::open("/dev/null", O_RDONLY);
-  ::close(lower);
-  EXPECT_LT(lower, next);
-}
-
-// The flags that the kernel keeps for the memory that has `address` in it; empty if it keeps none.
-std::string memoryFlags(const void* address) {
-  std::ifstream smaps("/proc/self/smaps");
-  bool found = false;
-  for (std::string line; std::getline(smaps, line);) {
-    std::uintptr_t begin = 0;
-    std::uintptr_t end = 0;
-    char dash = 0;
-    if (std::istringstream(line) >> std::hex >> begin >> dash >> end && dash == '-') {
-      const auto wanted = reinterpret_cast<std::uintptr_t>(address);
-      found = begin <= wanted && wanted < end;
-    }
-    if (found && line.starts_with("VmFlags:")) return line + " ";
-  }
-  return std::string();
-}
-
-TEST_F(PosixFilesTest, MemoryThatExpectsALargeFileGetsLargePages) {
-  if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) {
-    GTEST_SKIP() << "this kernel has no huge pages";
-  }
-  const auto memory = std::make_unique_for_overwrite<char[]>(16 << 20);
-  const char* const middle = &memory[8 << 20];
-  ASSERT_EQ(memoryFlags(middle).find(" hg "), std::string::npos);
-  mFiles->expectWholeFile(memory.get(), 16 << 20);
-  EXPECT_NE(memoryFlags(middle).find(" hg "), std::string::npos) << memoryFlags(middle);
-}
-
-// Root may read everything: as root, the test looks as somebody else.
-TEST_F(PosixFilesTest, FileWithoutPermissionIsNotOpened) {
-  std::ofstream(root() / "secret") << "abc";
-  std::filesystem::permissions(root() / "secret", std::filesystem::perms::none);
-  std::filesystem::permissions(root(), std::filesystem::perms::all);
-  const uid_t user = ::geteuid();
-  const uid_t somebody = user == 0 ? 65534 : user;
-  ASSERT_EQ(::seteuid(somebody), 0);
-  const OSStatus status = mFiles->open(root() / "secret", mOpened);
-  ASSERT_EQ(::seteuid(user), 0);
-  EXPECT_EQ(status, EACCES);
-  EXPECT_EQ(mOpened, nullptr);
-}
 
 }  // namespace

@@ -6,26 +6,9 @@
 
 using platform::noErr;
 using platform::OSStatus;
+using platform::WholeRead;
+using Step = platform::WholeRead::Step;
 using std::filesystem::path;
-
-class FakeFiles::OpenedFile : public platform::OpenFile {
- public:
-  OpenedFile(FakeFiles& files, const std::string& bytes) : mFiles(files), mBytes(bytes) {}
-  ~OpenedFile() override { mFiles.mCalls.push_back("close"); }
-
-  OSStatus read(std::span<char> destination, std::size_t& actual) override {
-    const OSStatus status =
-        mFiles.record(Operation::Read, "read " + std::to_string(destination.size()));
-    actual = std::min({destination.size(), mBytes.size(), mFiles.mReadLimit});
-    if (status != noErr && mFiles.mReadLimit == SIZE_MAX) actual = 0;
-    std::copy_n(mBytes.begin(), actual, destination.begin());
-    return status;
-  }
-
- private:
-  FakeFiles& mFiles;
-  const std::string mBytes;
-};
 
 void FakeFiles::addDirectory(const path& directory) { mDirectories.insert(directory); }
 
@@ -71,27 +54,28 @@ OSStatus FakeFiles::dataSize(const path& file, std::uint64_t& size) {
   return noErr;
 }
 
-OSStatus FakeFiles::checkDataFork(const path& file) {
-  if (const OSStatus status = record(Operation::CheckDataFork, "checkDataFork " + file.string()))
-    return status;
-  if (mDirectories.contains(file)) return EISDIR;
-  return findEntry(file);
-}
-
-OSStatus FakeFiles::open(const path& file, std::unique_ptr<platform::OpenFile>& opened) {
-  if (const OSStatus status = record(Operation::Open, "open " + file.string())) return status;
-  if (mDirectories.contains(file)) return EISDIR;
-  if (const OSStatus status = findEntry(file)) return status;
-  opened = std::make_unique<OpenedFile>(*this, mFiles.at(file));
-  return noErr;
-}
-
-void FakeFiles::expectWholeFile(void*, std::size_t size) {
-  mCalls.push_back("expectWholeFile " + std::to_string(size));
+WholeRead FakeFiles::readWhole(const path& file, std::size_t size, std::vector<char>& bytes) {
+  mCalls.push_back("readWhole " + file.string() + " " + std::to_string(size));
+  bytes.resize(size);
+  if (const OSStatus status = failureOf(Operation::DataFork)) return {Step::DataFork, status};
+  if (mDirectories.contains(file)) return {Step::DataFork, EISDIR};
+  if (const OSStatus status = findEntry(file)) return {Step::DataFork, status};
+  if (const OSStatus status = failureOf(Operation::Open)) return {Step::Open, status};
+  const std::string& content = mFiles.at(file);
+  const OSStatus status = failureOf(Operation::Read);
+  if (status != noErr && mReadLimit == SIZE_MAX) return {Step::Read, status};
+  mDestination = bytes.data();
+  const std::size_t actual = std::min({size, content.size(), mReadLimit});
+  std::copy_n(content.begin(), actual, bytes.begin());
+  return {Step::Read, status, actual};
 }
 
 OSStatus FakeFiles::record(Operation operation, const std::string& call) {
   mCalls.push_back(call);
+  return failureOf(operation);
+}
+
+OSStatus FakeFiles::failureOf(Operation operation) const {
   const auto failure = mFailures.find(operation);
   return failure == mFailures.end() ? noErr : failure->second;
 }

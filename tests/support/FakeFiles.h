@@ -1,7 +1,9 @@
-// Files in memory. Every call is recorded as a line of text, in order: "open /res/a.bin", "read
-// 4096", "close". An operation that a test makes fail answers its status and does nothing.
+// Files in memory. Every call is recorded as a line of text, in order: "dataSize /res/a.bin",
+// "readWhole /res/a.bin 4096". An operation, or a step of one, that a test makes fail answers its
+// status and does nothing.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -13,7 +15,7 @@
 
 class FakeFiles : public platform::Files {
  public:
-  enum class Operation { CheckDirectory, MakeReference, DataSize, CheckDataFork, Open, Read };
+  enum class Operation { CheckDirectory, MakeReference, DataSize, DataFork, Open, Read };
 
   void addDirectory(const std::filesystem::path& directory);
   void addFile(const std::filesystem::path& file, std::string bytes);
@@ -28,20 +30,20 @@ class FakeFiles : public platform::Files {
 
   const std::vector<std::string>& calls() const { return mCalls; }
 
+  // Where the last file's bytes were put.
+  const char* destination() const { return mDestination; }
+
   platform::OSStatus checkDirectory(const std::filesystem::path& directory) override;
   platform::OSStatus makeReference(const std::filesystem::path& directory,
                                    const std::u16string& name,
                                    std::filesystem::path& file) override;
   platform::OSStatus dataSize(const std::filesystem::path& file, std::uint64_t& size) override;
-  platform::OSStatus checkDataFork(const std::filesystem::path& file) override;
-  platform::OSStatus open(const std::filesystem::path& file,
-                          std::unique_ptr<platform::OpenFile>& opened) override;
-  void expectWholeFile(void* begin, std::size_t size) override;
+  platform::WholeRead readWhole(const std::filesystem::path& file, std::size_t size,
+                                std::vector<char>& bytes) override;
 
  private:
-  class OpenedFile;
-
   platform::OSStatus record(Operation operation, const std::string& call);
+  platform::OSStatus failureOf(Operation operation) const;
   platform::OSStatus findEntry(const std::filesystem::path& entry) const;
 
   std::set<std::filesystem::path> mDirectories;
@@ -50,4 +52,5 @@ class FakeFiles : public platform::Files {
   std::map<Operation, platform::OSStatus> mFailures;
   std::size_t mReadLimit = SIZE_MAX;
   std::vector<std::string> mCalls;
+  const char* mDestination = nullptr;
 };

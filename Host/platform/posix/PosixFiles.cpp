@@ -7,7 +7,7 @@
 
 #include <cerrno>
 #include <memory>
-#include <utility>
+#include <span>
 
 #include "platform/posix/FileDescriptor.h"
 
@@ -23,27 +23,42 @@ bool isOneName(const std::u16string& name) {
          name.find(u'/') == std::u16string::npos && name.find(u'\0') == std::u16string::npos;
 }
 
-class PosixOpenFile : public OpenFile {
- public:
-  explicit PosixOpenFile(FileDescriptor descriptor) : mDescriptor(std::move(descriptor)) {}
+// With pages of 4 KiB, most of the time that a large image takes to load goes into page faults.
+void askForLargePages(void* begin, std::size_t size) {
+  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  if (std::align(page, page, begin, size) == nullptr) return;
+  // A kernel without huge pages refuses, and small ones do as well.
+  static_cast<void>(::madvise(begin, size / page * page, MADV_HUGEPAGE));
+}
 
-  OSStatus read(std::span<char> destination, std::size_t& actual) override {
-    actual = 0;
-    while (actual < destination.size()) {
-      const std::span<char> rest = destination.subspan(actual);
-      const ssize_t count =
-          ::pread(mDescriptor.get(), rest.data(), rest.size(), static_cast<off_t>(actual));
-      if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return errno;
-      if (count == 0) break;
-      actual += static_cast<std::size_t>(count);
-    }
-    return noErr;
+// The pages come with the first write to them: here, with the zeros.
+void resizeInLargePages(std::vector<char>& bytes, std::size_t size) {
+  bytes.reserve(size);
+  askForLargePages(bytes.data(), size);
+  bytes.resize(size);
+}
+
+OSStatus checkDataFork(const path& file) {
+  struct stat info;
+  if (const OSStatus status = statusOf(::stat(file.c_str(), &info))) return status;
+  if (S_ISDIR(info.st_mode)) return EISDIR;
+  return S_ISREG(info.st_mode) ? noErr : EINVAL;
+}
+
+// The host may take a read in parts: it moves 2 GiB at most at a time.
+WholeRead readFromStart(const FileDescriptor& descriptor, std::span<char> destination) {
+  WholeRead result{WholeRead::Step::Read, noErr};
+  while (result.actual < destination.size()) {
+    const std::span<char> rest = destination.subspan(result.actual);
+    const ssize_t count =
+        ::pread(descriptor.get(), rest.data(), rest.size(), static_cast<off_t>(result.actual));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) result.status = errno;
+    if (count <= 0) break;
+    result.actual += static_cast<std::size_t>(count);
   }
-
- private:
-  const FileDescriptor mDescriptor;
-};
+  return result;
+}
 
 class PosixFiles : public Files {
  public:
@@ -75,27 +90,13 @@ class PosixFiles : public Files {
     return noErr;
   }
 
-  OSStatus checkDataFork(const path& file) override {
-    struct stat info;
-    if (const OSStatus status = statusOf(::stat(file.c_str(), &info))) return status;
-    if (S_ISDIR(info.st_mode)) return EISDIR;
-    return S_ISREG(info.st_mode) ? noErr : EINVAL;
-  }
-
-  OSStatus open(const path& file, std::unique_ptr<OpenFile>& opened) override {
+  WholeRead readWhole(const path& file, std::size_t size, std::vector<char>& bytes) override {
+    resizeInLargePages(bytes, size);
+    if (const OSStatus status = checkDataFork(file)) return {WholeRead::Step::DataFork, status};
     // A pipe that took the file's place meanwhile must not block the program.
-    FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!descriptor) return errno;
-    opened = std::make_unique<PosixOpenFile>(std::move(descriptor));
-    return noErr;
-  }
-
-  // With pages of 4 KiB, most of the time that a large image takes to load goes into page faults.
-  void expectWholeFile(void* begin, std::size_t size) override {
-    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    if (std::align(page, page, begin, size) == nullptr) return;
-    // A kernel without huge pages refuses, and small ones do as well.
-    static_cast<void>(::madvise(begin, size / page * page, MADV_HUGEPAGE));
+    const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!descriptor) return {WholeRead::Step::Open, errno};
+    return readFromStart(descriptor, bytes);
   }
 };
 

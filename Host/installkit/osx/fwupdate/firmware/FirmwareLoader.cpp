@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <span>
 
@@ -75,24 +74,24 @@ bool findFile(const path& resources, const std::wstring& name, path& file, std::
   return true;
 }
 
-// Fills `image` from the start of the file; false after logging why not.
-bool readFile(const path& file, std::span<char> image) {
-  platform::Files& files = *platform::current().files;
-  if (const auto status = files.checkDataFork(file)) {
-    logError("Could not get data fork.", status);
-    return false;
+// Reads the first `size` bytes of `file`; false after logging why not, and `image` is then empty.
+bool readFile(const path& file, std::uint32_t size, std::vector<char>& image) {
+  using Step = platform::WholeRead::Step;
+  const platform::WholeRead read = platform::current().files->readWhole(file, size, image);
+  if (read.status == platform::noErr && read.actual == size) return true;
+  switch (read.step) {
+    case Step::DataFork:
+      logError("Could not get data fork.", read.status);
+      break;
+    case Step::Open:
+      logError("Could not open data fork.", read.status);
+      break;
+    case Step::Read:
+      logError("File read failed.", read.status);
+      Log<3>() << std::dec << "Read " << read.actual << " of " << size << " bytes" << std::flush;
+      break;
   }
-  std::unique_ptr<platform::OpenFile> opened;
-  if (const auto status = files.open(file, opened)) {
-    logError("Could not open data fork.", status);
-    return false;
-  }
-  std::size_t actual = 0;
-  const platform::OSStatus status = opened->read(image, actual);
-  opened.reset();
-  if (status == platform::noErr && actual == image.size()) return true;
-  logError("File read failed.", status);
-  Log<3>() << std::dec << "Read " << actual << " of " << image.size() << " bytes" << std::flush;
+  image.clear();
   return false;
 }
 
@@ -134,13 +133,7 @@ bool getFirmware(const std::wstring& deviceId, std::vector<char>& image,
   path file;
   std::uint32_t size = 0;
   if (!findFile(*resources, fileName, file, size)) return false;
-  image.reserve(size);
-  platform::current().files->expectWholeFile(image.data(), size);
-  image.resize(size);
-  if (!readFile(file, image)) {
-    image.clear();
-    return false;
-  }
+  if (!readFile(file, size, image)) return false;
   fileVersion = extractVersionFromImage(image);
   return true;
 }
