@@ -374,6 +374,41 @@ TEST_F(UsbInterfaceReadTest, CompletionMayStartTheNextRead) {
   EXPECT_THAT(mNotifier.told(), ElementsAre("complete"));
 }
 
+// What a notifier throws is its own affair: neither does it make the read a failed one, nor is the
+// notifier told a second time. The second read is complete before the device is asked.
+TEST_F(UsbInterfaceReadTest, RequestThatCompletionCannotStartIsNoFailureOfTheRead) {
+  const std::string text = "Failed to clear pipe stall. [return value = 0xe00002c0]";
+  ActingNotifier notifier([&] {
+    mUsb.script("clearPipeStallBothEnds", platform::kIOReturnNoDevice);
+    mInterface->write("x", 1, mNotifier, 1);
+  });
+  char bytes[2];
+  mInterface->read(bytes, 1, notifier, 1);
+  mUsb.completeRead("ab");
+  EXPECT_EQ(thrown<IoKitException>([&] { mLoop.runAllLater(); }), text);
+  EXPECT_EQ(thrown<IoKitException>([&] { mInterface->read(bytes + 1, 1, notifier, 1); }), text);
+  EXPECT_EQ(notifier.times(), 2);
+  EXPECT_EQ(bytes[1], 'b');
+
+  mInterface->read(bytes, 1, mNotifier, 1);
+  send("c");
+  EXPECT_THAT(mNotifier.told(), ElementsAre("complete"));
+}
+
+TEST_F(UsbInterfaceReadTest, RequestThatAFailureCannotStartIsThrownOn) {
+  ActingNotifier notifier([&] {
+    mUsb.script("readPipeAsyncTO", platform::kIOReturnNoDevice);
+    mInterface->read(mBuffer.data(), 64, mNotifier, 1);
+  });
+  mBuffer.assign(64, '?');
+  mInterface->read(mBuffer.data(), 64, notifier, 1);
+  mUsb.failTransfer(platform::kIOReturnIOError);
+  EXPECT_EQ(thrown<IoKitException>([&] { mLoop.runAllLater(); }),
+            "Async read request failed. [return value = 0xe00002c0]");
+  EXPECT_EQ(notifier.times(), 1);
+  EXPECT_THAT(mNotifier.told(), ElementsAre());
+}
+
 using UsbInterfaceReadDeathTest = UsbInterfaceReadTest;
 
 TEST_F(UsbInterfaceReadDeathTest, MoreBytesThanWantedAreFatal) {

@@ -155,22 +155,24 @@ void UsbInterface::read(void* buf, std::size_t len, AsyncIoNotifier& notifier,
           .emplace_back(std::make_unique<ReadContext>(ReadContext{
               this, &notifier, static_cast<char*>(buf), size, timeoutMs, size < mMaxPacketSize}))
           .get();
+  bool isComplete = false;
   try {
-    read(*context);
+    isComplete = read(*context);
   } catch (const IoKitException&) {
     take(mReads, context);
     throw;
   }
+  if (isComplete) take(mReads, context)->notifier->complete();
 }
 
 // What the short read buffer holds goes first. After that either the request is complete or the
 // buffer is empty, so this and handleReadCompletion() do not call each other any deeper.
-void UsbInterface::read(ReadContext& context) {
+bool UsbInterface::read(ReadContext& context) {
   if (mShortReadBuffer->available() != 0) {
-    handleReadCompletion(context, mShortReadBuffer->read(context.buffer, context.mLen));
-  } else {
-    issueRead(context);
+    return handleReadCompletion(context, mShortReadBuffer->read(context.buffer, context.mLen));
   }
+  issueRead(context);
+  return false;
 }
 
 // Only whole packets are ever asked of the pipe.
@@ -186,48 +188,45 @@ void UsbInterface::issueRead(ReadContext& context) {
                                                context.timeout, readCompletionCallback, &context));
 }
 
-// Nobody above the run loop could handle an exception: when the next part of a read cannot be
-// started, the request's notifier is told, or its owner would wait forever.
+// Nobody above the run loop could handle it when the next part of a read cannot be started: the
+// request's notifier is told, or its owner would wait forever. What the notifier itself throws is
+// no failure of the request, and so it is told only after that.
 void UsbInterface::readCompletionCallback(void* refCon, int result, void* arg0) {
   if (refCon == nullptr) return;
   ReadContext& context = *static_cast<ReadContext*>(refCon);
   UsbInterface& owner = *context.owner;
+  bool isComplete = false;
   std::string failure;
   if (result != kIOReturnSuccess) {
     failure = failureMessage("Async read", result);
   } else {
     try {
       const std::size_t numBytes = reinterpret_cast<std::uintptr_t>(arg0);
-      if (context.isShortRead) {
-        owner.handleShortReadCompletion(context, numBytes);
-      } else {
-        owner.handleReadCompletion(context, numBytes);
-      }
-      return;
+      isComplete = context.isShortRead ? owner.handleShortReadCompletion(context, numBytes)
+                                       : owner.handleReadCompletion(context, numBytes);
     } catch (const IoKitException& e) {
       failure = e.what();
     }
   }
-  const std::unique_ptr<ReadContext> ended = take(owner.mReads, &context);
-  ended->notifier->failed(failure);
-}
-
-void UsbInterface::handleReadCompletion(ReadContext& context, std::size_t numBytes) {
-  platform::assertAt(numBytes <= context.mLen, "numBytes <= context.mLen", "handleReadCompletion",
-                     "Host/installkit/osx/QuillUsbDevice/UsbInterface", __LINE__);
-  if (numBytes == context.mLen) {
-    const std::unique_ptr<ReadContext> ended = take(mReads, &context);
-    ended->notifier->complete();
-  } else {
-    context.mLen -= static_cast<std::uint32_t>(numBytes);
-    context.buffer += numBytes;
-    read(context);
+  if (isComplete) {
+    take(owner.mReads, &context)->notifier->complete();
+  } else if (!failure.empty()) {
+    take(owner.mReads, &context)->notifier->failed(failure);
   }
 }
 
-void UsbInterface::handleShortReadCompletion(ReadContext& context, std::size_t numBytes) {
+bool UsbInterface::handleReadCompletion(ReadContext& context, std::size_t numBytes) {
+  platform::assertAt(numBytes <= context.mLen, "numBytes <= context.mLen", "handleReadCompletion",
+                     "Host/installkit/osx/QuillUsbDevice/UsbInterface", __LINE__);
+  if (numBytes == context.mLen) return true;
+  context.mLen -= static_cast<std::uint32_t>(numBytes);
+  context.buffer += numBytes;
+  return read(context);
+}
+
+bool UsbInterface::handleShortReadCompletion(ReadContext& context, std::size_t numBytes) {
   mShortReadBuffer->handleReadCompletion(numBytes);
-  read(context);
+  return read(context);
 }
 
 void UsbInterface::print(std::ostream& os) const {

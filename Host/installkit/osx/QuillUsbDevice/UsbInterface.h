@@ -62,10 +62,12 @@ class UsbInterface {
   void findPipes();
   void clearPipeStall(int pipe);
 
-  void read(ReadContext& context);
+  // True when all bytes are there, and the notifier is to be told; otherwise the next part is under
+  // way.
+  bool read(ReadContext& context);
+  bool handleReadCompletion(ReadContext& context, std::size_t numBytes);
+  bool handleShortReadCompletion(ReadContext& context, std::size_t numBytes);
   void issueRead(ReadContext& context);
-  void handleReadCompletion(ReadContext& context, std::size_t numBytes);
-  void handleShortReadCompletion(ReadContext& context, std::size_t numBytes);
   void handleWriteCompletion(WriteContext& context);
 
   static void readCompletionCallback(void* refCon, int result, void* arg0);
