@@ -119,8 +119,16 @@ TEST_F(PrintKeysTest, NullValue) {
 TEST_F(PrintKeysTest, EmptyText) { EXPECT_EQ(valueOf(text("")), "key -> \n"); }
 
 TEST_F(PrintKeysTest, NegativeNumberIsWrittenUnsigned) {
-  EXPECT_EQ(valueOf(PropertyNumber{-1, 2}), "key -> 4294967295\n");
+  EXPECT_EQ(valueOf(PropertyNumber{-1, 4}), "key -> 4294967295\n");
   EXPECT_EQ(valueOf(PropertyNumber{-2147483648LL, 4}), "key -> 2147483648\n");
+}
+
+// As a device release of 0x9123, a vendor of 0x8000 and a product of 0xFFFF come.
+TEST_F(PrintKeysTest, NumberOf16BitsIsNotExtendedByItsSign) {
+  EXPECT_EQ(valueOf(PropertyNumber{-28381, 2}), "key -> 37155\n");
+  EXPECT_EQ(valueOf(PropertyNumber{-32768, 2}), "key -> 32768\n");
+  EXPECT_EQ(valueOf(PropertyNumber{-1, 2}), "key -> 65535\n");
+  EXPECT_EQ(valueOf(PropertyNumber{32767, 2}), "key -> 32767\n");
 }
 
 TEST_F(PrintKeysTest, WideNumberThatFitsIsKnown) {
@@ -136,6 +144,27 @@ TEST_F(PrintKeysTest, NumbersComeInTheBaseOfTheStream) {
   mOut << std::hex;
   EXPECT_EQ(dumpOf({{{text("idVendor"), PropertyNumber{0x3A71, 2}}}}),
             "  IORegistry property dictionary for device:\n    idVendor -> 3a71\n");
+}
+
+TEST_F(PrintKeysTest, NestedNumbersAndIndentsAreThoseOfTheLevelAndTheStream) {
+  auto innermost = std::make_shared<PropertyDictionary>();
+  innermost->entries = {{text("deep"), PropertyNumber{0x9ABC}}};
+  auto inner = std::make_shared<PropertyDictionary>();
+  inner->entries = {{text("nested"), std::shared_ptr<const PropertyDictionary>(innermost)},
+                    {text("after"), PropertyNumber{-1, 2}}};
+  mOut << std::hex;
+  EXPECT_EQ(dumpOf({{{text("plug-ins"), std::shared_ptr<const PropertyDictionary>(inner)},
+                     {text("last"), PropertyNumber{255}}}}),
+            "  IORegistry property dictionary for device:\n"
+            "    plug-ins -> Dictionary:\n"
+            "    {\n"
+            "      nested -> Dictionary:\n"
+            "      {\n"
+            "        deep -> 9abc\n"
+            "      }\n"
+            "      after -> ffff\n"
+            "    }\n"
+            "    last -> ff\n");
 }
 
 TEST_F(PrintKeysTest, OtherTypeIsDescribed) {

@@ -31,10 +31,13 @@ class ValuePrinter {
     }
   }
 
-  // Fetched as a signed number of 32 bits, written as an unsigned one.
+  // Fetched as a signed number of 32 bits, written as an unsigned one. The fields of a descriptor
+  // have 16 bits and no sign that could be extended.
   void operator()(const platform::PropertyNumber& number) {
-    if (number.value < std::numeric_limits<std::int32_t>::min() ||
-        number.value > std::numeric_limits<std::int32_t>::max()) {
+    if (number.width == sizeof(std::uint16_t)) {
+      mStream << static_cast<std::uint16_t>(number.value);
+    } else if (number.value < std::numeric_limits<std::int32_t>::min() ||
+               number.value > std::numeric_limits<std::int32_t>::max()) {
       mStream << "<unknown number>";
     } else {
       mStream << static_cast<std::uint32_t>(number.value);
