@@ -1,3 +1,4 @@
+#include <functional>
 #include <stdexcept>
 
 #include "QuillUsbDeviceFinderAsync.h"
@@ -24,6 +25,7 @@ class RecordingAsyncFinder : public QuillUsbDeviceFinderAsync {
   void notifyDeviceRemoved(QuillUsbDevice& device) override {
     mTold.push_back("removed " + device.getSerialNum());
     mRemoved.push_back(device);
+    if (mTakesOver) mTakesOver(device);
     if (mThrows) throw std::runtime_error("enough");
   }
 
@@ -31,6 +33,7 @@ class RecordingAsyncFinder : public QuillUsbDeviceFinderAsync {
   std::vector<QuillUsbDevice> mFound;
   std::vector<QuillUsbDevice> mRemoved;
   bool mThrows = false;
+  std::function<void(QuillUsbDevice&)> mTakesOver;
 };
 
 class QuillUsbDeviceFinderAsyncTest : public UsbTest {
@@ -196,6 +199,19 @@ TEST_F(QuillUsbDeviceFinderAsyncTest, DeviceReportedTwiceKeepsItsHandle) {
   EXPECT_THAT(mFinder->mTold, ElementsAre("found one", "found one", "removed one"));
 }
 
+// Known or not, a device is asked first whether it is the wanted one.
+TEST_F(QuillUsbDeviceFinderAsyncTest, KnownDeviceIsMatchedAgainBeforeItIsReportedAgain) {
+  start("one");
+  const auto device = attach("one");
+  mUsb.takeCalls();
+  mUsb.announceAgain(device);
+  mLoop.runAllLater();
+  EXPECT_THAT(mUsb.takeCalls(),
+              ElementsAre("iteratorNext iterator1", "property one USB Serial Number", "release one",
+                          "iteratorNext iterator1"));
+  EXPECT_THAT(mFinder->mTold, ElementsAre("found one", "found one"));
+}
+
 TEST_F(QuillUsbDeviceFinderAsyncTest, RemovalGivesTheHandleThatWasFound) {
   start();
   const auto device = attach("one");
@@ -217,6 +233,22 @@ TEST_F(QuillUsbDeviceFinderAsyncTest, RemovedDeviceIsReleasedWithItsNotification
                                             "release one/255", "releaseObject one/7",
                                             "release one/7", "releaseObject one", "release one"));
   EXPECT_THAT(mUsb.interests(), IsEmpty());
+}
+
+// What the receiver does to the handle that it is given does not reach the one that is kept.
+TEST_F(QuillUsbDeviceFinderAsyncTest, RemovalGivesACopyOfTheHandleThatIsKept) {
+  start();
+  const auto device = attach("one");
+  mFinder->mFound.clear();
+  mFinder->mTakesOver = [&](QuillUsbDevice& given) {
+    mFinder->mRemoved.clear();
+    given = QuillUsbDevice();
+    EXPECT_THAT(mUsb.takeCalls(), Not(Contains("releaseObject one")));
+  };
+  mUsb.takeCalls();
+  detach(device);
+  EXPECT_THAT(mFinder->mTold, ElementsAre("found one", "removed one"));
+  EXPECT_THAT(mUsb.takeCalls(), Contains("releaseObject one"));
 }
 
 TEST_F(QuillUsbDeviceFinderAsyncTest, DeviceThatComesBackIsANewOne) {
