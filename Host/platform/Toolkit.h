@@ -58,7 +58,8 @@ class Toolkit {
 
   virtual OSStatus getControlById(WindowRef window, ControlId id, ControlRef& control) = 0;
   virtual WindowRef controlOwner(ControlRef control) = 0;
-  // On one line and without any markup, whatever `text` holds; a null text shows nothing.
+  // On one line and without any markup, whatever `text` holds; what is not to be seen of it, or
+  // would move the rest, shows as U+FFFD. A null text shows nothing.
   virtual OSStatus setControlText(ControlRef control, const Text& text) = 0;
   virtual OSStatus setControlEnabled(ControlRef control, bool enabled) = 0;
 

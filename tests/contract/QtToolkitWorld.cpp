@@ -69,7 +69,7 @@ class QtToolkitWorld final : public ToolkitWorld {
   std::optional<std::string> text(const std::string& window, platform::ControlId id) override {
     const auto* label = qobject_cast<QLabel*>(platform::findControl(*find(window), id));
     if (label == nullptr || label->text().isEmpty()) return std::nullopt;
-    return label->text().toStdString();
+    return label->accessibleName().toStdString();  // without marks for its layout
   }
 
   std::vector<platform::ItemId> rows() override {

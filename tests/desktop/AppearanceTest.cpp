@@ -70,6 +70,24 @@ TEST_F(Appearance, ADarkThemeReadsWell) {
   walkThrough("dark");
 }
 
+// The log keeps what the printer sent.
+TEST_F(Appearance, NamesOfPrintersDoNotChangeHowTheirAddressReads) {
+  const auto evil = startPrinter("Evil\u202Etxt.exe 350T", {"--burn-seconds", "3"});
+  const auto arabic = startPrinter("طابعة المكتب 350", {"--burn-seconds", "3"});
+  startProgram();
+  cell("طابعة المكتب 350");
+  const Node row = cell("Evil\uFFFDtxt.exe 350T");
+  EXPECT_TRUE(waitForLog("-> Adding: Evil\u202Etxt.exe 350T"));
+  keepPicture("1-list");
+  startUpdate("Evil\uFFFDtxt.exe 350T");
+  labelWith("Evil\uFFFDtxt.exe 350T (127.0.0.1)");
+  keepPicture("2-evil");
+  EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+  startUpdate("طابعة المكتب 350");
+  labelWith("طابعة المكتب 350 (127.0.0.1)");
+  keepPicture("3-arabic");
+}
+
 TEST_F(Appearance, EveryControlHasAName) {
   const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
   startProgram();

@@ -85,7 +85,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   const FourCharCode property = propertyAt(index.column());
   const ItemId item = itemAt(index.row());
   if (role != Qt::DisplayRole || property == 0 || item == 0) return {};
-  return onOneLine(toQString(textOf(item, property)));
+  return legible(toQString(textOf(item, property)));
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {

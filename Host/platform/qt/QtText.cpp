@@ -5,27 +5,63 @@
 
 namespace platform {
 
-QString onOneLine(QString string) {
-  for (QChar& character : string) {
-    switch (character.category()) {
-      case QChar::Other_Control:
-      case QChar::Separator_Line:
-      case QChar::Separator_Paragraph:
-        character = u' ';
-        break;
-      default:
-        break;
-    }
-  }
-  return string;
+namespace {
+
+// Languages need no more on one letter.
+constexpr int kMostMarks = 4;
+
+constexpr QChar kFirstStrongIsolate(0x2068);
+constexpr QChar kPopDirectionalIsolate(0x2069);
+constexpr QChar kZeroWidthSpace(0x200B);
+
+bool isMark(char32_t character) {
+  const QChar::Category category = QChar::category(character);
+  return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing;
 }
 
-QString breakable(const QString& string) {
-  constexpr qsizetype kLongWord = 20;
-  constexpr QChar kZeroWidthSpace(0x200B);
-  QStringList words = string.split(u' ');
+bool isUnseen(char32_t character) {
+  switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Other_Surrogate:
+    case QChar::Other_PrivateUse:
+    case QChar::Other_NotAssigned:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+      return true;
+    default:
+      return false;
+  }
+}
+
+QString isolate(const QString& part) { return kFirstStrongIsolate + part + kPopDirectionalIsolate; }
+
+}  // namespace
+
+QString legible(const QString& string) {
+  QString shown;
+  int marks = 0;
+  for (const char32_t character : string.toUcs4()) {
+    marks = isMark(character) ? marks + 1 : 0;
+    const bool remains = !isUnseen(character) && marks <= kMostMarks;
+    shown += QChar::fromUcs4(remains ? character : char32_t{QChar::ReplacementCharacter});
+  }
+  return shown;
+}
+
+QString isolated(const QString& line) {
+  constexpr QLatin1String kOpening(" (");
+  const qsizetype opening = line.lastIndexOf(kOpening);
+  if (opening < 0 || !line.endsWith(u')')) return line;
+  const qsizetype address = opening + kOpening.size();
+  return isolate(line.left(opening)) + kOpening +
+         isolate(line.mid(address, line.size() - 1 - address)) + u')';
+}
+
+QString breakable(const QString& line, const std::function<bool(const QString& word)>& isTooLong) {
+  QStringList words = line.split(u' ');
   for (QString& word : words) {
-    if (word.size() <= kLongWord) continue;
+    if (!isTooLong(word)) continue;
     QString marked;
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, word);
     qsizetype begin = 0;

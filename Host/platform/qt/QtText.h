@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringDecoder>
+#include <functional>
 #include <string_view>
 
 #include "platform/FourCharCode.h"
@@ -9,10 +11,11 @@
 
 namespace platform {
 
-// Empty for a null text.
+// Empty for a null text. A byte-order mark is a character like any other.
 inline QString toQString(const Text& text) {
   const std::string_view bytes = text.utf8();
-  return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+  QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+  return decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
 }
 
 inline Text toText(const QString& string) {
@@ -20,11 +23,18 @@ inline Text toText(const QString& string) {
   return Text::fromUtf8({bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
-// For names that a device sends: whatever would break the line or move the cursor becomes a blank.
-QString onOneLine(QString string);
+// For texts that a device sends: on one line, and each character stands where it was sent. What
+// does not show, or changes how the rest is read (control and format characters, line ends, code
+// points without a meaning, more combining marks than a language needs), becomes U+FFFD.
+QString legible(const QString& string);
 
-// Lets words that are too long for a line be broken, by marks that do not show.
-QString breakable(const QString& string);
+// For "NAME (ADDRESS)", as the program writes a printer: isolates the two from each other, so that
+// a name in a script from right to left keeps its own order and leaves the address alone. The
+// address is what the parentheses at the end hold. Other texts stay as they are.
+QString isolated(const QString& line);
+
+// Lets the words be broken that are too long for a line, by marks that do not show.
+QString breakable(const QString& line, const std::function<bool(const QString& word)>& isTooLong);
 
 // The code that an interface file writes as up to four characters, the blanks at its end optional.
 // 0 for an empty or longer text.

@@ -121,11 +121,16 @@ TEST_F(QtListModel, CellThatTheProgramRefusesIsEmpty) {
   EXPECT_EQ(shown(0, 1), "");
 }
 
-TEST_F(QtListModel, NameCannotBreakItsLine) {
-  add(1,
-      "a\nb\tc\xE2\x80\xA8"
-      "d");
-  EXPECT_EQ(shown(0, 0), "a b c d");
+TEST_F(QtListModel, NameShowsNothingButItself) {
+  add(1, "a\nb\tc\u2028d\u202Etxt.exe");
+  EXPECT_EQ(shown(0, 0), QStringLiteral("a\uFFFDb\uFFFDc\uFFFDd\uFFFDtxt.exe"));
+}
+
+// U+202E shows as U+FFFD, which would sort behind U+4E00.
+TEST_F(QtListModel, RowsAreSortedByWhatWasSent) {
+  add(1, "\u4E00");
+  add(2, "\u202E");
+  EXPECT_THAT(rows(), ElementsAre(2, 1));
 }
 
 TEST_F(QtListModel, NoRowsAndColumnsBeyondTheEnd) {

@@ -174,33 +174,64 @@ TEST_F(QtSheets, ProgressMovesAndWarns) {
   EXPECT_TRUE(warns);
 }
 
-TEST_F(QtSheets, PrinterNameIsPlainTextOnOneParagraph) {
-  const auto sheet = showSheet(kProgress);
-  platform::ControlRef label = platform::ControlRef::None;
-  ASSERT_EQ(toolkit().getControlById(sheet, {"tPNm"_4cc, 0}, label), platform::noErr);
-  toolkit().setControlText(label, platform::Text::fromUtf8("<b>KX</b>\n\r\t\x01 (10.0.0.9)"));
-  const QLabel* shown = nullptr;
-  for (const QLabel* each : window(kProgress)->findChildren<QLabel*>()) {
-    if (each->property("controlSignature").toString() == u"tPNm") shown = each;
+class QtProgressSheet : public QtSheets {
+ protected:
+  QtProgressSheet() {
+    mSheet = create(kProgress);
+    EXPECT_EQ(toolkit().getControlById(mSheet, {"tPNm"_4cc, 0}, mName), platform::noErr);
   }
-  ASSERT_NE(shown, nullptr);
-  EXPECT_EQ(shown->textFormat(), Qt::PlainText);
-  EXPECT_EQ(shown->text().toStdString(), "<b>KX</b>     (10.0.0.9)");
+
+  QLabel& name() {
+    for (QLabel* each : window(kProgress)->findChildren<QLabel*>()) {
+      if (each->property("controlSignature").toString() == u"tPNm") return *each;
+    }
+    throw std::runtime_error("there is no name");
+  }
+
+  void setName(const std::string& text) {
+    toolkit().setControlText(mName, platform::Text::fromUtf8(text));
+  }
+
+  QSize sizeWith(const std::string& text) {
+    setName(text);
+    EXPECT_EQ(toolkit().showSheetWindow(mSheet, mMain), platform::noErr);
+    const QSize size = window(kProgress)->size();
+    EXPECT_EQ(toolkit().hideSheetWindow(mSheet), platform::noErr);
+    return size;
+  }
+
+  platform::WindowRef mSheet = platform::WindowRef::None;
+  platform::ControlRef mName = platform::ControlRef::None;
+};
+
+TEST_F(QtProgressSheet, PrinterNameIsPlainTextOnOneParagraph) {
+  setName("<b>KX</b>\n\r\t\x01 (10.0.0.9)");
+  EXPECT_EQ(name().textFormat(), Qt::PlainText);
+  EXPECT_EQ(name().text(), QStringLiteral("\u2068<b>KX</b>\uFFFD\uFFFD\uFFFD\uFFFD\u2069 "
+                                          "(\u206810.0.0.9\u2069)"));
 }
 
-TEST_F(QtSheets, LongNameWithoutBlanksDoesNotWidenTheSheet) {
-  const auto sheet = create(kProgress);
-  platform::ControlRef label = platform::ControlRef::None;
-  ASSERT_EQ(toolkit().getControlById(sheet, {"tPNm"_4cc, 0}, label), platform::noErr);
-  toolkit().setControlText(label, platform::Text::fromUtf8("KX350T (10.0.0.9)"));
-  ASSERT_EQ(toolkit().showSheetWindow(sheet, mMain), platform::noErr);
-  const QSize before = window(kProgress)->size();
-  ASSERT_EQ(toolkit().hideSheetWindow(sheet), platform::noErr);
-  const std::string name(250, 'W');
-  toolkit().setControlText(label, platform::Text::fromUtf8(name));
-  ASSERT_EQ(toolkit().showSheetWindow(sheet, mMain), platform::noErr);
-  EXPECT_EQ(window(kProgress)->width(), before.width());
-  EXPECT_GT(window(kProgress)->height(), before.height());
+TEST_F(QtProgressSheet, NameIsReadOutWithoutMarks) {
+  setName("Evil\u202Etxt.exe 350T, a name that is longer than its line (10.77.0.21)");
+  EXPECT_EQ(
+      name().accessibleName(),
+      QStringLiteral("Evil\uFFFDtxt.exe 350T, a name that is longer than its line (10.77.0.21)"));
+}
+
+TEST_F(QtProgressSheet, LongNameWithoutBlanksDoesNotWidenTheSheet) {
+  const QSize before = sizeWith("KX350T (10.0.0.9)");
+  const QSize after = sizeWith(std::string(250, 'W'));
+  EXPECT_EQ(after.width(), before.width());
+  EXPECT_GT(after.height(), before.height());
+}
+
+// Some characters are many times as wide as a letter.
+TEST_F(QtProgressSheet, NameOfFewWideCharactersDoesNotWidenTheSheet) {
+  QFont wide = name().font();
+  wide.setPointSizeF(2 * wide.pointSizeF());
+  name().setFont(wide);
+  const QSize before = sizeWith("KX350T (10.0.0.9)");
+  EXPECT_EQ(sizeWith(std::string(17, 'W') + " (10.0.0.9)").width(), before.width());
 }
 
 TEST_F(QtSheets, WindowMayGoWhileItsButtonIsPressed) {
