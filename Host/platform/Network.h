@@ -18,10 +18,6 @@ namespace platform {
 inline constexpr int kAddressFamilyIPv4 = 2;
 inline constexpr int kAddressFamilyIPv6 = 30;
 
-inline constexpr int kProtocolFamilyInet = 2;
-inline constexpr int kSocketTypeStream = 1;
-inline constexpr int kProtocolTcp = 6;
-
 class StreamSocket {
  public:
   enum CallbackType : unsigned long {
@@ -54,11 +50,10 @@ class Network {
  public:
   virtual ~Network() = default;
 
-  // Never null: a socket that could not be made fails in connectInBackground() and send().
-  // `callbackTypes` is a sum of callback types, all enabled from the start.
-  virtual std::unique_ptr<StreamSocket> createStreamSocket(int protocolFamily, int type,
-                                                           int protocol,
-                                                           unsigned long callbackTypes,
+  // A socket of TCP over IPv4. Never null: one that could not be made fails in
+  // connectInBackground() and send(). `callbackTypes` is a sum of callback types, all enabled from
+  // the start.
+  virtual std::unique_ptr<StreamSocket> createStreamSocket(unsigned long callbackTypes,
                                                            StreamSocket::Callout callout,
                                                            void* info) = 0;
 

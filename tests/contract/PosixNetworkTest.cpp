@@ -161,16 +161,6 @@ TEST_F(PosixNetworkTest, SocketThatCouldNotBeMadeFailsInEachCall) {
   EXPECT_THAT(recorder.told, IsEmpty());
 }
 
-TEST_F(PosixNetworkTest, OtherKindsOfSocketsAreNotMade) {
-  const auto make = [&](int family, int type, int protocol) {
-    return mNetwork->createStreamSocket(family, type, protocol, kAll, nullptr, nullptr)
-        ->connectInBackground(mPrinter.address());
-  };
-  EXPECT_EQ(make(30, 1, 6), EPROTONOSUPPORT);
-  EXPECT_EQ(make(2, 2, 17), EPROTONOSUPPORT);
-  EXPECT_EQ(make(2, 1, 132), EPROTONOSUPPORT);
-}
-
 TEST_F(PosixNetworkTest, SendNeedsAConnection) {
   SocketRecorder recorder(*this, kAll);
   EXPECT_EQ(recorder.send({1}), ENOTCONN);

@@ -9,9 +9,7 @@ using platform::Data;
 using platform::StreamSocket;
 
 SocketRecorder::SocketRecorder(NetworkWorld& world, unsigned long callbackTypes)
-    : socket(world.network().createStreamSocket(platform::kProtocolFamilyInet,
-                                                platform::kSocketTypeStream, platform::kProtocolTcp,
-                                                callbackTypes, &SocketRecorder::callout, this)) {}
+    : socket(world.network().createStreamSocket(callbackTypes, &SocketRecorder::callout, this)) {}
 
 void SocketRecorder::callout(StreamSocket* socket, unsigned long type, const Data& address,
                              const void* data, void* info) {

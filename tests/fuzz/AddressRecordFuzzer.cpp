@@ -58,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   const bool isWholeIPv4 = size >= 16 && record[1] == 2;
   if (isWholeIPv4) return 0;
-  const auto socket = network->createStreamSocket(2, 1, 6, 15, nullptr, nullptr);
+  const auto socket = network->createStreamSocket(15, nullptr, nullptr);
   const int error = socket->connectInBackground(address);
   require(error == EINVAL || error == EAFNOSUPPORT);
   require(runLoop.enabledWatches() == 0);

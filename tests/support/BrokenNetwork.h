@@ -15,10 +15,8 @@ class BrokenNetwork : public FakeNetwork {
   }
 
   std::unique_ptr<platform::StreamSocket> createStreamSocket(
-      int protocolFamily, int type, int protocol, unsigned long callbackTypes,
-      platform::StreamSocket::Callout callout, void* info) override {
+      unsigned long callbackTypes, platform::StreamSocket::Callout callout, void* info) override {
     if (beforeSocket) beforeSocket();
-    return FakeNetwork::createStreamSocket(protocolFamily, type, protocol, callbackTypes, callout,
-                                           info);
+    return FakeNetwork::createStreamSocket(callbackTypes, callout, info);
   }
 };

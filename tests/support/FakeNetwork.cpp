@@ -82,14 +82,10 @@ void FakeNetwork::callBackWithoutInfo(unsigned long type) {
   mOpen->callBack(type, nullptr, nullptr);
 }
 
-std::unique_ptr<StreamSocket> FakeNetwork::createStreamSocket(int protocolFamily, int type,
-                                                              int protocol,
-                                                              unsigned long callbackTypes,
+std::unique_ptr<StreamSocket> FakeNetwork::createStreamSocket(unsigned long callbackTypes,
                                                               StreamSocket::Callout callout,
                                                               void* info) {
-  std::ostringstream call;
-  call << "create " << protocolFamily << ' ' << type << ' ' << protocol << ' ' << callbackTypes;
-  mCalls.push_back(call.str());
+  mCalls.push_back("create " + std::to_string(callbackTypes));
   auto socket = std::make_unique<Socket>(*this, callbackTypes, callout, info);
   mOpen = socket.get();
   return socket;

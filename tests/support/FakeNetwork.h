@@ -1,6 +1,6 @@
 // Stream sockets without a network. A test plays the host: it says when a connection is made, when
 // bytes arrive and when they can be written. Every call is recorded as a line of text, in order:
-// "create 2 1 6 15", "connect", "enable 11", "send 34 within 5", "close".
+// "create 15", "connect", "enable 11", "send 34 within 5", "close".
 #pragma once
 
 #include <cstdint>
@@ -38,8 +38,7 @@ class FakeNetwork : public platform::Network {
   bool isOpen() const { return mOpen != nullptr; }
 
   std::unique_ptr<platform::StreamSocket> createStreamSocket(
-      int protocolFamily, int type, int protocol, unsigned long callbackTypes,
-      platform::StreamSocket::Callout callout, void* info) override;
+      unsigned long callbackTypes, platform::StreamSocket::Callout callout, void* info) override;
   platform::Text numericAddress(int family, std::span<const std::uint8_t> address) override;
 
  private:

@@ -16,12 +16,7 @@ namespace platform {
 namespace {
 
 // `error` says why there is none.
-FileDescriptor openSocket(int protocolFamily, int type, int protocol, int& error) {
-  const bool isTcp = type == kSocketTypeStream && protocol == kProtocolTcp;
-  if (protocolFamily != kProtocolFamilyInet || !isTcp) {
-    error = EPROTONOSUPPORT;
-    return FileDescriptor();
-  }
+FileDescriptor openSocket(int& error) {
   FileDescriptor socket(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, IPPROTO_TCP));
   error = socket ? 0 : errno;
   // Each message is one send, and its answer is waited for: holding a short one back only delays.
@@ -34,12 +29,11 @@ class PosixNetwork : public Network {
  public:
   explicit PosixNetwork(RunLoop& runLoop) : mRunLoop(runLoop) {}
 
-  std::unique_ptr<StreamSocket> createStreamSocket(int protocolFamily, int type, int protocol,
-                                                   unsigned long callbackTypes,
+  std::unique_ptr<StreamSocket> createStreamSocket(unsigned long callbackTypes,
                                                    StreamSocket::Callout callout,
                                                    void* info) override {
     int error = 0;
-    FileDescriptor socket = openSocket(protocolFamily, type, protocol, error);
+    FileDescriptor socket = openSocket(error);
     return std::make_unique<PosixStreamSocket>(mRunLoop, std::move(socket), error, callbackTypes,
                                                callout, info);
   }

@@ -40,7 +40,7 @@ class NetworkTransportTest : public EngineFixture {
 
 TEST_F(NetworkTransportTest, MakesATcpSocketForAllCallbacks) {
   const NetworkTransport transport(kAddress, mDownloader);
-  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 2 1 6 15"));
+  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 15"));
 }
 
 TEST_F(NetworkTransportTest, ConnectsInTheBackgroundToItsAddress) {
@@ -252,14 +252,14 @@ class NetworkDownloadTest : public EngineFixture {
 
 TEST_F(NetworkDownloadTest, StartRunsTheFirstTask) {
   start();
-  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 2 1 6 15", "connect"));
+  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 15", "connect"));
   EXPECT_TRUE(mNetwork.isOpen());
 }
 
 TEST_F(NetworkDownloadTest, ConnectThatCannotBeStartedEndsAsFailed) {
   mNetwork.setConnectResult(1);
   start();
-  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 2 1 6 15", "connect", "close"));
+  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 15", "connect", "close"));
   EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo"));
   EXPECT_THAT(mLog.entries(),
               ElementsAre(LogEntry{5, "Connecting to I/O transport..."},

@@ -214,7 +214,7 @@ TEST_F(PrinterTest, NetworkDownloadConnectsToTheRecordsAddress) {
     FirmwareDownloader downloader;
     printer->download(downloader);
     EXPECT_EQ(network.connectedTo(), address);
-    EXPECT_EQ(network.takeCalls(), (Lines{"create 2 1 6 15", "connect"}));
+    EXPECT_EQ(network.takeCalls(), (Lines{"create 15", "connect"}));
   }
   const Entries expected{
       {5, "Downloading firmware to Bonjour printer: Front desk(192.0.2.7)"},
@@ -230,7 +230,7 @@ TEST_F(PrinterTest, DownloadWithoutAddressHandsOnTheNullAddress) {
   FirmwareDownloader downloader;
   printer->download(downloader);
   EXPECT_EQ(network.connectedTo(), nullptr);
-  EXPECT_EQ(network.takeCalls(), (Lines{"create 2 1 6 15", "connect"}));
+  EXPECT_EQ(network.takeCalls(), (Lines{"create 15", "connect"}));
 }
 
 TEST_F(PrinterTest, WhatTheTransportThrowsPassesThrough) {

@@ -71,7 +71,7 @@ TEST_F(CommandsTest, YesStartsTheDownload) {
   EXPECT_EQ(doubles.takeToolkitCalls(),
             (Lines{"hideSheetWindow(ConfirmDownloadSheet)", kAnchor,
                    "setControlText(ProgressSheet/tPNm.0, Front desk (192.0.2.7))", kShowProgress}));
-  EXPECT_EQ(network.takeCalls(), (Lines{"create 2 1 6 15", "connect"}));
+  EXPECT_EQ(network.takeCalls(), (Lines{"create 15", "connect"}));
   EXPECT_EQ(doubles.log.takeEntries(),
             (Entries{{5, "Downloading firmware to Bonjour printer: Front desk(192.0.2.7)"},
                      {5, "Connecting to I/O transport..."}}));

@@ -23,7 +23,6 @@ constexpr double kSendTimeoutSeconds = 5.0;
 NetworkTransport::NetworkTransport(const platform::Data& address, FirmwareDownloader& downloader)
     : mDownloader(downloader), mAddress(address) {
   mSocket = platform::current().network->createStreamSocket(
-      platform::kProtocolFamilyInet, platform::kSocketTypeStream, platform::kProtocolTcp,
       kAllCallbacks, &NetworkTransport::socketDataCallback, this);
 }
 
