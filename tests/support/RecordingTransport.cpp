@@ -2,13 +2,13 @@
 
 #include <stdexcept>
 
-RecordingTransport::~RecordingTransport() { mRecord.mCalls.push_back("delete"); }
-
-void RecordingTransport::record(const std::string& call) {
-  mRecord.mCalls.push_back(call);
-  const auto found = mRecord.mOnCall.find(call);
-  if (found != mRecord.mOnCall.end()) found->second();
+void TransportRecord::add(const std::string& call) {
+  mCalls.push_back(call);
+  const auto found = mOnCall.find(call);
+  if (found != mOnCall.end()) found->second();
 }
+
+RecordingTransport::~RecordingTransport() { mRecord.add("delete"); }
 
 void RecordingTransport::takeReply(void* buffer, std::size_t length) {
   mRecord.mLastBuffer = buffer;
@@ -20,20 +20,20 @@ void RecordingTransport::takeReply(void* buffer, std::size_t length) {
   reply.copy(static_cast<char*>(buffer), length);
 }
 
-void RecordingTransport::connect() { record("connect"); }
+void RecordingTransport::connect() { mRecord.add("connect"); }
 
 void RecordingTransport::read(void* buffer, std::size_t length) {
-  record("read " + std::to_string(length));
+  mRecord.add("read " + std::to_string(length));
   takeReply(buffer, length);
 }
 
 void RecordingTransport::read(void* buffer, std::size_t length, unsigned int timeout) {
-  record("read " + std::to_string(length) + " within " + std::to_string(timeout));
+  mRecord.add("read " + std::to_string(length) + " within " + std::to_string(timeout));
   takeReply(buffer, length);
 }
 
 void RecordingTransport::write(const void* buffer, std::size_t length) {
-  record("write " + std::to_string(length));
+  mRecord.add("write " + std::to_string(length));
   mRecord.mLastBuffer = buffer;
   mRecord.mWritten.emplace_back(static_cast<const char*>(buffer), length);
 }

@@ -12,13 +12,16 @@
 #include "IoTransport.h"
 
 struct TransportRecord {
+  // Adds a line to the calls, and calls what is filed under it.
+  void add(const std::string& call);
+
   std::vector<std::string> mCalls;
   std::vector<std::string> mWritten;  // the bytes of each write
 
   // Every read takes the next of these at once; without one it leaves the buffer alone.
   std::deque<std::string> mReplies;
 
-  // Called by the operation whose line it is filed under; may throw.
+  // Called by the operation whose line it is filed under; may throw, but for "delete".
   std::map<std::string, std::function<void()>> mOnCall;
 
   const void* mLastBuffer = nullptr;
@@ -36,7 +39,6 @@ class RecordingTransport : public IoTransport {
   void write(const void* buffer, std::size_t length) override;
 
  private:
-  void record(const std::string& call);
   void takeReply(void* buffer, std::size_t length);
 
   TransportRecord& mRecord;

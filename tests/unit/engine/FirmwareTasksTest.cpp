@@ -3,6 +3,7 @@
 #include "EndFirmwareDownloadTask.h"
 #include "EngineFixture.h"
 #include "HandleFirmwareBurnResponseTask.h"
+#include "Log.h"
 #include "RecordingTransport.h"
 #include "StartFirmwareDownloadTask.h"
 #include "WaitForFirmwareBurnResponseTask.h"
@@ -150,6 +151,12 @@ TEST_F(FirmwareTasksTest, WaitSaysWhatItWaitsFor) {
                            "New firmware sent to printer, waiting for the printer to burn it to "
                            "flash and send response."},
                   LogEntry{5, "This will take some time; using a timeout of 48000ms."}));
+}
+
+TEST_F(FirmwareTasksTest, TimeoutIsDecimalWhateverTheLogWasLeftIn) {
+  Log<5>() << std::hex;
+  EXPECT_EQ(waitFor(1000000),
+            "This will take some time; using a timeout of 48000ms. read 16 within 48000");
 }
 
 TEST_F(FirmwareTasksTest, WaitClearsTheResponseBeforeEachRead) {

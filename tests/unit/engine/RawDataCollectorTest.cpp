@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
 
 #include "RawDataCollector.h"
+#include "WatchedMemory.h"
 
 namespace {
 
@@ -69,6 +71,36 @@ TEST(RawDataCollector, TransfersOfNothingChangeNothing) {
   collector.pushBackData(nullptr, 0);
   collector.popData(nullptr, nullptr);
   EXPECT_EQ(collector.size(), 0u);
+}
+
+TEST(RawDataCollector, HasNoLimit) {
+  RawDataCollector collector;
+  for (int i = 0; i < 500; ++i) push(collector, std::string(65536, static_cast<char>(i)));
+  EXPECT_EQ(collector.size(), 32768000u);
+  for (int i = 0; i < 500; ++i) {
+    ASSERT_EQ(pop(collector, 65536), std::string(65536, static_cast<char>(i))) << i;
+  }
+}
+
+TEST(RawDataCollector, ExhaustedMemoryIsReportedWhereverItShowsAndChangesNothing) {
+  const std::string bytes(10000, 'x');
+  std::size_t allocations = 0;
+  for (bool hasFailed = true; hasFailed; ++allocations) {
+    RawDataCollector collector;
+    push(collector, "abc");
+    {
+      const FailingAllocation failing(allocations);
+      try {
+        push(collector, bytes);
+        hasFailed = false;
+      } catch (const std::bad_alloc&) {
+      }
+      EXPECT_EQ(failing.hasFailed(), hasFailed);
+    }
+    EXPECT_EQ(collector.size(), hasFailed ? 3u : 10003u);
+    EXPECT_EQ(pop(collector, 3), "abc");
+  }
+  EXPECT_GT(allocations, 1u);
 }
 
 TEST(RawDataCollector, CopiesItsBytes) {

@@ -3,13 +3,12 @@
 #include <new>
 #include <stdexcept>
 
-#include "AsyncTasks.h"
 #include "EngineFixture.h"
-#include "FailingAllocation.h"
 #include "FirmwareDownloader.h"
 #include "IoKitException.h"
 #include "RecordingTransport.h"
 #include "ScriptedTasks.h"
+#include "WatchedMemory.h"
 
 namespace {
 
@@ -184,8 +183,10 @@ TEST_F(TaskResultsTest, AnyOtherExceptionLeavesTheController) {
 
 TEST_F(TaskResultsTest, DownloadThatCannotBeBuiltDeletesItsTransport) {
   auto transport = std::make_unique<RecordingTransport>(mRecord);
-  failNextAllocationOf(sizeof(AsyncTasks));
-  EXPECT_THROW(mDownloader.start(std::move(transport)), std::bad_alloc);
+  {
+    const FailingAllocation failing;
+    EXPECT_THROW(mDownloader.start(std::move(transport)), std::bad_alloc);
+  }
   EXPECT_THAT(mRecord.mCalls, ElementsAre("delete"));
   EXPECT_THAT(mEvents.calls(), IsEmpty());
 

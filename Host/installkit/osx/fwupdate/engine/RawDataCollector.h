@@ -14,6 +14,7 @@ class RawDataCollector {
 
   std::size_t size() const { return mData.size(); }
 
+  // Throws std::bad_alloc, and changes nothing, when memory is exhausted.
   void pushBackData(const unsigned char* data, std::size_t length);
 
   // Moves the oldest bytes to [begin, end). Throws std::runtime_error, and changes nothing, when

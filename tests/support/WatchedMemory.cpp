@@ -1,0 +1,52 @@
+#include "WatchedMemory.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+bool sFailing = false;
+std::size_t sSuccessesBeforeFailure = 0;
+
+const void* sWatchedBlock = nullptr;
+bool sWatchedBlockIsFreed = false;
+
+bool isToFail() {
+  if (!sFailing || sSuccessesBeforeFailure-- > 0) return false;
+  sFailing = false;
+  return true;
+}
+
+}  // namespace
+
+FailingAllocation::FailingAllocation(std::size_t successes) {
+  sSuccessesBeforeFailure = successes;
+  sFailing = true;
+}
+
+FailingAllocation::~FailingAllocation() { sFailing = false; }
+
+bool FailingAllocation::hasFailed() const { return !sFailing; }
+
+WatchedBlock::WatchedBlock(const void* block) {
+  sWatchedBlock = block;
+  sWatchedBlockIsFreed = false;
+}
+
+WatchedBlock::~WatchedBlock() { sWatchedBlock = nullptr; }
+
+bool WatchedBlock::isFreed() const { return sWatchedBlockIsFreed; }
+
+void* operator new(std::size_t size) {
+  if (isToFail()) throw std::bad_alloc();
+  void* const memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  if (memory != nullptr && memory == sWatchedBlock) sWatchedBlockIsFreed = true;
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }

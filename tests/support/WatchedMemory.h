@@ -1,0 +1,28 @@
+// Replaces the allocation of the program that it is linked into with one that can be made to fail,
+// and that can be asked what has been freed.
+#pragma once
+
+#include <cstddef>
+
+// Makes one allocation throw std::bad_alloc: the one after the next `successes`, if it comes before
+// this goes. One at a time.
+class FailingAllocation {
+ public:
+  explicit FailingAllocation(std::size_t successes = 0);
+  ~FailingAllocation();
+  FailingAllocation(const FailingAllocation&) = delete;
+  FailingAllocation& operator=(const FailingAllocation&) = delete;
+
+  bool hasFailed() const;
+};
+
+// Notices when the block that begins at that address is freed. One at a time.
+class WatchedBlock {
+ public:
+  explicit WatchedBlock(const void* block);
+  ~WatchedBlock();
+  WatchedBlock(const WatchedBlock&) = delete;
+  WatchedBlock& operator=(const WatchedBlock&) = delete;
+
+  bool isFreed() const;
+};
