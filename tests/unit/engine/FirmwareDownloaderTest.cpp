@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 #include "AssertionLine.h"
@@ -6,6 +7,7 @@
 #include "EngineFixture.h"
 #include "FirmwareDownloader.h"
 #include "RecordingTransport.h"
+#include "WatchedMemory.h"
 
 using namespace platform::literals;
 
@@ -35,8 +37,13 @@ class FirmwareDownloaderTest : public EngineFixture {
     EXPECT_EQ(command.attributes, 0u);
     EXPECT_EQ(command.menu, 0u);
     EXPECT_EQ(command.menuItemIndex, 0u);
-    static_cast<TransportRecord*>(record)->mCalls.push_back(fourCharText(command.commandId));
+    const std::string name = fourCharText(command.commandId);
+    static_cast<TransportRecord*>(record)->add(name);
     return platform::noErr;
+  }
+
+  void throwFrom(const char* call) {
+    mRecord.mOnCall[call] = [call] { throw std::runtime_error(call); };
   }
 
   void start() { mDownloader.start(std::make_unique<RecordingTransport>(mRecord)); }
@@ -156,6 +163,60 @@ TEST_F(FirmwareDownloaderTest, StoppingAgainTellsFailureAgain) {
   EXPECT_THAT(mRecord.mCalls, ElementsAre("connect", "DlNo", "delete", "DlNo"));
 }
 
+TEST_F(FirmwareDownloaderTest, FailureThatCannotBeToldEndsTheDownload) {
+  throwFrom("connect");
+  throwFrom("DlNo");
+  EXPECT_THAT([&] { start(); }, testing::ThrowsMessage<std::runtime_error>("DlNo"));
+  ASSERT_THAT(mRecord.mCalls, ElementsAre("connect", "DlNo", "delete"));
+
+  mRecord.mOnCall.clear();
+  start();
+  EXPECT_THAT(mRecord.mCalls, ElementsAre("connect", "DlNo", "delete", "connect"));
+}
+
+TEST_F(FirmwareDownloaderTest, SuccessThatCannotBeToldEndsTheDownload) {
+  installFirmware(kFirmware200);
+  mRecord.mReplies = {kDeviceIdResponse, kDeviceId100, kBurnResponse};
+  throwFrom("DlOk");
+  start();
+  resume(8);
+  mRecord.mCalls.clear();
+  EXPECT_THAT([&] { resume(1); }, testing::ThrowsMessage<std::runtime_error>("DlOk"));
+  EXPECT_THAT(mRecord.mCalls, ElementsAre("DlOk", "delete"));
+}
+
+TEST_F(FirmwareDownloaderTest, UpToDateThatCannotBeToldEndsTheDownload) {
+  installFirmware(kFirmware200);
+  mRecord.mReplies = {kDeviceIdResponse, bytes("\x00\x24MDL:KX350T;LIC:QT725013;FWVER:200;")};
+  throwFrom("DlUd");
+  start();
+  resume(4);
+  mRecord.mCalls.clear();
+  EXPECT_THAT([&] { resume(1); }, testing::ThrowsMessage<std::runtime_error>("DlUd"));
+  EXPECT_THAT(mRecord.mCalls, ElementsAre("DlUd", "delete"));
+}
+
+TEST_F(FirmwareDownloaderTest, StopThatCannotBeToldEndsTheDownload) {
+  start();
+  throwFrom("DlNo");
+  EXPECT_THAT([&] { mDownloader.stopTasks(); }, testing::ThrowsMessage<std::runtime_error>("DlNo"));
+  EXPECT_THAT(mRecord.mCalls, ElementsAre("connect", "DlNo", "delete"));
+}
+
+TEST_F(FirmwareDownloaderTest, TransportGoesBeforeTheMemoryOfItsOperation) {
+  installFirmware(kFirmware200);
+  mRecord.mReplies = {kDeviceIdResponse, kDeviceId100};
+  start();
+  resume(6);
+  ASSERT_EQ(mRecord.mCalls.back(), "write 28");
+  const WatchedBlock image(mRecord.mLastBuffer);
+  std::optional<bool> imageWasThere;
+  mRecord.mOnCall["delete"] = [&] { imageWasThere = !image.isFreed(); };
+  mDownloader.stopTasks();
+  EXPECT_EQ(imageWasThere, true);
+  EXPECT_TRUE(image.isFreed());
+}
+
 TEST_F(FirmwareDownloaderTest, TellsEachOutcomeByItsCommand) {
   mDownloader.failed();
   mDownloader.upToDate();
@@ -219,6 +280,31 @@ TEST_F(FirmwareDownloaderTest, EventThatTakesNoParameterIsOnlyLogged) {
       mLog.entries(),
       ElementsAre(LogEntry{
           3, "Failed to create or post FirmwareDownloader event. <status=12 => ; desc: >"}));
+}
+
+TEST_F(FirmwareDownloaderTest, EventThatTakesNoParameterIsReleasedBeforeTheLogEntry) {
+  struct WatchingEvents : FakeEvents {
+    OSStatus createEvent(platform::FourCharCode eventClass, std::uint32_t kind,
+                         std::unique_ptr<platform::Event>& event) override {
+      const OSStatus status = FakeEvents::createEvent(eventClass, kind, event);
+      mCreated.emplace(event.get());
+      return status;
+    }
+    std::optional<WatchedBlock> mCreated;
+  } events;
+  struct AskingLog : FakeSystemLog {
+    explicit AskingLog(const WatchingEvents& asked) : mAsked(asked) {}
+    void write(int, const char*) override { mReleased.push_back(mAsked.mCreated->isFreed()); }
+    const WatchingEvents& mAsked;
+    std::vector<bool> mReleased;
+  } log(events);
+  events.fail(FakeEvents::Operation::SetParameter, 12);
+  platform::Platform watching = platform::current();
+  watching.events = &events;
+  watching.systemLog = &log;
+  const platform::PlatformScope scope(watching);
+  mDownloader.enqueueResume();
+  EXPECT_THAT(log.mReleased, ElementsAre(true));
 }
 
 TEST_F(FirmwareDownloaderTest, EventThatCannotBePostedIsNotNoticed) {

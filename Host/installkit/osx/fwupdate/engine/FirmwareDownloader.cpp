@@ -1,6 +1,7 @@
 #include "FirmwareDownloader.h"
 
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
@@ -23,6 +24,18 @@ void dispatch(platform::FourCharCode commandId) {
   command.commandId = commandId;
   platform::current().events->processCommand(command);
 }
+
+// The end of a download: comes when the outcome has been told, also where telling it threw.
+class DownloadEnd {
+ public:
+  explicit DownloadEnd(AsyncTaskQueue& queue) : mQueue(queue) {}
+  ~DownloadEnd() { mQueue.stop(); }
+  DownloadEnd(const DownloadEnd&) = delete;
+  DownloadEnd& operator=(const DownloadEnd&) = delete;
+
+ private:
+  AsyncTaskQueue& mQueue;
+};
 
 AsyncTaskResult failedWith(const char* kind, const std::exception& error) {
   Log<3>() << kind << " error occurred during async task: " << error.what() << std::flush;
@@ -67,6 +80,8 @@ AsyncTaskResult FirmwareDownloader::runFrontTask() {
 
 // The outcome is told while the transport still exists.
 void FirmwareDownloader::actOn(AsyncTaskResult result) {
+  std::optional<DownloadEnd> end;
+  if (isTerminal(result) || mAsyncTaskQueue.empty()) end.emplace(mAsyncTaskQueue);
   switch (result) {
     case kTaskDone:
     case kTaskDoneContinue:
@@ -81,12 +96,11 @@ void FirmwareDownloader::actOn(AsyncTaskResult result) {
     default:
       failed();
   }
-  if (isTerminal(result) || mAsyncTaskQueue.empty()) mAsyncTaskQueue.stop();
 }
 
 void FirmwareDownloader::stopTasks() {
+  const DownloadEnd end(mAsyncTaskQueue);
   failed();
-  mAsyncTaskQueue.stop();
 }
 
 void FirmwareDownloader::enqueueResume() { postEvent(kFwDlEventResume); }
@@ -108,6 +122,7 @@ void FirmwareDownloader::postEvent(unsigned long kind) {
     status = events.setParameter(*event, "----"_4cc, static_cast<void*>(this));
   }
   if (status != platform::noErr) {
+    event.reset();
     Log<3>() << buildErrorMessage("Failed to create or post FirmwareDownloader event.", status)
              << std::flush;
     return;

@@ -31,8 +31,8 @@ class FirmwareDownloader {
   void start(std::unique_ptr<IoTransport> transport);
 
   // The operation that the last task started is complete: runs the next. An exception of a task is
-  // logged and ends the download as failed. The transport may be gone when this returns. Fatal when
-  // no download runs.
+  // logged and ends the download as failed; one of the outcome's handler passes on behind the end
+  // of the download. The transport may be gone when this returns. Fatal when no download runs.
   void resume();
 
   // Ends the download as failed.
