@@ -1,6 +1,9 @@
 #include "Log.h"
 
+#include <new>
 #include <span>
+#include <string>
+#include <utility>
 
 #include "platform/Assertion.h"
 #include "platform/Describable.h"
@@ -12,7 +15,8 @@ namespace {
 constexpr std::size_t kInitialConversionBufferSize = 256;
 constexpr char kNullText[] = "<null>";
 
-// Descriptions stay alive until the process ends, so that a holder never outlives its text.
+// Whoever has looked at the characters of a description may go on doing so until the process ends,
+// long after the holder and the object are gone.
 const platform::Text& keepDescription(platform::Text description) {
   static std::vector<platform::Text> kept;
   return kept.emplace_back(std::move(description));
@@ -33,14 +37,23 @@ Logger::CfObj::CfObj(const platform::Describable* object) : mObject(textOf(objec
 Logger::Logger(int priority)
     : mPriority(priority), mConversionBuffer(kInitialConversionBufferSize) {}
 
+Logger& Logger::operator<<(const char* text) {
+  mText << (text == nullptr ? kNullText : text);
+  return *this;
+}
+
 Logger& Logger::operator<<(const platform::Text& text) {
-  if (text.isNull()) {
-    mText << kNullText;
-    return *this;
-  }
+  if (text.isNull()) return *this << kNullText;
   const std::size_t length = text.length();
   const std::size_t characters = text.copyUtf8(length, {}).units;
-  if (characters + 1 > mConversionBuffer.size()) mConversionBuffer.resize(characters + 1);
+  if (characters + 1 > mConversionBuffer.size()) {
+    try {
+      mConversionBuffer.resize(characters + 1);
+    } catch (const std::bad_alloc&) {
+      mText.setstate(std::ios_base::badbit);  // as every other insertion does
+      return *this;
+    }
+  }
 
   const std::size_t limit = mConversionBuffer.size() - 1;
   char* const buffer = reinterpret_cast<char*>(mConversionBuffer.data());
@@ -60,7 +73,9 @@ std::ostream& Logger::operator<<(std::ostream& (*manipulator)(std::ostream&)) {
   return stream;
 }
 
+// Moved out, because a copy would need memory.
 void Logger::flush() {
-  platform::current().systemLog->write(mPriority, mText.str().c_str());
-  mText.str("");
+  const std::string entry = std::move(mText).str();
+  mText.clear();
+  platform::current().systemLog->write(mPriority, entry.c_str());
 }

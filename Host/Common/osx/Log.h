@@ -9,6 +9,7 @@
 
 #include <ostream>
 #include <sstream>
+#include <type_traits>
 #include <vector>
 
 #include "platform/Text.h"
@@ -40,12 +41,15 @@ class Logger {
   Logger& operator=(const Logger&) = delete;
 
   // Anything that an output stream takes. Formatting that a manipulator sets stays set, also for
-  // later entries.
+  // later entries. An insertion for which there is no memory cuts its entry off there.
   template <typename T>
-  Logger& operator<<(const T& value) {
+  requires(!std::is_convertible_v<T, const char*>) Logger& operator<<(const T& value) {
     mText << value;
     return *this;
   }
+
+  // A null pointer is shown as "<null>".
+  Logger& operator<<(const char* text);
 
   // A null text is shown as "<null>". The conversion buffer is sized by the number of characters,
   // so a text that takes more bytes than that is cut at the last whole character that fits.
@@ -57,7 +61,8 @@ class Logger {
   // stream that is returned, and begins the next entry.
   std::ostream& operator<<(std::ostream& (*manipulator)(std::ostream&));
 
-  // Sends what was inserted since the last flush, also when that is nothing.
+  // Sends what was inserted since the last flush, also when that is nothing. Whatever has become of
+  // the insertions or of the entry, the next one begins empty and takes what is inserted.
   void flush();
 
  private:

@@ -13,6 +13,13 @@ using platform::Text;
 using testing::ElementsAre;
 using Opening = FakeSystemLog::Opening;
 
+// Keeps the pointer, as the host does.
+class KeepingLog : public FakeSystemLog {
+ public:
+  void open(const char* identity, int, int) override { mIdentity = identity; }
+  const char* mIdentity = nullptr;
+};
+
 class NamedBundle : public platform::Bundle {
  public:
   explicit NamedBundle(Text name, bool exists = true) : mName(std::move(name)), mExists(exists) {}
@@ -74,11 +81,7 @@ TEST(LogOptions, CutsANameAtThirtyTwoBytesOnAWholeCharacter) {
 
 TEST(LogOptions, KeepsTheIdentityReadableAfterTheConstructor) {
   NamedBundle bundle(Text::fromUtf8("fwupdate"));
-  class KeepingLog : public FakeSystemLog {
-   public:
-    void open(const char* identity, int, int) override { mIdentity = identity; }
-    const char* mIdentity = nullptr;
-  } log;
+  KeepingLog log;
   platform::Platform surfaces;
   surfaces.bundle = &bundle;
   surfaces.systemLog = &log;
@@ -96,6 +99,17 @@ TEST(LogOptions, DoesNotOpenWithoutABundle) {
 TEST(LogOptions, DoesNotOpenWithoutAnExecutableName) {
   NamedBundle nameless{Text()};
   EXPECT_THAT(openingsUnder(&nameless), ElementsAre());
+}
+
+TEST(LogOptions, KeepsACopyOfTheIdentityItWasGiven) {
+  KeepingLog log;
+  platform::Platform surfaces;
+  surfaces.systemLog = &log;
+  const platform::PlatformScope scope(surfaces);
+  std::string identity = "fwupdate";
+  const LogOptions options(identity, 0);
+  identity.replace(0, 2, "xx");
+  EXPECT_STREQ(log.mIdentity, "fwupdate");
 }
 
 TEST(LogOptions, KeepsTheFirstIdentityOfTheProcess) {

@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <iomanip>
+#include <new>
+#include <optional>
+#include <string_view>
 
 #include "Log.h"
 #include "LogRecorder.h"
+#include "WatchedMemory.h"
 #include "platform/Describable.h"
 
 namespace {
@@ -23,6 +27,20 @@ std::string repeated(const char* piece, int times) {
 class Number : public platform::Describable {
  public:
   Text description() const override { return Text::fromUtf8("<number 7>"); }
+};
+
+// Tells where the characters of its description lie, and keeps nothing of it.
+class DescribedAtLength : public platform::Describable {
+ public:
+  Text description() const override {
+    const Text text = Text::fromUtf8("<a description too long to be held in place>");
+    mCharacters = text.utf8();
+    return text;
+  }
+  std::string_view characters() const { return mCharacters; }
+
+ private:
+  mutable std::string_view mCharacters;
 };
 
 class LogTest : public testing::Test {
@@ -84,6 +102,61 @@ TEST_F(LogTest, FormattingOutlivesTheEntry) {
   mLogger << std::hex << std::setfill('0') << 172 << std::flush;
   mLogger << std::setw(4) << 172 << std::flush;
   EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, "ac"}, LogEntry{5, "00ac"}));
+}
+
+TEST_F(LogTest, ShowsANullPointerAsNull) {
+  const char* const none = nullptr;
+  char* const noneEither = nullptr;
+  mLogger << none << " and " << noneEither << std::flush;
+  mLogger << "next" << std::flush;
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{5, "<null> and <null>"}, LogEntry{5, "next"}));
+}
+
+TEST_F(LogTest, ShowsCharactersByTheirPointerAsTheyAre) {
+  char text[] = "writable";
+  mLogger << static_cast<char*>(text) << ", " << static_cast<const char*>("constant") << std::flush;
+  EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, "writable, constant"}));
+}
+
+TEST_F(LogTest, InsertionWithoutMemoryCutsItsOwnEntryOnly) {
+  const std::string longer(2000, 'x');
+  mLogger << "read ";
+  {
+    const FailingAllocation failing;
+    mLogger << longer;
+    EXPECT_TRUE(failing.hasFailed());
+  }
+  mLogger << " behind" << std::flush;
+  mLogger << "next" << std::flush;
+  const std::vector<LogEntry> entries = mRecorder.takeEntries();
+  ASSERT_EQ(entries.size(), 2u);
+  EXPECT_TRUE(("read " + longer).starts_with(entries[0].text)) << entries[0].text;
+  EXPECT_EQ(entries[1], (LogEntry{5, "next"}));
+}
+
+TEST_F(LogTest, TextWithoutMemoryCutsItsOwnEntryOnly) {
+  const Text longer = Text::fromUtf8(repeated("x", 300));
+  mLogger << "name: ";
+  {
+    const FailingAllocation failing;
+    mLogger << longer;
+    EXPECT_TRUE(failing.hasFailed());
+  }
+  mLogger << " behind" << std::flush;
+  mLogger << longer << std::flush;
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{5, "name: "}, LogEntry{5, repeated("x", 300)}));
+}
+
+TEST_F(LogTest, EntryThatCannotBeSentIsNotPartOfTheNext) {
+  mLogger << "first";
+  {
+    const FailingAllocation inTheSystemLog;
+    EXPECT_THROW(mLogger << std::flush, std::bad_alloc);
+  }
+  mLogger << "second" << std::flush;
+  EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, "second"}));
 }
 
 TEST_F(LogTest, PercentSignsAreText) {
@@ -151,6 +224,14 @@ TEST_F(LogTest, KeepsTheGrownBuffer) {
   EXPECT_THAT(mRecorder.takeEntries().back(), (LogEntry{5, repeated("\xE2\x82\xAC", 100)}));
 }
 
+TEST_F(LogTest, BufferThatAnotherLoggerGrewIsNotThisOnes) {
+  Logger other(5);
+  other << Text::fromUtf8(repeated("x", 300)) << std::flush;
+  mLogger << Text::fromUtf8(repeated("\xE2\x82\xAC", 100)) << std::flush;
+  EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, repeated("x", 300)},
+                                               LogEntry{5, repeated("\xE2\x82\xAC", 85)}));
+}
+
 TEST_F(LogTest, BufferOf256BytesTakes255) {
   mLogger << Text::fromUtf8(repeated("x", 255)) << std::flush;
   mLogger << Text::fromUtf8(repeated("\xC3\xBC", 255)) << std::flush;
@@ -174,6 +255,19 @@ TEST_F(LogTest, ShowsAnyOtherObjectByItsDescription) {
   const Logger::CfObj copy = object;
   mLogger << "domain: " << object << " " << copy << std::flush;
   EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{5, "domain: <number 7> <number 7>"}));
+}
+
+TEST_F(LogTest, DescriptionStaysWhenItsHolderAndItsObjectAreGone) {
+  std::string_view characters;
+  std::optional<WatchedBlock> block;
+  {
+    const DescribedAtLength described;
+    const Logger::CfObj object(&described);
+    characters = described.characters();
+    block.emplace(characters.data());
+  }
+  ASSERT_FALSE(block->isFreed());
+  EXPECT_EQ(characters, "<a description too long to be held in place>");
 }
 
 TEST_F(LogTest, ObjectIsCutLikeAText) {
