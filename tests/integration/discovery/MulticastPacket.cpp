@@ -12,11 +12,6 @@
 
 namespace {
 
-constexpr std::size_t kHeaderSize = 12;
-constexpr std::uint16_t kTypeA = 1;
-constexpr std::uint16_t kTypePtr = 12;
-constexpr std::uint16_t kTypeTxt = 16;
-constexpr std::uint16_t kTypeSrv = 33;
 constexpr std::uint16_t kMulticastPort = 5353;
 
 void enterPeersNetwork() {
@@ -47,46 +42,28 @@ bool sendFromPeer(const std::vector<std::uint8_t>& bytes) {
 }  // namespace
 
 MulticastPacket::MulticastPacket(const std::string& serviceName, const std::string& host)
-    : mHost(host), mBytes{0, 0, 0x84, 0, 0, 0, 0, 0, 0, 0, 0, 0} {
-  mType = mBytes.size();
-  for (const char* label : {"_pdl-datastream", "_tcp", "local"}) addLabel(label);
-  addNumber(0, 1);
-  addNumber(kTypePtr, 2);
-  addNumber(1, 2);
-  addNumber(4500, 4);
-  addNumber(0, 2);
-  mData = mService = mBytes.size();
-  addLabel(serviceName);
-  addPointer(mType);
-  endRecord();
+    : mService{serviceName, "_pdl-datastream", "_tcp", "local"},
+      mHost{host, "local"},
+      mPacket(0, dns::kFlagResponse | dns::kFlagAuthoritative) {
+  const dns::Name type(mService.begin() + 1, mService.end());
+  mPacket.addRecord(dns::Section::Answers,
+                    {type, dns::kTypePtr, dns::kClassIn, 4500, {}, mService});
 }
 
 void MulticastPacket::addTxt(const std::vector<std::uint8_t>& wireForm) {
-  beginRecord(mService, kTypeTxt);
-  mBytes.insert(mBytes.end(), wireForm.begin(), wireForm.end());
-  endRecord();
+  add(mService, dns::kTypeTxt, wireForm);
 }
 
 void MulticastPacket::addLocationAndAddress() {
-  beginRecord(mService, kTypeSrv);
-  addNumber(0, 4);
-  addNumber(9100, 2);
-  const std::size_t host = mBytes.size();
-  addLabel(mHost);
-  addLabel("local");
-  addNumber(0, 1);
-  endRecord();
-
-  beginRecord(host, kTypeA);
-  mBytes.insert(mBytes.end(), {10, 91, 0, 2});
-  endRecord();
+  add(mService, dns::kTypeSrv, {0, 0, 0, 0, 0x23, 0x8C}, mHost);
+  add(mHost, dns::kTypeA, {10, 91, 0, 2});
 }
 
 void MulticastPacket::send() const {
   const pid_t child = fork();
   if (child == 0) {
     enterPeersNetwork();
-    _exit(sendFromPeer(mBytes) ? 0 : 1);
+    _exit(sendFromPeer(mPacket.bytes()) ? 0 : 1);
   }
   int status = 0;
   if (waitpid(child, &status, 0) != child || status != 0) {
@@ -94,32 +71,8 @@ void MulticastPacket::send() const {
   }
 }
 
-void MulticastPacket::addLabel(const std::string& label) {
-  addNumber(label.size(), 1);
-  mBytes.insert(mBytes.end(), label.begin(), label.end());
-}
-
-void MulticastPacket::addNumber(std::size_t number, std::size_t size) {
-  while (size-- > 0) mBytes.push_back(static_cast<std::uint8_t>(number >> 8 * size & 0xFF));
-}
-
-void MulticastPacket::addPointer(std::size_t target) { addNumber(0xC000 | target, 2); }
-
-void MulticastPacket::beginRecord(std::size_t owner, std::uint16_t type) {
-  addPointer(owner);
-  addNumber(type, 2);
-  addNumber(0x8001, 2);
-  addNumber(120, 4);
-  addNumber(0, 2);
-  mData = mBytes.size();
-}
-
-// Fills in the length of the data and counts the record.
-void MulticastPacket::endRecord() {
-  const std::size_t length = mBytes.size() - mData;
-  mBytes[mData - 2] = static_cast<std::uint8_t>(length >> 8);
-  mBytes[mData - 1] = static_cast<std::uint8_t>(length & 0xFF);
-  constexpr std::size_t kAnswerCount = 7;
-  static_assert(kAnswerCount < kHeaderSize);
-  ++mBytes[kAnswerCount];
+void MulticastPacket::add(const dns::Name& name, std::uint16_t type, const dns::Bytes& data,
+                          const dns::Name& target) {
+  mPacket.addRecord(dns::Section::Answers,
+                    {name, type, dns::kClassIn | dns::kTopBit, 120, data, target});
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "DnsMessage.h"
+
 class MulticastPacket {
  public:
   // Announces a raw-print service of this name, which may be any bytes, on host HOST.local.
@@ -18,15 +20,10 @@ class MulticastPacket {
   void send() const;
 
  private:
-  void addLabel(const std::string& label);
-  void addNumber(std::size_t number, std::size_t size);
-  void addPointer(std::size_t target);
-  void beginRecord(std::size_t owner, std::uint16_t type);
-  void endRecord();
+  void add(const dns::Name& name, std::uint16_t type, const dns::Bytes& data,
+           const dns::Name& target = {});
 
-  std::string mHost;
-  std::vector<std::uint8_t> mBytes;
-  std::size_t mType = 0;  // where the names begin that others point to
-  std::size_t mService = 0;
-  std::size_t mData = 0;  // where the data of the current record begin
+  dns::Name mService;
+  dns::Name mHost;
+  dns::MessageWriter mPacket;
 };
