@@ -10,7 +10,9 @@ class SystemLog {
 
   virtual ~SystemLog() = default;
 
-  // `identity` must stay valid until close(): the host keeps the pointer.
+  // `identity` must stay valid until close(): the host keeps the pointer. With
+  // kMirrorToStandardError each entry is also written there, as one line "IDENTITY: TEXT" in which
+  // control characters and bytes that are not UTF-8 stand as '#' and three octal digits.
   virtual void open(const char* identity, int options, int facility) = 0;
 
   // One entry; `text` is never used as a format. `priority` is a syslog level.

@@ -2,37 +2,12 @@
 
 #include <algorithm>
 #include <limits>
-#include <optional>
 #include <utility>
+
+#include "platform/Utf8.h"
 
 namespace platform {
 namespace {
-
-struct Decoded {
-  char32_t character;
-  std::size_t bytes;
-};
-
-bool isContinuation(unsigned char byte) { return (byte & 0xC0) == 0x80; }
-
-// The character at the front of `bytes`, or nothing when the bytes there are not valid UTF-8.
-std::optional<Decoded> decode(std::string_view bytes) {
-  const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-  const unsigned char first = at(0);
-  if (first < 0x80) return Decoded{first, 1};
-
-  const std::size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
-  if (first < 0xC2 || first > 0xF4 || bytes.size() < size) return std::nullopt;
-  char32_t character = first & (0xFFu >> (size + 1));
-  for (std::size_t i = 1; i < size; ++i) {
-    if (!isContinuation(at(i))) return std::nullopt;
-    character = character << 6 | (at(i) & 0x3Fu);
-  }
-  const bool overlong = (size == 3 && character < 0x800) || (size == 4 && character < 0x10000);
-  const bool surrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (overlong || surrogate || character > 0x10FFFF) return std::nullopt;
-  return Decoded{character, size};
-}
 
 std::size_t utf16Units(char32_t character) { return character >= 0x10000 ? 2 : 1; }
 
@@ -95,9 +70,9 @@ Text::Text(std::string bytes) : mBytes(std::make_shared<const std::string>(std::
 
 Text Text::fromUtf8(std::string_view bytes) {
   for (std::string_view rest = bytes; !rest.empty();) {
-    const auto decoded = decode(rest);
-    if (!decoded) return Text();
-    rest.remove_prefix(decoded->bytes);
+    const auto first = firstUtf8Character(rest);
+    if (!first) return Text();
+    rest.remove_prefix(first->bytes);
   }
   return Text(std::string(bytes));
 }
@@ -126,7 +101,7 @@ Text::Conversion Text::copyUtf8(std::size_t units, std::span<char> buffer) const
   const bool bounded = buffer.data() != nullptr;
   std::string_view rest = utf8();
   while (!rest.empty()) {
-    const Decoded next = *decode(rest);
+    const Utf8Character next = *firstUtf8Character(rest);
     if (done.units + utf16Units(next.character) > units) break;
     if (bounded && done.bytes + next.bytes > buffer.size()) break;
     done.units += utf16Units(next.character);
@@ -140,7 +115,7 @@ Text::Conversion Text::copyUtf8(std::size_t units, std::span<char> buffer) const
 std::u16string Text::utf16() const {
   std::u16string units;
   for (std::string_view rest = utf8(); !rest.empty();) {
-    const Decoded next = *decode(rest);
+    const Utf8Character next = *firstUtf8Character(rest);
     if (next.character >= 0x10000) {
       const char32_t offset = next.character - 0x10000;
       units.push_back(static_cast<char16_t>(0xD800 + (offset >> 10)));
@@ -156,7 +131,7 @@ std::u16string Text::utf16() const {
 std::wstring Text::wide() const {
   std::wstring characters;
   for (std::string_view rest = utf8(); !rest.empty();) {
-    const Decoded next = *decode(rest);
+    const Utf8Character next = *firstUtf8Character(rest);
     characters.push_back(static_cast<wchar_t>(next.character));
     rest.remove_prefix(next.bytes);
   }

@@ -129,6 +129,68 @@ TEST(PosixSystemLogTest, MirrorsEntriesToStandardErrorOnRequest) {
             "fwupdate: Connecting to I/O transport...\nfwupdate: 100 %s %n\n");
 }
 
+TEST(PosixSystemLogTest, EntryOfSeveralLinesIsOneEntry) {
+  expectReceived(
+      [](SystemLog& log) {
+        log.open("fwupdate", SystemLog::kMirrorToStandardError, SystemLog::kUserFacility);
+        log.write(5, "-> Service: Evil\nfwupdate: forged\x1B[2K\xC2\x85.");
+      },
+      {"<13>fwupdate: -> Service: Evil\nfwupdate: forged\x1B[2K\xC2\x85."});
+}
+
+// What standard error gets of one entry.
+std::string mirrored(const std::string& text, const char* identity = "fwupdate") {
+  const auto log = platform::makePosixSystemLog();
+  testing::internal::CaptureStderr();
+  log->open(identity, SystemLog::kMirrorToStandardError, SystemLog::kUserFacility);
+  log->write(5, text.c_str());
+  log->close();
+  return testing::internal::GetCapturedStderr();
+}
+
+TEST(PosixSystemLogTest, MirroredEntryIsOneLineWhateverIsInIt) {
+  EXPECT_EQ(mirrored("-> Service: Evil\nfwupdate: forged"),
+            "fwupdate: -> Service: Evil#012fwupdate: forged\n");
+  EXPECT_EQ(mirrored("a\r\tb\v\f"), "fwupdate: a#015#011b#013#014\n");
+  EXPECT_EQ(mirrored("line\n"), "fwupdate: line#012\n");
+  EXPECT_EQ(mirrored(""), "fwupdate: \n");
+  EXPECT_EQ(mirrored("text", "fw\nupdate"), "fw#012update: text\n");
+}
+
+TEST(PosixSystemLogTest, MirroredEntryCommandsNoTerminal) {
+  EXPECT_EQ(mirrored("\x1B[2K\x7F\x01."), "fwupdate: #033[2K#177#001.\n");
+  EXPECT_EQ(mirrored("\xC2\x80 \xC2\x85 \xC2\x9B 2J \xC2\x9F"),
+            "fwupdate: #302#200 #302#205 #302#233 2J #302#237\n");
+  EXPECT_EQ(mirrored("\xE2\x80\xA8 \xE2\x80\xA9"), "fwupdate: #342#200#250 #342#200#251\n");
+}
+
+TEST(PosixSystemLogTest, MirroredEntryShowsBytesThatAreNotText) {
+  EXPECT_EQ(mirrored("\x9B 2J \xFF \xC3"), "fwupdate: #233 2J #377 #303\n");
+  EXPECT_EQ(mirrored("\xE2\x82 \xC0\x8A \xED\xA0\x80"),
+            "fwupdate: #342#202 #300#212 #355#240#200\n");
+}
+
+TEST(PosixSystemLogTest, MirroredEntryKeepsEveryOtherCharacter) {
+  const std::string text =
+      " !\"#%'()*+,-./09:;<=>?@AZ[\\]^_`az{|}~ \xC2\xA0 B\xC3\xBCro \xE2\x80\xA7 \xE2\x80\xAA "
+      "\xE2\x82\xAC \xF0\x9F\x96\xA8";
+  EXPECT_EQ(mirrored(text), "fwupdate: " + text + "\n");
+}
+
+TEST(PosixSystemLogTest, MirroredEntryMayHaveAnyLength) {
+  const std::string text(70000, 'x');
+  EXPECT_EQ(mirrored(text), "fwupdate: " + text + "\n");
+}
+
+TEST(PosixSystemLogTest, MirrorsNothingWhenItIsClosed) {
+  const auto log = platform::makePosixSystemLog();
+  testing::internal::CaptureStderr();
+  log->open("fwupdate", SystemLog::kMirrorToStandardError, SystemLog::kUserFacility);
+  log->close();
+  log->write(5, "after the end");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
 TEST(PosixSystemLogTest, MirrorsNothingWithoutRequest) {
   const auto log = platform::makePosixSystemLog();
   testing::internal::CaptureStderr();
