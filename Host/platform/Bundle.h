@@ -8,19 +8,21 @@
 
 namespace platform {
 
-// Found from where the executable stands: <prefix>/bin/NAME belongs to <prefix>/share/fwupdate/.
+// Found from where the executable stands: <prefix>/bin/NAME belongs to <prefix>/share/fwupdate/. An
+// executable elsewhere has its name, and no resources.
 class Bundle {
  public:
   virtual ~Bundle() = default;
 
-  // False when the executable does not stand in a bin directory.
+  // False when the executable cannot be found out.
   virtual bool exists() const = 0;
 
-  // The directory that holds the resources; none when the prefix has no share directory. Whether
-  // the directory can be used shows when it is.
+  // The directory that holds the resources; none when the executable does not stand in a bin
+  // directory, or the prefix has no share directory. Whether the directory can be used shows when
+  // it is.
   virtual std::optional<std::filesystem::path> resourcesDirectory() const = 0;
 
-  // The executable's file name; null when it cannot be found out.
+  // The executable's file name; null when it cannot be found out, or is not text.
   virtual Text executableName() const = 0;
 };
 

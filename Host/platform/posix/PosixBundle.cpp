@@ -12,17 +12,20 @@ class PosixBundle : public Bundle {
  public:
   explicit PosixBundle(path executable) : mExecutable(std::move(executable)) {}
 
-  bool exists() const override { return mExecutable.parent_path().filename() == "bin"; }
+  bool exists() const override { return mExecutable.has_filename(); }
 
   std::optional<path> resourcesDirectory() const override {
+    const path directory = mExecutable.parent_path();
+    const path share = directory.parent_path() / "share";
     std::error_code ignored;
-    const path share = mExecutable.parent_path().parent_path() / "share";
-    if (!exists() || !std::filesystem::is_directory(share, ignored)) return std::nullopt;
+    if (directory.filename() != "bin" || !std::filesystem::is_directory(share, ignored)) {
+      return std::nullopt;
+    }
     return share / "fwupdate";
   }
 
   Text executableName() const override {
-    if (!mExecutable.has_filename()) return Text();
+    if (!exists()) return Text();
     return Text::fromUtf8(mExecutable.filename().native());
   }
 
