@@ -22,12 +22,14 @@ std::runtime_error failure(const std::string& what, const std::string& path) {
 }  // namespace
 
 std::vector<char> readImageFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary | std::ios::ate);
-  if (!file) throw failure("open", path);
-  std::error_code ignored;
-  if (!std::filesystem::is_regular_file(path, ignored)) {
+  // Looked at before it is opened: a pipe would wait there for another program to write.
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
     throw std::runtime_error("cannot read \"" + path + "\": not a regular file");
   }
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  if (!file) throw failure("open", path);
   std::vector<char> image(static_cast<std::size_t>(file.tellg()));
   file.seekg(0);
   if (!file.read(image.data(), static_cast<std::streamsize>(image.size()))) {

@@ -1,4 +1,5 @@
 // Makes and shows firmware files of the KX350T for those who package the updater or test it.
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <stdexcept>
@@ -27,7 +28,7 @@ the length of the texts. The printer gets the whole file.
 Usage:
   firmware-image make [OPTIONS] FILE    write the file FILE
   firmware-image show FILE              print what FILE holds and who gets it
-  firmware-image --help                 print this
+  firmware-image --help                 print this (behind a command, too)
 
 What "make" puts in:
   --data FILE          the data; without it, a demonstration is made: a notice
@@ -46,12 +47,14 @@ What "make" puts in:
       no-trailer         the file is the data alone
 
 What "show" prints: size, SHA-256, the checksum that the burn command carries,
-the platform ID, the firmware version as the updater reads it, and the printers
-(fields MDL and LIC of their device ID) for which the updater takes a file of
-this name.
+the platform ID, the firmware version as the updater reads it, whether it sends
+such a file, and the printers (fields MDL and LIC of their device ID) for which
+it takes a file of this name. The file is loaded as the updater does it: what it
+cannot load is not shown but refused with the updater's reason, and of a file of
+4 GiB or more it takes only as many bytes as the low 32 bits of its size say.
 
-Exit status: 0 done; 1 a file cannot be read or written; 2 wrong usage; 3 the
-platform ID of the shown file is malformed.
+Exit status: 0 done; 1 a file cannot be read or written, or the updater cannot
+load it; 2 wrong usage; 3 the platform ID of the shown file is malformed.
 
 Examples:
   firmware-image make --data kx350t.img --version 412 product.brand.bin
@@ -59,13 +62,21 @@ Examples:
   firmware-image show product.brand.bin
 )";
 
+bool asksForHelp(const std::vector<std::string>& arguments) {
+  if (arguments.front() == "help") return true;
+  const auto end = std::find(arguments.begin(), arguments.end(), "--");
+  return std::any_of(arguments.begin(), end, [](const std::string& argument) {
+    return argument == "--help" || argument == "-h";
+  });
+}
+
 int run(const std::vector<std::string>& arguments) {
   if (arguments.empty()) throw UsageError("the command is missing");
-  const std::string& command = arguments.front();
-  if (command == "--help" || command == "-h" || command == "help") {
+  if (asksForHelp(arguments)) {
     std::cout << kHelp;
     return kDone;
   }
+  const std::string& command = arguments.front();
   const Arguments rest({arguments.begin() + 1, arguments.end()});
   if (command == "show") return showImage(rest) ? kDone : kMalformed;
   if (command != "make") throw UsageError("there is no command \"" + command + "\"");

@@ -1,6 +1,5 @@
 #include "showImage.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <iostream>
 #include <span>
@@ -9,7 +8,7 @@
 
 #include "Branding.h"
 #include "CalcCheckSum.h"
-#include "ImageFile.h"
+#include "LoadedFile.h"
 #include "PlatformIdBlock.h"
 #include "platform/Text.h"
 #include "sha256.h"
@@ -60,27 +59,34 @@ void printFields(Bytes block) {
   if (begin < block.size()) print("  without an end", quoted(block.subspan(begin)));
 }
 
-bool printTrailer(const std::vector<char>& image) {
-  const PlatformIdBlock block(image);
-  const bool hasVersion = block.version() == PlatformIdBlock::kExpectedVersion;
-  const bool hasFields = block.fieldCount() == PlatformIdBlock::kExpectedFields;
-  const unsigned length = image.empty() ? 0 : static_cast<unsigned char>(image.back());
+std::string sizeOf(const LoadedFile& file) {
+  const std::string size = std::to_string(file.size) + " bytes";
+  if (file.size == file.image.size()) return size;
+  return size + ", of which the updater takes the first " + std::to_string(file.image.size());
+}
+
+void printPlatformId(const LoadedFile& file) {
+  const PlatformIdBlock block(file.image);
+  const unsigned length = file.image.empty() ? 0 : static_cast<unsigned char>(file.image.back());
   print("Platform ID:", "version " + std::to_string(block.version()) + ", length " +
                             std::to_string(length) + ", fields " +
                             std::to_string(block.fieldCount()));
   printFields(block.bytes());
-  if (!hasVersion) print("  malformed", "the version must be 3");
-  if (length > block.bytes().size()) print("  malformed", "longer than the file before it");
-  if (!hasFields) print("  malformed", "there must be 3 fields");
-  if (!hasVersion || !hasFields) {
-    print("Firmware version:", "0, unknown: the updater takes every printer for up to date");
-    return false;
+  if (length > block.bytes().size()) print("  too long", "for the file before it");
+  for (const std::string& problem : file.problems) print("  malformed", problem);
+}
+
+void printVersion(const LoadedFile& file) {
+  const platform::Text text = PlatformIdBlock(file.image).firmwareVersion();
+  const std::string origin = !file.problems.empty() ? "unknown"
+                             : text.isNull()        ? "from a text that is not UTF-8"
+                                                    : "from " + quoted(text);
+  print("Firmware version:", std::to_string(file.version) + ", " + origin);
+  if (file.version == 0) {
+    print("  never sent", "every printer counts as up to date");
+  } else {
+    print("  sent", "where the printer's version is lower");
   }
-  const platform::Text version = block.firmwareVersion();
-  const auto number = static_cast<std::uint32_t>(version.intValue());
-  print("Firmware version:", std::to_string(number) + ", from " +
-                                 (version.isNull() ? "a text that is not UTF-8" : quoted(version)));
-  return true;
 }
 
 void printPrinters(const std::string& fileName) {
@@ -103,12 +109,13 @@ void printPrinters(const std::string& fileName) {
 
 bool showImage(const Arguments& arguments) {
   const std::string path = arguments.onlyOperand("the name of the file to show");
-  const std::vector<char> image = readImageFile(path);
+  const LoadedFile file = loadAsTheUpdater(path);
   print("File:", path);
-  print("Size:", std::to_string(image.size()) + " bytes");
-  print("SHA-256:", sha256(image));
-  print("Checksum:", checksumOf(image));
-  const bool isWellFormed = printTrailer(image);
+  print("Size:", sizeOf(file));
+  print("SHA-256:", sha256(file.image));
+  print("Checksum:", checksumOf(file.image));
+  printPlatformId(file);
+  printVersion(file);
   printPrinters(std::filesystem::path(path).filename().native());
-  return isWellFormed;
+  return file.problems.empty();
 }

@@ -1,6 +1,8 @@
 // Runs firmware-image as its users do and compares all that it prints and writes.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -17,6 +19,25 @@ using std::filesystem::path;
 const std::string kNotice =
     "DEMONSTRATION IMAGE, NOT REAL FIRMWARE. Made to show and to test the firmware updater; what\n"
     "follows is noise. A printer that burns it cannot work.\n";
+
+const std::string kGoodFile =
+    "firmware"
+    "KX350T\0"
+    "00000200\0"
+    "demo\0"
+    "\x03\x15"s;
+
+// What follows its size.
+const std::string kShownGoodFile =
+    "SHA-256:           8c7f39b5eedc43ec74653f902aed354d663eaa71ca2f1d781cdc4f1dcb948f05\n"
+    "Checksum:          0xf9d2 (bytes f9 d2 of the burn command)\n"
+    "Platform ID:       version 3, length 21, fields 3\n"
+    "  field            \"KX350T\"\n"
+    "  field            \"00000200\"\n"
+    "  field            \"demo\"\n"
+    "Firmware version:  200, from \"00000200\"\n"
+    "  sent             where the printer's version is lower\n"
+    "For printers with: MDL \"KX350T\", LIC \"QT725013\"\n";
 
 class FirmwareImageTest : public testing::Test {
  protected:
@@ -47,6 +68,10 @@ class FirmwareImageTest : public testing::Test {
     expectError(arguments, 2, text + "; see firmware-image --help");
   }
 
+  void expectNotLoaded(const std::string& file, const std::string& reason) {
+    expectError("show " + file, 1, "the updater cannot load \"" + file + "\": " + reason);
+  }
+
   void write(const std::string& name, const std::string& bytes) {
     std::ofstream(mDirectory.path() / name, std::ios::binary) << bytes;
   }
@@ -60,6 +85,14 @@ class FirmwareImageTest : public testing::Test {
   std::string madeFromData(const std::string& options) {
     write("data", "data");
     return made("--data data " + options);
+  }
+
+  // What "show" says of the version of the file that was made last.
+  std::string shownVersion() const {
+    const std::string label = "Firmware version:  ";
+    const std::string output = run("show made.bin").output;
+    const std::size_t begin = output.find(label) + label.size();
+    return output.substr(begin, output.find("For printers with:") - begin);
   }
 
   TemporaryDirectory mDirectory;
@@ -189,26 +222,14 @@ TEST_F(FirmwareImageTest, ReplacesAFileThatIsThere) {
 }
 
 TEST_F(FirmwareImageTest, ShowsAWellFormedFile) {
-  write("product.brand.bin",
-        "firmware"
-        "KX350T\0"
-        "00000200\0"
-        "demo\0"
-        "\x03\x15"s);
+  write("product.brand.bin", kGoodFile);
   const Outcome outcome = run("show product.brand.bin");
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.output,
             "File:              product.brand.bin\n"
-            "Size:              31 bytes\n"
-            "SHA-256:           8c7f39b5eedc43ec74653f902aed354d663eaa71ca2f1d781cdc4f1dcb948f05\n"
-            "Checksum:          0xf9d2 (bytes f9 d2 of the burn command)\n"
-            "Platform ID:       version 3, length 21, fields 3\n"
-            "  field            \"KX350T\"\n"
-            "  field            \"00000200\"\n"
-            "  field            \"demo\"\n"
-            "Firmware version:  200, from \"00000200\"\n"
-            "For printers with: MDL \"KX350T\", LIC \"QT725013\"\n");
+            "Size:              31 bytes\n" +
+                kShownGoodFile);
 }
 
 TEST_F(FirmwareImageTest, ShowsTheChecksumOfAnOddFile) {
@@ -221,28 +242,78 @@ TEST_F(FirmwareImageTest, ShowsTheChecksumOfAnOddFile) {
             "SHA-256:           039058c6f2c0cb492c533b0a4d14ef77cc0f78abccced5287d84a1a2011cfb81\n"
             "Checksum:          0xfefa (bytes fe fa of the burn command)\n"
             "Platform ID:       version 2, length 3, fields 0\n"
-            "  malformed        the version must be 3\n"
-            "  malformed        longer than the file before it\n"
-            "  malformed        there must be 3 fields\n"
-            "Firmware version:  0, unknown: the updater takes every printer for up to date\n"
+            "  too long         for the file before it\n"
+            "  malformed        Invalid platform ID version: got 2, expected 3\n"
+            "Firmware version:  0, unknown\n"
+            "  never sent       every printer counts as up to date\n"
             "For printers with: nothing: the updater looks for no file of this name\n");
 }
 
-TEST_F(FirmwareImageTest, ShowsAnEmptyFile) {
-  write("product.tarn.bin", "");
+TEST_F(FirmwareImageTest, FileOfFourGibibytesIsTakenForNothing) {
+  write("product.tarn.bin", kGoodFile);
+  std::filesystem::resize_file(mDirectory.path() / "product.tarn.bin", std::uintmax_t{1} << 32);
   const Outcome outcome = run("show ./product.tarn.bin");
   EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.output,
             "File:              ./product.tarn.bin\n"
-            "Size:              0 bytes\n"
+            "Size:              4294967296 bytes, of which the updater takes the first 0\n"
             "SHA-256:           e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855\n"
             "Checksum:          0xffff (bytes ff ff of the burn command)\n"
             "Platform ID:       version 0, length 0, fields 0\n"
-            "  malformed        the version must be 3\n"
-            "  malformed        there must be 3 fields\n"
-            "Firmware version:  0, unknown: the updater takes every printer for up to date\n"
+            "  malformed        Invalid platform ID version: got 0, expected 3\n"
+            "Firmware version:  0, unknown\n"
+            "  never sent       every printer counts as up to date\n"
             "For printers with: MDL \"KX350T\", LIC \"QT725090\"\n"
             "For printers with: MDL \"KX350T\", LIC empty or absent\n");
+}
+
+TEST_F(FirmwareImageTest, OfALargerFileOnlyTheBeginningIsTaken) {
+  write("product.brand.bin", kGoodFile);
+  std::filesystem::resize_file(mDirectory.path() / "product.brand.bin",
+                               (std::uintmax_t{1} << 32) + 31);
+  const Outcome outcome = run("show product.brand.bin");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.output,
+            "File:              product.brand.bin\n"
+            "Size:              4294967327 bytes, of which the updater takes the first 31\n" +
+                kShownGoodFile);
+}
+
+TEST_F(FirmwareImageTest, VersionsAreReadAsTheUpdaterReadsThem) {
+  made("--version-text '     200'");
+  EXPECT_EQ(shownVersion(),
+            "200, from \"     200\"\n"
+            "  sent             where the printer's version is lower\n");
+  made("--version-text=-0000005");
+  EXPECT_EQ(shownVersion(),
+            "4294967291, from \"-0000005\"\n"
+            "  sent             where the printer's version is lower\n");
+  made("--version 0");
+  EXPECT_EQ(shownVersion(),
+            "0, from \"00000000\"\n"
+            "  never sent       every printer counts as up to date\n");
+}
+
+TEST_F(FirmwareImageTest, WhatTheUpdaterCannotLoadIsRefusedWithItsReason) {
+  write("empty", "");
+  std::filesystem::create_directory(mDirectory.path() / "directory");
+  std::filesystem::create_symlink("absent", mDirectory.path() / "link");
+  expectNotLoaded("empty", "Firmware file is empty.");
+  expectNotLoaded("/dev/zero", "Firmware file is empty.");
+  expectNotLoaded("absent",
+                  "Failed to make file system reference for firmware file. "
+                  "<status=2 => ENOENT; desc: No such file or directory>");
+  expectNotLoaded("link",
+                  "Failed to get file info. <status=2 => ENOENT; desc: No such file or directory>");
+  expectNotLoaded("directory",
+                  "Could not get data fork. <status=21 => EISDIR; desc: Is a directory>");
+}
+
+TEST_F(FirmwareImageTest, PipesAreNotWaitedFor) {
+  ASSERT_EQ(::mkfifo((mDirectory.path() / "pipe").c_str(), 0600), 0);
+  expectNotLoaded("pipe", "Firmware file is empty.");
+  expectError("make --data pipe a", 1, "cannot read \"pipe\": not a regular file");
 }
 
 TEST_F(FirmwareImageTest, ShowsUnprintableFieldsInHexadecimal) {
@@ -262,6 +333,7 @@ TEST_F(FirmwareImageTest, ShowsUnprintableFieldsInHexadecimal) {
             "  field            \"Q\"\n"
             "  without an end   \"left over\"\n"
             "Firmware version:  0, from a text that is not UTF-8\n"
+            "  never sent       every printer counts as up to date\n"
             "For printers with: nothing: the updater looks for no file of this name\n");
 }
 
@@ -301,6 +373,9 @@ TEST_F(FirmwareImageTest, HelpNamesEveryCommandOptionAndKind) {
   }
   EXPECT_EQ(run("-h").output, outcome.output);
   EXPECT_EQ(run("help").output, outcome.output);
+  EXPECT_EQ(run("show --help").output, outcome.output);
+  EXPECT_EQ(run("show -h a").output, outcome.output);
+  EXPECT_EQ(run("make --size 1 --help").output, outcome.output);
 }
 
 TEST_F(FirmwareImageTest, WrongUsageIsExplained) {
@@ -341,12 +416,13 @@ TEST_F(FirmwareImageTest, NumbersOutOfRangeAreRefused) {
 TEST_F(FirmwareImageTest, FileNamesMayBeginWithDashes) {
   expectQuietSuccess("make --size 23 -- --odd");
   EXPECT_EQ(run("show -- --odd").status, 0);
+  expectQuietSuccess("make --size 23 -- -h");
+  EXPECT_EQ(run("show -- -h").output.substr(0, 22), "File:              -h\n");
 }
 
 TEST_F(FirmwareImageTest, FilesThatCannotBeReadOrWrittenAreNamed) {
-  expectError("show absent", 1, "cannot open \"absent\": No such file or directory");
-  expectError("show .", 1, "cannot read \".\": not a regular file");
   expectError("make --data absent a", 1, "cannot open \"absent\": No such file or directory");
+  expectError("make --data . a", 1, "cannot read \".\": not a regular file");
   expectError("make absent/a", 1, "cannot create \"absent/a\": No such file or directory");
   std::filesystem::create_directory(mDirectory.path() / "directory");
   expectError("make directory", 1, "cannot write \"directory\": Is a directory");

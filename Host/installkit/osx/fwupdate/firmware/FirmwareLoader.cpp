@@ -52,11 +52,11 @@ std::wstring chooseFileName(const std::wstring& deviceId) {
   return fileName;
 }
 
-// Finds the file `name` in `resources` and its size; false after logging why not.
-bool findFile(const path& resources, const std::wstring& name, path& file, std::uint32_t& size) {
+// Finds the file `name` in `directory` and its size; false after logging why not.
+bool findFile(const path& directory, const std::wstring& name, path& file, std::uint32_t& size) {
   platform::Files& files = *platform::current().files;
   const std::u16string fileName = platform::Text::fromWide(name).utf16();
-  if (const auto status = files.makeReference(resources, fileName, file)) {
+  if (const auto status = files.makeReference(directory, fileName, file)) {
     logError("Failed to make file system reference for firmware file.", status);
     return false;
   }
@@ -130,10 +130,14 @@ bool getFirmware(const std::wstring& deviceId, std::vector<char>& image,
     logError(kNoReference);
     return false;
   }
+  return loadFirmwareFile(*resources, fileName, image, fileVersion);
+}
+
+bool loadFirmwareFile(const path& directory, const std::wstring& name, std::vector<char>& image,
+                      unsigned int& fileVersion) {
   path file;
   std::uint32_t size = 0;
-  if (!findFile(*resources, fileName, file, size)) return false;
-  if (!readFile(file, size, image)) return false;
+  if (!findFile(directory, name, file, size) || !readFile(file, size, image)) return false;
   fileVersion = extractVersionFromImage(image);
   return true;
 }

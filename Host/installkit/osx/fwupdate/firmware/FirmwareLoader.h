@@ -3,6 +3,7 @@
 // the firmware write task; keeps no state.
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,10 @@
 // its version, 0 when its platform ID block is malformed. False after logging the reason:
 // `fileVersion` is unchanged, `image` too or emptied.
 bool getFirmware(const std::wstring& deviceId, std::vector<char>& image, unsigned int& fileVersion);
+
+// The same for the file `name` in `directory`, whichever printers it is for.
+bool loadFirmwareFile(const std::filesystem::path& directory, const std::wstring& name,
+                      std::vector<char>& image, unsigned int& fileVersion);
 
 // The version that the printer reports in FWVER; 0 when the field is absent.
 unsigned int extractVersionFromIeee1284Id(const std::wstring& deviceId);
