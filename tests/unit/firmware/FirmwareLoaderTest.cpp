@@ -157,6 +157,55 @@ TEST_F(FirmwareLoaderTest, PrinterWithoutAFileLeavesTwoEntries) {
   }
 }
 
+// Each step fails together with a later one: the earlier one is what is told.
+TEST_F(FirmwareLoaderTest, BundleIsLookedForBeforeTheResources) {
+  mBundle.remove();
+  mBundle.setResourcesDirectory(std::nullopt);
+  EXPECT_FALSE(load(L""));
+  EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{3, "Could not find application bundle."}));
+}
+
+TEST_F(FirmwareLoaderTest, ResourcesAreLookedForBeforeTheModel) {
+  mBundle.setResourcesDirectory(std::nullopt);
+  EXPECT_FALSE(load(L""));
+  EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{3, "Bundle resources URL is null."}));
+}
+
+TEST_F(FirmwareLoaderTest, ResourcesAreCheckedBeforeTheModel) {
+  mBundle.setResourcesDirectory("/elsewhere");
+  for (const std::wstring& deviceId : {L""s, L"MDL:KX350T;LIC:ZZ;"s}) {
+    EXPECT_FALSE(load(deviceId));
+    EXPECT_THAT(mRecorder.takeEntries(), ElementsAre(LogEntry{3, kNoReference}));
+  }
+}
+
+TEST_F(FirmwareLoaderTest, FileIsChosenBeforeItIsLookedFor) {
+  EXPECT_FALSE(load(L"MDL:KX350T;LIC:ZZ;"));
+  EXPECT_THAT(mFiles.calls(), ElementsAre("checkDirectory /resources"));
+}
+
+TEST_F(FirmwareLoaderTest, FileThatIsNotThereHasNoSize) {
+  mFiles.fail(Operation::DataSize, 5);
+  EXPECT_FALSE(load());
+  EXPECT_THAT(mFiles.calls(), ElementsAre("checkDirectory /resources",
+                                          "makeReference /resources/product.brand.bin"));
+}
+
+TEST_F(FirmwareLoaderTest, FileWithoutASizeIsNotRead) {
+  addFile(kGoodFile);
+  mFiles.fail(Operation::DataSize, 5);
+  mFiles.fail(Operation::DataFork, 2);
+  EXPECT_FALSE(load());
+  EXPECT_EQ(mFiles.calls().back(), "dataSize /resources/product.brand.bin");
+  EXPECT_EQ(mRecorder.entries().size(), 1u);
+}
+
+TEST_F(FirmwareLoaderTest, FormatVersionIsCheckedBeforeTheFields) {
+  EXPECT_EQ(versionOfFileWith("KX\0\x02\x00"s), 0u);
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{3, "Invalid platform ID version: got 2, expected 3"}));
+}
+
 TEST_F(FirmwareLoaderTest, MissingFileIsLoggedWithItsStatus) {
   EXPECT_FALSE(load());
   EXPECT_THAT(mRecorder.entries(),
@@ -360,6 +409,14 @@ TEST_F(FirmwareLoaderTest, VersionMayCarryASign) {
                               "Q\0"
                               "\x03\x0D"s),
             4294967295u);
+}
+
+TEST_F(FirmwareLoaderTest, VersionMayBeginWithBlanks) {
+  EXPECT_EQ(versionOfFileWith("A\0"
+                              "     200\0"
+                              "Q\0"
+                              "\x03\x0D"s),
+            200u);
 }
 
 TEST_F(FirmwareLoaderTest, VersionThatIsNotUtf8IsZero) {

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <locale>
 #include <optional>
 #include <ostream>
 #include <string>
 
+#include "GlobalLocale.h"
 #include "StrUtils.h"
 #include "platform/Text.h"
 
@@ -122,6 +124,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Match{L"*b*a*", L"abab", true}, Match{L"*b*a*b*a*", L"abab", false},
                     Match{L"a**b", L"ab", true}, Match{L"AB*", L"", false}));
 
+INSTANTIATE_TEST_SUITE_P(
+    WithSegmentsThatMightOverlap, StrCmpWildcard,
+    testing::Values(Match{L"AA*AA", L"AAA", false}, Match{L"AA*AA", L"AAAA", true},
+                    Match{L"*AA*AA", L"xAAA", false}, Match{L"*AA*AA", L"xAAAA", true},
+                    Match{L"ABA*BAB", L"ABAB", false}, Match{L"ABA*BAB", L"ABABAB", true},
+                    Match{L"*A*A", L"A", false}, Match{L"A*A*A", L"AA", false}));
+
 TEST(StrCmpWildcardLengths, TextsOfThousandAndTwentyThreeCharactersAreComparedWhole) {
   const std::wstring longText(1023, L'a');
   EXPECT_TRUE(StrCmpWildcardNoCase(longText, std::wstring(1023, L'A')));
@@ -177,6 +186,30 @@ INSTANTIATE_TEST_SUITE_P(
                     Order{L"2", L"1.9.9", 1}, Order{L"\u0665", L"", 0},
                     Order{L"99999999999999999999", L"99999999999999999998", 0},
                     Order{L"99999999999999999999.1", L"99999999999999999999", 1}));
+
+INSTANTIATE_TEST_SUITE_P(NumbersAreDecimal, CompareNumeric,
+                         testing::Values(Order{L"010", L"10", 0}, Order{L"010", L"9", 1},
+                                         Order{L"08", L"7", 1}, Order{L"0x10", L"0.10", 0},
+                                         Order{L"0x1F", L"0.1", 0}));
+
+// What other tables of characters take for digits, and the neighbours of "0" and "9".
+INSTANTIATE_TEST_SUITE_P(NothingElseIsADigit, CompareNumeric,
+                         testing::Values(Order{L"\u00B21", L"1", 0}, Order{L"\u00B31", L"1", 0},
+                                         Order{L"\u00B91", L"1", 0}, Order{L"\u00BD1", L"1", 0},
+                                         Order{L"\u06651", L"1", 0}, Order{L"\uFF151", L"1", 0},
+                                         Order{L"\u01301", L"1", 0}, Order{L"/1", L"1", 0},
+                                         Order{L":1", L"1", 0}, Order{L"1\u00B2", L"1", 0},
+                                         Order{L"1\u00B22", L"1.2", 0}));
+
+TEST(CompareNumericLocale, DigitsDoNotFollowTheLocale) {
+  // Takes every character for a digit.
+  class AllDigits : public std::ctype<wchar_t> {
+   protected:
+    bool do_is(mask, char_type) const override { return true; }
+  };
+  const GlobalLocale scope(new AllDigits);
+  EXPECT_EQ(CompareNumericFields(L"a1", L"1"), 0);
+}
 
 TEST(StrFmtSubst, PutsTheArgumentInAndFillsUpWithZeros) {
   std::wstring out = L"before";

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "GlobalLocale.h"
 #include "wcharStub.h"
 
 namespace {
@@ -50,17 +51,25 @@ TEST(IsEqualAsLowerCase, IgnoresTheCaseOfAsciiLettersOnly) {
   EXPECT_FALSE(isEqualAsLowerCase(L'@', L'`'));
 }
 
-TEST(IsEqualAsLowerCase, FollowsTheGlobalLocale) {
-  std::locale unicode;
-  try {
-    unicode = std::locale("C.UTF-8");
-  } catch (const std::runtime_error&) {
-    GTEST_SKIP() << "no locale C.UTF-8 here";
-  }
-  const std::locale previous = std::locale::global(unicode);
-  const bool isEqual = isEqualAsLowerCase(L'\u00C4', L'\u00E4');
-  std::locale::global(previous);
-  EXPECT_TRUE(isEqual);
+// The two ways differ: "x" and "y" have the same lower case, "1" and "2" the same upper case.
+class UnequalCases : public std::ctype<wchar_t> {
+ protected:
+  char_type do_tolower(char_type ch) const override { return ch == L'y' ? L'x' : ch; }
+  char_type do_toupper(char_type ch) const override { return ch == L'2' ? L'1' : ch; }
+};
+
+TEST(IsEqualAsLowerCase, ComparesTheLowerCaseOfTheGlobalLocale) {
+  const GlobalLocale scope(new UnequalCases);
+  EXPECT_TRUE(isEqualAsLowerCase(L'x', L'y'));
+  EXPECT_TRUE(isEqualAsLowerCase(L'y', L'x'));
+  EXPECT_FALSE(isEqualAsLowerCase(L'1', L'2'));
+  EXPECT_FALSE(isEqualAsLowerCase(L'K', L'k'));
+}
+
+TEST(IsEqualAsLowerCase, IsAsBeforeOnceTheGlobalLocaleIsBack) {
+  { const GlobalLocale scope(new UnequalCases); }
+  EXPECT_FALSE(isEqualAsLowerCase(L'x', L'y'));
+  EXPECT_TRUE(isEqualAsLowerCase(L'K', L'k'));
 }
 
 TEST(WcsIcmp, OfOnePointerIsEqualWithoutReading) {
@@ -103,6 +112,19 @@ TEST(WcsUprS, ConvertsEveryElementWhereverTheTerminatorLies) {
   std::array<wchar_t, 6> text{L'a', L'\0', L'b', L'1', L'c', L'd'};
   _wcsupr_s(text.data(), 5);
   EXPECT_EQ(text, (std::array<wchar_t, 6>{L'A', L'\0', L'B', L'1', L'C', L'd'}));
+}
+
+TEST(WcsUprS, TakesTheUpperCaseOfTheGlobalLocale) {
+  const GlobalLocale scope(new UnequalCases);
+  std::array<wchar_t, 4> text{L'1', L'2', L'k', L'y'};
+  _wcsupr_s(text.data(), 4);
+  EXPECT_EQ(text, (std::array<wchar_t, 4>{L'1', L'1', L'k', L'y'}));
+}
+
+TEST(WcsUprS, LeavesWhatTheDefaultLocaleHasNoUpperCaseFor) {
+  std::array<wchar_t, 2> text{L'\u00E4', L'\u017F'};
+  _wcsupr_s(text.data(), 2);
+  EXPECT_EQ(text, (std::array<wchar_t, 2>{L'\u00E4', L'\u017F'}));
 }
 
 TEST(WcscpyS, FillsUpWithZeros) {
@@ -174,6 +196,13 @@ TEST(Wtrim, RemovesWhiteSpaceAtBothEnds) {
   EXPECT_EQ(wtrim(L"\t product.brand.bin \t"), L"product.brand.bin");
   EXPECT_EQ(wtrim(L"\n\v\f\r a b"), L"a b");
   EXPECT_EQ(wtrim(L"a"), L"a");
+}
+
+TEST(Wtrim, KeepsZeros) {
+  EXPECT_EQ(wtrim(std::wstring(L" a\0", 3)), std::wstring(L"a\0", 2));
+  EXPECT_EQ(wtrim(std::wstring(L"a\0 ", 3)), std::wstring(L"a\0", 2));
+  EXPECT_EQ(wtrim(std::wstring(L"\0a", 2)), std::wstring(L"\0a", 2));
+  EXPECT_EQ(wtrim(std::wstring(L" \0 ", 3)), std::wstring(1, L'\0'));
 }
 
 TEST(Wtrim, OfAnEmptyTextIsEmpty) { EXPECT_EQ(wtrim(L""), L""); }
