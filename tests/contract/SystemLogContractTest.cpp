@@ -1,22 +1,15 @@
 // The host's syslog, received in the place of its daemon; and the double.
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sched.h>
-#include <sys/mount.h>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cerrno>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "FakeSystemLog.h"
+#include "SystemLogSocket.h"
 #include "platform/posix/FileDescriptor.h"
 #include "platform/posix/PosixSystemLog.h"
 
@@ -27,7 +20,6 @@ using platform::SystemLog;
 using testing::ElementsAre;
 
 constexpr int kChildCannotRun = 77;
-constexpr char kEnd[] = "end of the entries";
 
 // What the program does with a system log.
 void runProgram(SystemLog& log) {
@@ -47,53 +39,21 @@ TEST(FakeSystemLogTest, RecordsWhatTheProgramDoes) {
   EXPECT_EQ(log.closings(), 1);
 }
 
-// In a /dev of this process alone, with a socket where the daemon's would be.
-FileDescriptor takeDaemonsPlace() {
-  if (::unshare(CLONE_NEWNS) != 0 && ::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return {};
-  if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-      ::mount("tmpfs", "/dev", "tmpfs", 0, nullptr) != 0) {
-    return {};
-  }
-  FileDescriptor daemon(::socket(AF_UNIX, SOCK_DGRAM, 0));
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::strcpy(address.sun_path, "/dev/log");
-  if (::bind(daemon.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    return {};
-  }
-  return daemon;
-}
-
-std::string receiveEntry(const FileDescriptor& daemon) {
-  std::array<char, 4096> buffer;
-  const ssize_t count = ::recv(daemon.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
-  return count < 0 ? std::string(kEnd) : std::string(buffer.data(), static_cast<size_t>(count));
-}
-
-// "<11>Nov 21 09:00:00 fwupdate: text" without the time.
-std::string withoutTime(const std::string& entry) {
-  constexpr std::size_t kTimeLength = std::char_traits<char>::length("Nov 21 09:00:00 ");
-  const std::size_t timeBegin = entry.find('>') + 1;
-  return entry.size() < timeBegin + kTimeLength ? entry
-                                                : std::string(entry).erase(timeBegin, kTimeLength);
-}
-
 // Runs in a child process, which ends with 0 when the daemon's place received this.
 void expectReceived(const std::function<void(SystemLog&)>& program,
                     const std::vector<std::string>& expected) {
   const pid_t child = ::fork();
   if (child == 0) {
-    const FileDescriptor daemon = takeDaemonsPlace();
+    const FileDescriptor daemon = takeLogDaemonsPlace();
     if (!daemon) ::_exit(kChildCannotRun);
     program(*platform::makePosixSystemLog());
-    bool isAsExpected = true;
-    for (const std::string& entry : expected) {
-      const std::string received = withoutTime(receiveEntry(daemon));
-      if (received != entry) std::fprintf(stderr, "received: %s\n", received.c_str());
-      isAsExpected = isAsExpected && received == entry;
+    std::vector<std::string> received;
+    while (const auto entry = receiveLogEntry(daemon)) received.push_back(*entry);
+    if (received != expected) {
+      for (const std::string& entry : received)
+        std::fprintf(stderr, "received: %s\n", entry.c_str());
     }
-    isAsExpected = isAsExpected && receiveEntry(daemon) == kEnd;
-    ::_exit(isAsExpected ? 0 : 1);
+    ::_exit(received == expected ? 0 : 1);
   }
   int status = 0;
   ::waitpid(child, &status, 0);

@@ -7,7 +7,6 @@
 #include <QLocale>
 #include <QTranslator>
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -22,20 +21,21 @@
 namespace platform {
 namespace {
 
+// For the handler below, which Qt gives nothing of ours.
+void (*reportOfNoDisplay)() = nullptr;
+
 // Qt has no other way of saying that it cannot reach a display than to abort.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&) {
   if (type != QtFatalMsg) return;
-  static_cast<void>(std::fputs(
-      "fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
-      "WAYLAND_DISPLAY.\n",
-      stderr));
+  if (reportOfNoDisplay != nullptr) reportOfNoDisplay();
   std::_Exit(EXIT_FAILURE);
 }
 
 // Makes the QApplication, and has the user's settings for it.
 class Session {
  public:
-  explicit Session(const char* programName) : mName(programName) {
+  Session(const char* programName, void (*reportNoDisplay)()) : mName(programName) {
+    reportOfNoDisplay = reportNoDisplay;
     const QtMessageHandler previous = qInstallMessageHandler(endWithoutDisplay);
     mApplication = std::make_unique<QApplication>(mArgumentCount, mArguments.data());
     qInstallMessageHandler(previous);
@@ -76,8 +76,9 @@ class Session {
 
 class QtApplicationWithSurfaces final : public QtApplication {
  public:
-  QtApplicationWithSurfaces(const char* programName, const Bundle& bundle)
-      : mSession(programName),
+  QtApplicationWithSurfaces(const char* programName, const Bundle& bundle,
+                            void (*reportNoDisplay)())
+      : mSession(programName, reportNoDisplay),
         mRunLoop(makeQtRunLoop(mLoop)),
         mEvents(makeQtEvents(mLoop)),
         mToolkit(makeQtToolkit(mLoop, *mEvents, bundle)),
@@ -103,8 +104,9 @@ class QtApplicationWithSurfaces final : public QtApplication {
 
 }  // namespace
 
-std::unique_ptr<QtApplication> makeQtApplication(const char* programName, const Bundle& bundle) {
-  return std::make_unique<QtApplicationWithSurfaces>(programName, bundle);
+std::unique_ptr<QtApplication> makeQtApplication(const char* programName, const Bundle& bundle,
+                                                 void (*reportNoDisplay)()) {
+  return std::make_unique<QtApplicationWithSurfaces>(programName, bundle, reportNoDisplay);
 }
 
 }  // namespace platform

@@ -1,5 +1,5 @@
-// The application object of Qt, with everything that stands on it. main() makes one, first of all,
-// and keeps it until the end.
+// The application object of Qt, with everything that stands on it. main() makes one, as soon as
+// there is a log, and keeps it until the end.
 #pragma once
 
 #include <memory>
@@ -22,10 +22,11 @@ class QtApplication {
   virtual LocalizedStrings& strings() = 0;
 };
 
-// Where there is no display, a line on standard error says so and the program ends at once with
-// status 1. Translations and the icon come from the bundle's resources; without them the program
-// runs in English. The program's arguments are its own: Qt gets `programName` alone. `bundle` must
-// outlive the application.
-std::unique_ptr<QtApplication> makeQtApplication(const char* programName, const Bundle& bundle);
+// Where there is no display, `reportNoDisplay` is called, if there is one, and the program ends at
+// once with status 1. Translations and the icon come from the bundle's resources; without them the
+// program runs in English. The program's arguments are its own: Qt gets `programName` alone.
+// `bundle` must outlive the application.
+std::unique_ptr<QtApplication> makeQtApplication(const char* programName, const Bundle& bundle,
+                                                 void (*reportNoDisplay)() = nullptr);
 
 }  // namespace platform

@@ -1,4 +1,5 @@
-// Starts the program as its users do, where it cannot run, and compares all that it says.
+// Starts the program as its users do, where it cannot run, and compares all that it says on
+// standard error and in the system log.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -12,10 +13,20 @@ namespace {
 
 using std::filesystem::path;
 
+constexpr int kCannotRun = 77;
+
 const std::string kWithoutNib =
     "fwupdate: Cleaning up firmware downloader.\n"
     "fwupdate: General runtime error occurred: Failed to create NIB reference. <status=-10960 => "
     "kIBCarbonRuntimeCantFindNibFile; desc: The interface file could not be found>\n";
+
+const std::string kWithoutDisplay =
+    "fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
+    "WAYLAND_DISPLAY.\n";
+
+const std::string kPreloaded = "LD_PRELOAD='" FAILING_LIBUSB
+                               "' ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" "
+                               "QT_QPA_PLATFORM=offscreen";
 
 class ProgramTest : public testing::Test {
  protected:
@@ -27,10 +38,27 @@ class ProgramTest : public testing::Test {
   path program() const { return mPrefix.path() / "bin/fwupdate"; }
   path nib() const { return mPrefix.path() / "share/fwupdate/main.nib"; }
 
-  // `arguments` are for the shell.
-  Outcome run(const std::string& display, const std::string& arguments) const {
-    return runInShell("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + display + " '" +
-                      program().string() + "' " + arguments);
+  // `environment` and `arguments` are for the shell.
+  Outcome run(const std::string& environment, const std::string& arguments) const {
+    return runInShell(command(environment, arguments));
+  }
+
+  std::string command(const std::string& environment, const std::string& arguments) const {
+    return "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM " + environment + " '" +
+           program().string() + "' " + arguments;
+  }
+
+  // Where it cannot start: what the system log and standard error get of it.
+  void expectFailure(const std::string& environment, const std::string& arguments,
+                     const std::string& entries, const std::string& errors) const {
+    const path log = mPrefix.path() / "log";
+    const Outcome outcome = runInShell("'" WITH_SYSTEM_LOG "' '" + log.string() + "' " +
+                                       command(environment, arguments));
+    if (outcome.status == kCannotRun) GTEST_SKIP() << "no name spaces for this user";
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outcome.errors, errors);
+    EXPECT_EQ(contentOf(log), entries);
   }
 
   Outcome runOffscreen(const std::string& arguments) const {
@@ -49,9 +77,8 @@ TEST_F(ProgramTest, WithoutDisplayItSaysSoAndEndsWithOne) {
   const Outcome outcome = run("", "");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.output, "");
-  EXPECT_EQ(outcome.errors,
-            "fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
-            "WAYLAND_DISPLAY.\n");
+  EXPECT_EQ(outcome.errors, kWithoutDisplay);
+  EXPECT_EQ(run("", "-e").errors, kWithoutDisplay);
 }
 
 TEST_F(ProgramTest, WithoutResourcesItLogsTheReasonAndEndsWithOne) {
@@ -59,6 +86,18 @@ TEST_F(ProgramTest, WithoutResourcesItLogsTheReasonAndEndsWithOne) {
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.output, "");
   EXPECT_EQ(outcome.errors, kWithoutNib);
+}
+
+TEST_F(ProgramTest, CopyOutsideABinDirectoryLogsToStandardErrorToo) {
+  const path copy = mPrefix.path() / "copied";
+  std::filesystem::copy_file(FWUPDATE, copy);
+  const Outcome outcome = runInShell("QT_QPA_PLATFORM=offscreen '" + copy.string() + "' -e");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            "copied: Cleaning up firmware downloader.\n"
+            "copied: General runtime error occurred: Failed to create NIB reference. "
+            "<status=-10960 => kIBCarbonRuntimeCantFindNibFile; desc: The interface file could not "
+            "be found>\n");
 }
 
 TEST_F(ProgramTest, LogGoesToStandardErrorOnlyForTheFirstArgument) {
@@ -93,6 +132,32 @@ TEST_F(ProgramTest, WindowThatIsMissingFromTheResourcesIsNamedByItsMessage) {
   EXPECT_EQ(runOffscreen("-e").errors, prefix + "Failed to create dialog sheet." + suffix);
   placeWindow("ProgressSheet");
   EXPECT_EQ(runOffscreen("-e").errors, prefix + "Failed to set menu bar from NIB." + suffix);
+}
+
+TEST_F(ProgramTest, MissingDisplayIsInTheSystemLogToo) {
+  const std::string entry =
+      "<11>fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
+      "WAYLAND_DISPLAY.\n";
+  expectFailure("", "", entry, kWithoutDisplay);
+  expectFailure("", "-e", entry, kWithoutDisplay);
+}
+
+TEST_F(ProgramTest, PlatformThatCannotBeBuiltIsInTheSystemLog) {
+  const std::string noMemory = "fwupdate: Allocation error occurred: std::bad_alloc\n";
+  expectFailure(kPreloaded, "", "<11>" + noMemory, "");
+  expectFailure(kPreloaded, "-e", "<11>" + noMemory, noMemory);
+  expectFailure(kPreloaded + " FAILURE='No bus.'", "-e",
+                "<11>fwupdate: General runtime error occurred: No bus.\n",
+                "fwupdate: General runtime error occurred: No bus.\n");
+}
+
+TEST_F(ProgramTest, InterfaceThatCannotBeBuiltIsInTheSystemLog) {
+  expectFailure("QT_QPA_PLATFORM=offscreen", "",
+                "<13>fwupdate: Cleaning up firmware downloader.\n"
+                "<11>fwupdate: General runtime error occurred: Failed to create NIB reference. "
+                "<status=-10960 => kIBCarbonRuntimeCantFindNibFile; desc: The interface file could "
+                "not be found>\n",
+                "");
 }
 
 }  // namespace

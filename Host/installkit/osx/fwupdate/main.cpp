@@ -1,13 +1,11 @@
-// The entry point: chooses who provides the platform, and runs the program on it. The platform
-// outlives everything that reaches it.
+// The entry point: chooses who provides the platform, and runs the program on it. The log comes
+// first, so that whatever the rest cannot do is in it.
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
-#include <iostream>
 #include <memory>
 
 #include "FirmwareDownloader.h"
+#include "Log.h"
 #include "LogOptions.h"
 #include "UI.h"
 #include "platform/Files.h"
@@ -27,38 +25,60 @@
 
 namespace {
 
-// In the order of construction: what stands on the run loop goes before the application that has
-// it.
-class Host {
+// What the log stands on. Nothing of it can fail.
+class LogHost {
  public:
-  Host()
+  LogHost()
       : mStatuses(platform::makePosixStatusTable()),
         mSystemLog(platform::makePosixSystemLog()),
-        mBundle(platform::makePosixBundle()),
-        mFiles(platform::makePosixFiles()),
-        mApplication(platform::makeQtApplication("fwupdate", *mBundle)),
-        mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
-        mServices(platform::makeAvahiServiceDiscovery(mApplication->runLoop())),
-        mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {}
+        mBundle(platform::makePosixBundle()) {}
 
   platform::Platform surfaces() const {
-    return {.statuses = mStatuses.get(),
-            .systemLog = mSystemLog.get(),
-            .bundle = mBundle.get(),
-            .strings = &mApplication->strings(),
-            .files = mFiles.get(),
-            .runLoop = &mApplication->runLoop(),
-            .events = &mApplication->events(),
-            .network = mNetwork.get(),
-            .services = mServices.get(),
-            .usb = mUsb.get(),
-            .toolkit = &mApplication->toolkit()};
+    return {.statuses = mStatuses.get(), .systemLog = mSystemLog.get(), .bundle = mBundle.get()};
   }
 
  private:
   std::unique_ptr<platform::StatusTable> mStatuses;
   std::unique_ptr<platform::SystemLog> mSystemLog;
   std::unique_ptr<platform::Bundle> mBundle;
+};
+
+// Whoever started the program from a terminal is told there, too.
+void reportNoDisplay() {
+  const LogOptions mirroring(true);
+  Log<3>() << "cannot open a display. Start it from a desktop session, or set DISPLAY or "
+              "WAYLAND_DISPLAY."
+           << std::flush;
+}
+
+// All else, beside what the log stands on. In the order of construction: what stands on the run
+// loop goes before the application that has it.
+class Host {
+ public:
+  explicit Host(const platform::Platform& logSurfaces)
+      : mLogSurfaces(logSurfaces),
+        mFiles(platform::makePosixFiles()),
+        mApplication(
+            platform::makeQtApplication("fwupdate", *logSurfaces.bundle, &reportNoDisplay)),
+        mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
+        mServices(platform::makeAvahiServiceDiscovery(mApplication->runLoop())),
+        mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {}
+
+  platform::Platform surfaces() const {
+    platform::Platform surfaces = mLogSurfaces;
+    surfaces.strings = &mApplication->strings();
+    surfaces.files = mFiles.get();
+    surfaces.runLoop = &mApplication->runLoop();
+    surfaces.events = &mApplication->events();
+    surfaces.network = mNetwork.get();
+    surfaces.services = mServices.get();
+    surfaces.usb = mUsb.get();
+    surfaces.toolkit = &mApplication->toolkit();
+    return surfaces;
+  }
+
+ private:
+  platform::Platform mLogSurfaces;
   std::unique_ptr<platform::Files> mFiles;
   std::unique_ptr<platform::QtApplication> mApplication;
   std::unique_ptr<platform::Network> mNetwork;
@@ -66,7 +86,10 @@ class Host {
   std::unique_ptr<platform::UsbRegistry> mUsb;
 };
 
+// The platform outlives everything that reaches it.
 void runUpdater() {
+  const Host host(platform::current());
+  const platform::PlatformScope scope(host.surfaces());
   FirmwareDownloader downloader;
   UI ui(downloader);
   ui.run();
@@ -77,14 +100,8 @@ void runUpdater() {
 int main(int argc, char** argv) {
   // Whoever reads standard error may go at any time, and must not take a download along.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  std::unique_ptr<Host> host;
-  try {
-    host = std::make_unique<Host>();
-  } catch (const std::exception& error) {
-    std::cerr << "fwupdate: cannot start: " << error.what() << '\n';
-    return EXIT_FAILURE;
-  }
-  const platform::PlatformScope scope(host->surfaces());
+  const LogHost logHost;
+  const platform::PlatformScope scope(logHost.surfaces());
   const LogOptions logOptions(argc > 1 && std::strcmp(argv[1], "-e") == 0);
   return runAndReport(runUpdater);
 }

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QLocale>
 #include <QTemporaryDir>
+#include <cstdio>
 
 #include "FakeBundle.h"
 #include "platform/Bundle.h"
@@ -67,16 +68,15 @@ TEST_F(QtApplicationTest, HasItsIcon) {
   EXPECT_FALSE(QGuiApplication::windowIcon().pixmap(32, 32).isNull());
 }
 
-TEST_F(QtApplicationTest, NoDisplayIsSaidAndEndsTheProgram) {
+TEST_F(QtApplicationTest, NoDisplayIsReportedAndEndsTheProgram) {
   EXPECT_EXIT(
       {
         qputenv("QT_QPA_PLATFORM", "xcb");
         qputenv("DISPLAY", ":7777");
-        platform::makeQtApplication("test", mBundle);
+        platform::makeQtApplication("test", mBundle,
+                                    [] { std::fputs("there is no display\n", stderr); });
       },
-      testing::ExitedWithCode(1),
-      "^fwupdate: cannot open a display\\. Start it from a desktop session, or set DISPLAY or "
-      "WAYLAND_DISPLAY\\.\n$");
+      testing::ExitedWithCode(1), "^there is no display\n$");
 }
 
 }  // namespace
