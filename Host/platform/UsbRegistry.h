@@ -5,7 +5,7 @@
 // (I/O handles). Completions and notifications come from the run loop, never from inside a call.
 //
 // An entry stands for one attachment: a device that is unplugged and plugged in again is a new
-// entry. An entry whose device is gone stays usable while it is referenced: its properties can be
+// entry, and so is one that starts over or is configured anew. An entry whose device is gone stays usable while it is referenced: its properties can be
 // read; plug-ins, I/O objects, iterators over its interfaces and notifications can be made for it
 // (and its end is then notified); only what needs the device itself fails, with kIOReturnNoDevice.
 // Its number is not used again before its last reference is released.
@@ -122,6 +122,9 @@ class UsbInterfaceObject {
                                     IOAsyncCallback callback, void* refCon) = 0;
 };
 
+// A device that is open already, by whatever object, or of which another program has an interface,
+// gives kIOReturnExclusiveAccess. What this program has of its interfaces is no obstacle; it ends
+// with the entry when the device starts over.
 class UsbDeviceObject {
  public:
   virtual ~UsbDeviceObject() = default;
@@ -180,7 +183,8 @@ class UsbRegistry {
   virtual IOReturn matchingServices(const MatchingDictionary& matching,
                                     io_iterator_t& iterator) = 0;
 
-  // Never null. On a host without USB its notifications simply never come.
+  // Never null. On a host without USB its notifications simply never come; on one that has USB and
+  // cannot tell of arrivals, addMatchingNotification() fails.
   virtual std::unique_ptr<UsbNotificationPort> createNotificationPort() = 0;
   virtual IOReturn addMatchingNotification(UsbNotificationPort& port, const char* type,
                                            const MatchingDictionary& matching,

@@ -18,10 +18,10 @@
 #include <thread>
 
 #include "Figures.h"
-#include "KernelDriver.h"
 #include "PollRunLoop.h"
 #include "UsbHost.h"
 #include "UsbPrinterProcess.h"
+#include "UsbSysfs.h"
 #include "platform/libusb/LibusbRegistry.h"
 
 namespace {

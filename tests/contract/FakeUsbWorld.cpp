@@ -57,11 +57,17 @@ FakeUsbDevice describe(const PrinterOnUsb& printer) {
 // Ends the transfers of one printer, as far as it has an answer to them.
 class PluggedPrinter {
  public:
-  PluggedPrinter(FakeUsbRegistry& registry, const PrinterOnUsb& printer)
+  PluggedPrinter(FakeUsbRegistry& registry, const PrinterOnUsb& printer, bool isConfigured = true)
       : mRegistry(registry),
         mFault(printer.fault),
         mLabel(printer.serial),
-        mService(registry.attach(describe(printer))) {}
+        mDescription(describe(printer)),
+        mService(attach(isConfigured)) {}
+
+  void setConfigured(bool isConfigured) {
+    mRegistry.detach(mService);
+    mService = attach(isConfigured);
+  }
 
   platform::io_service_t service() const { return mService; }
   std::size_t messages() const { return mMessages; }
@@ -77,6 +83,12 @@ class PluggedPrinter {
  private:
   using Packets = std::deque<std::string>;
   using Transfer = std::shared_ptr<FakeUsbTransfer>;
+
+  platform::io_service_t attach(bool isConfigured) {
+    FakeUsbDevice device = mDescription;
+    if (!isConfigured) device.interfaces.clear();
+    return mRegistry.attach(device);
+  }
 
   void serveVendor(const Transfer& transfer) {
     if (transfer->isRead) return give(transfer, mEcho);
@@ -115,6 +127,7 @@ class PluggedPrinter {
   FakeUsbRegistry& mRegistry;
   Fault mFault;
   std::string mLabel;
+  FakeUsbDevice mDescription;
   platform::io_service_t mService;
   std::size_t mMessages = 0;
   Packets mEcho;
@@ -133,6 +146,18 @@ class FakeUsbWorld : public UsbWorld {
   void unplug(const std::string& serial) override {
     mRegistry.detach(mPrinters.at(serial).service());
     mPrinters.erase(serial);
+  }
+
+  void plugInUnconfigured(const PrinterOnUsb& printer) override {
+    mPrinters.emplace(printer.serial, PluggedPrinter(mRegistry, printer, false));
+  }
+
+  void setConfigured(const std::string& serial, bool isConfigured) override {
+    mPrinters.at(serial).setConfigured(isConfigured);
+  }
+
+  void claimElsewhere(const std::string& serial, bool isClaimed) override {
+    mRegistry.claimElsewhere(mRegistry.interfaceOf(mPrinters.at(serial).service(), 1), isClaimed);
   }
 
   void awaitMessages(const std::string& serial, std::size_t count) override {

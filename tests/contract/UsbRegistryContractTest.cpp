@@ -292,9 +292,86 @@ TEST_P(UsbRegistryContract, ADeviceThatStartsOverIsAnotherEntry) {
   EXPECT_EQ(device->close(), kIOReturnSuccess);
   ASSERT_TRUE(awaitEnds(1));
   ASSERT_TRUE(awaitArrivals(2));
-  EXPECT_EQ(mGone[0], mArrivals[0]);
+  EXPECT_THAT(mGone, ElementsAre(mArrivals[0]));
   EXPECT_EQ(serialOf(1), "VP000001");
   EXPECT_EQ(device->open(), platform::kIOReturnNoDevice);
+}
+
+TEST_P(UsbRegistryContract, ADeviceIsOpenForOneObject) {
+  const io_service_t service = plugIn();
+  auto device = mHost.deviceObject(service);
+  const auto other = mHost.deviceObject(service);
+  ASSERT_EQ(device->open(), kIOReturnSuccess);
+  EXPECT_EQ(other->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_EQ(other->reEnumerate(0), platform::kIOReturnNotOpen);
+  EXPECT_EQ(device->close(), kIOReturnSuccess);
+  EXPECT_EQ(other->open(), kIOReturnSuccess);
+  EXPECT_EQ(device->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_EQ(other->close(), kIOReturnSuccess);
+  ASSERT_EQ(device->open(), kIOReturnSuccess);
+  device.reset();
+  EXPECT_EQ(other->open(), kIOReturnSuccess);
+}
+
+TEST_P(UsbRegistryContract, ADeviceThatAnotherProgramUsesDoesNotStartOver) {
+  const io_service_t service = plugIn();
+  const auto device = mHost.deviceObject(service);
+  mWorld->claimElsewhere("VP000001", true);
+  EXPECT_EQ(device->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_EQ(device->reEnumerate(0), platform::kIOReturnNotOpen);
+  EXPECT_EQ(mHost.interfaceObject(service, UsbHost::kPrinterClass)->open(),
+            platform::kIOReturnExclusiveAccess);
+  mWorld->claimElsewhere("VP000001", false);
+  EXPECT_EQ(device->open(), kIOReturnSuccess);
+  EXPECT_EQ(device->reEnumerate(0), kIOReturnSuccess);
+}
+
+// What is configured, and when.
+
+TEST_P(UsbRegistryContract, ADeviceThatIsConfiguredLateComesAgainWithItsInterfaces) {
+  watchForPrinters();
+  mWorld->plugInUnconfigured({});
+  ASSERT_TRUE(awaitArrivals(1));
+  EXPECT_EQ(serialOf(0), "VP000001");
+  EXPECT_THAT(mHost.interfaceEntries(mArrivals[0], {}), IsEmpty());
+  watchFor(mArrivals[0]);
+  mWorld->setConfigured("VP000001", true);
+  ASSERT_TRUE(awaitEnds(1));
+  ASSERT_TRUE(awaitArrivals(2));
+  EXPECT_THAT(mGone, ElementsAre(mArrivals[0]));
+  EXPECT_EQ(serialOf(1), "VP000001");
+  EXPECT_THAT(mHost.interfaceEntries(mArrivals[1], {}), SizeIs(2));
+  const auto acl = mHost.openInterface(mArrivals[1], UsbHost::kPrinterClass);
+  EXPECT_EQ(mHost.write(*acl, kStatusOff), (TransferEnd{kIOReturnSuccess, 34}));
+}
+
+TEST_P(UsbRegistryContract, ADeviceThatIsNeverConfiguredGoesWithItsPlug) {
+  watchForPrinters();
+  mWorld->plugInUnconfigured({});
+  ASSERT_TRUE(awaitArrivals(1));
+  watchFor(mArrivals[0]);
+  mWorld->unplug("VP000001");
+  ASSERT_TRUE(awaitEnds(1));
+  EXPECT_THAT(mGone, ElementsAre(mArrivals[0]));
+  EXPECT_THAT(mHost.attached(), IsEmpty());
+}
+
+TEST_P(UsbRegistryContract, ADeviceThatIsConfiguredAnewIsAnotherEntry) {
+  plugIn();
+  watchForPrinters();
+  watchFor(mArrivals.at(0));
+  const auto old = mHost.openInterface(mArrivals[0], UsbHost::kPrinterClass);
+  mWorld->setConfigured("VP000001", false);
+  ASSERT_TRUE(awaitEnds(1));
+  EXPECT_EQ(mGone[0], mArrivals[0]);
+  EXPECT_EQ(mHost.write(*old, "x"), (TransferEnd{platform::kIOReturnNoDevice, 0}));
+
+  mWorld->setConfigured("VP000001", true);
+  ASSERT_TRUE(mWorld->runUntil([&] {
+    return mArrivals.size() > 1 && mHost.interfaceEntry(mArrivals.back(), UsbHost::kPrinterClass);
+  }));
+  const auto acl = mHost.openInterface(mArrivals.back(), UsbHost::kPrinterClass);
+  EXPECT_EQ(mHost.write(*acl, kStatusOff), (TransferEnd{kIOReturnSuccess, 34}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Usb, UsbRegistryContract, testing::ValuesIn(usbImplementations()),

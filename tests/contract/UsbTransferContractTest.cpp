@@ -184,6 +184,25 @@ TEST_P(UsbTransferContract, ASilentPrinterIsATimeOut) {
   EXPECT_EQ(ask(), kIdAnswer);
 }
 
+TEST_P(UsbTransferContract, TheShorterOfTwoTimeOutsCounts) {
+  constexpr std::uint32_t kLong = 600000;
+  openAcl();
+  const auto read = [&](std::uint32_t noDataTimeout, std::uint32_t completionTimeout) {
+    TransferRecorder recorder;
+    mBuffer.assign(kPacketSize, '\0');
+    EXPECT_EQ(
+        mAcl->readPipeAsyncTO(UsbHost::pipe(*mAcl, 1), mBuffer.data(), kPacketSize, noDataTimeout,
+                              completionTimeout, TransferRecorder::ended, &recorder),
+        kIOReturnSuccess);
+    return mHost.await(recorder);
+  };
+  const TransferEnd timeOut{platform::kIOUSBTransactionTimeout, 0};
+  EXPECT_EQ(read(100, kLong), timeOut);
+  EXPECT_EQ(read(kLong, 100), timeOut);
+  EXPECT_EQ(read(100, 0), timeOut);
+  EXPECT_EQ(read(0, 100), timeOut);
+}
+
 TEST_P(UsbTransferContract, APrinterThatDoesNotTakeBytesIsATimeOut) {
   openAcl(Fault::TakesOneMessage);
   EXPECT_EQ(write(kStatusOff), success(34));
@@ -236,6 +255,32 @@ TEST_P(UsbTransferContract, UnpluggingEndsTheTransferAndEverythingAfterIt) {
   EXPECT_EQ(mAcl->clearPipeStallBothEnds(1), platform::kIOReturnNoDevice);
   EXPECT_EQ(mAcl->close(), kIOReturnSuccess);
   EXPECT_EQ(mAcl->open(), platform::kIOReturnNoDevice);
+  EXPECT_THAT(recorder.ends(), SizeIs(1));
+}
+
+TEST_P(UsbTransferContract, WhatWasOpenEndsWhenTheDeviceStartsOver) {
+  openAcl();
+  TransferRecorder recorder;
+  startSilentRead(recorder);
+  const auto device = mHost.deviceObject(mDevice);
+  ASSERT_EQ(device->open(), kIOReturnSuccess);
+  ASSERT_EQ(device->reEnumerate(0), kIOReturnSuccess);
+  device->close();
+  EXPECT_THAT(
+      mHost.await(recorder),
+      Field(&TransferEnd::result, AnyOf(platform::kIOReturnAborted, platform::kIOReturnNoDevice)));
+  const io_service_t old = mDevice;
+  ASSERT_TRUE(mWorld->runUntil([&] {
+    mDevice = mHost.awaitPrinter();
+    return mDevice != old;
+  }));
+
+  // The old one is in nobody's way.
+  const auto left = std::move(mAcl);
+  mAcl = mHost.openInterface(mDevice, UsbHost::kPrinterClass);
+  EXPECT_EQ(ask(), kIdAnswer);
+  EXPECT_EQ(mHost.write(*left, "x"), (TransferEnd{platform::kIOReturnNoDevice, 0}));
+  EXPECT_EQ(left->close(), kIOReturnSuccess);
   EXPECT_THAT(recorder.ends(), SizeIs(1));
 }
 

@@ -44,6 +44,14 @@ class UsbWorld {
   virtual void plugIn(const PrinterOnUsb& printer) = 0;
   virtual void unplug(const std::string& serial) = 0;
 
+  // A device that nobody has authorized has no configuration; one that has a configuration can lose
+  // it and get it again.
+  virtual void plugInUnconfigured(const PrinterOnUsb& printer) = 0;
+  virtual void setConfigured(const std::string& serial, bool isConfigured) = 0;
+
+  // Another program takes the printer's interface for itself, or gives it back.
+  virtual void claimElsewhere(const std::string& serial, bool isClaimed) = 0;
+
   // Waits, without turning the run loop, until the printer's interface has received that many
   // messages.
   virtual void awaitMessages(const std::string& serial, std::size_t count) = 0;

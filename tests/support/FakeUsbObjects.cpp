@@ -58,25 +58,33 @@ IOReturn FakeUsbPlugIn::queryInterface(std::unique_ptr<platform::UsbInterfaceObj
 
 FakeUsbDeviceObject::~FakeUsbDeviceObject() {
   mRegistry.mRecord.note("releaseObject " + mEntry->label);
+  endSession();
 }
 
 IOReturn FakeUsbDeviceObject::open() {
   IOReturn usual = mEntry->attached ? kIOReturnSuccess : platform::kIOReturnNoDevice;
-  if (mIsOpen) usual = platform::kIOReturnExclusiveAccess;
+  for (const platform::io_service_t interface : mEntry->interfaces) {
+    if (mRegistry.entry(interface)->isClaimedElsewhere) usual = platform::kIOReturnExclusiveAccess;
+  }
+  if (mEntry->wholeOpenedBy != nullptr) usual = platform::kIOReturnExclusiveAccess;
   const IOReturn result = mRegistry.mRecord.note("open " + mEntry->label, usual).result;
-  if (result == kIOReturnSuccess) mIsOpen = true;
+  if (result == kIOReturnSuccess) mEntry->wholeOpenedBy = this;
   return result;
 }
 
 IOReturn FakeUsbDeviceObject::close() {
-  const IOReturn usual = mIsOpen ? kIOReturnSuccess : platform::kIOReturnNotOpen;
-  mIsOpen = false;
+  const IOReturn usual = isOpen() ? kIOReturnSuccess : platform::kIOReturnNotOpen;
+  endSession();
   return mRegistry.mRecord.note("close " + mEntry->label, usual).result;
+}
+
+void FakeUsbDeviceObject::endSession() {
+  if (isOpen()) mEntry->wholeOpenedBy = nullptr;
 }
 
 IOReturn FakeUsbDeviceObject::reEnumerate(std::uint32_t options) {
   IOReturn usual = mEntry->attached ? kIOReturnSuccess : platform::kIOReturnNoDevice;
-  if (!mIsOpen) usual = platform::kIOReturnNotOpen;
+  if (!isOpen()) usual = platform::kIOReturnNotOpen;
   const std::string call = "reEnumerate " + mEntry->label + " options=" + std::to_string(options);
   const IOReturn result = mRegistry.mRecord.note(call, usual).result;
   if (result == kIOReturnSuccess) {
@@ -111,7 +119,8 @@ FakeUsbInterfaceObject::~FakeUsbInterfaceObject() {
 IOReturn FakeUsbInterfaceObject::open() {
   IOReturn usual = kIOReturnSuccess;
   if (!mEntry->attached) usual = platform::kIOReturnNoDevice;
-  if (mEntry->openedBy != nullptr) usual = platform::kIOReturnExclusiveAccess;
+  if (mEntry->openedBy != nullptr || mEntry->isClaimedElsewhere)
+    usual = platform::kIOReturnExclusiveAccess;
   const IOReturn result = mRegistry.mRecord.note(line("open"), usual).result;
   if (result == kIOReturnSuccess) {
     mIsOpen = true;

@@ -11,18 +11,22 @@
 #include "FakeUsbDevice.h"
 #include "FakeUsbRegistry.h"
 
+class FakeUsbDeviceObject;
+
 // One entry: a device, or an interface of one.
 struct FakeUsbEntry {
   std::string label;
   platform::io_service_t number = 0;
   bool attached = true;
   bool isDevice = false;
-  FakeUsbDevice device;                              // of a device
-  std::vector<platform::io_service_t> interfaces;    // of a device
-  FakeUsbInterface interface;                        // of an interface
-  platform::io_service_t parent = 0;                 // of an interface
-  const FakeUsbInterfaceObject* openedBy = nullptr;  // of an interface
-  std::set<std::uint8_t> stalledPipes;               // of an interface
+  FakeUsbDevice device;                                // of a device
+  std::vector<platform::io_service_t> interfaces;      // of a device
+  FakeUsbInterface interface;                          // of an interface
+  platform::io_service_t parent = 0;                   // of an interface
+  const FakeUsbInterfaceObject* openedBy = nullptr;    // of an interface
+  bool isClaimedElsewhere = false;                     // of an interface
+  const FakeUsbDeviceObject* wholeOpenedBy = nullptr;  // of a device
+  std::set<std::uint8_t> stalledPipes;                 // of an interface
 
   const platform::PropertyDictionary& properties() const {
     return isDevice ? device.properties : interface.properties;
@@ -68,9 +72,11 @@ class FakeUsbDeviceObject : public platform::UsbDeviceObject {
                                              platform::io_iterator_t& iterator) override;
 
  private:
+  bool isOpen() const { return mEntry->wholeOpenedBy == this; }
+  void endSession();
+
   FakeUsbRegistry& mRegistry;
   std::shared_ptr<FakeUsbEntry> mEntry;
-  bool mIsOpen = false;
 };
 
 class FakeUsbInterfaceObject : public platform::UsbInterfaceObject,

@@ -133,6 +133,10 @@ void FakeUsbRegistry::detach(platform::io_service_t service) {
   sendMessage(service, platform::kIOMessageServiceIsTerminated);
 }
 
+void FakeUsbRegistry::claimElsewhere(platform::io_service_t interface, bool isClaimed) {
+  entry(interface)->isClaimedElsewhere = isClaimed;
+}
+
 void FakeUsbRegistry::sendMessage(platform::io_service_t service, std::uint32_t messageType) {
   for (const Interest& interest : mInterests) {
     if (interest.service != service || interest.port == nullptr) continue;

@@ -64,6 +64,10 @@ class FakeUsbRegistry : public platform::UsbRegistry {
   platform::io_service_t interfaceOf(platform::io_service_t device, std::size_t index = 0) const;
   // Transfers under way end with kIOReturnNoDevice.
   void detach(platform::io_service_t service);
+
+  // Another program takes the interface for itself, or gives it back.
+  void claimElsewhere(platform::io_service_t interface, bool isClaimed);
+
   void sendMessage(platform::io_service_t service, std::uint32_t messageType);
 
   // Makes the armed arrival notifications come again for a device that they have given before.

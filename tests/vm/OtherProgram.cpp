@@ -7,30 +7,21 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
+
+#include "UsbSysfs.h"
 
 namespace {
 
-int readNumber(const std::filesystem::path& file) {
-  int number = 0;
-  std::ifstream(file) >> number;
-  return number;
-}
-
 std::string nodeOf(const std::string& serial) {
-  namespace fs = std::filesystem;
-  for (const fs::directory_entry& device : fs::directory_iterator("/sys/bus/usb/devices")) {
-    std::string line;
-    std::ifstream file(device.path() / "serial");
-    if (!std::getline(file, line) || line != serial) continue;
-    std::array<char, 64> name;
-    std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
-                  readNumber(device.path() / "busnum"), readNumber(device.path() / "devnum"));
-    return name.data();
-  }
-  return {};
+  const std::filesystem::path device = usbDevice(serial);
+  std::array<char, 64> name;
+  std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
+                std::atoi(usbAttribute(device / "busnum").c_str()),
+                std::atoi(usbAttribute(device / "devnum").c_str()));
+  return name.data();
 }
 
 }  // namespace

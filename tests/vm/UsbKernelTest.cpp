@@ -2,10 +2,10 @@
 #include <gmock/gmock.h>
 
 #include "AsOtherUser.h"
-#include "KernelDriver.h"
 #include "OtherProgram.h"
 #include "UsbHostTest.h"
 #include "UsbPrinterProcess.h"
+#include "UsbSysfs.h"
 
 namespace {
 

@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <map>
 
+#include "OtherProgram.h"
 #include "PollRunLoop.h"
 #include "UsbContract.h"
 #include "UsbPrinterProcess.h"
+#include "UsbSysfs.h"
 #include "platform/libusb/LibusbRegistry.h"
 
 namespace {
@@ -47,21 +49,46 @@ class VirtualPrinterWorld : public UsbWorld {
 
   void unplug(const std::string& serial) override { mPrinters.erase(serial); }
 
+  void plugInUnconfigured(const PrinterOnUsb& printer) override {
+    const AuthorizingNobody nobody;
+    plugIn(printer);
+    await([&] { return !usbDevice(printer.serial).empty(); }, "the printer is not plugged in");
+  }
+
+  void setConfigured(const std::string& serial, bool isConfigured) override {
+    const std::filesystem::path device = usbDevice(serial);
+    if (usbAttribute(device / "authorized") == "0") setUsbAttribute(device / "authorized", "1");
+    if (usbAttribute(device / "bConfigurationValue") == (isConfigured ? "1" : "")) return;
+    setUsbAttribute(device / "bConfigurationValue", isConfigured ? "1" : "0");
+  }
+
+  void claimElsewhere(const std::string& serial, bool isClaimed) override {
+    mOthers.erase(serial);
+    if (isClaimed) mOthers[serial] = std::make_unique<OtherProgram>(serial, 1);
+  }
+
   void awaitMessages(const std::string& serial, std::size_t count) override {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (mPrinters.at(serial)->receivedMessages().size() < count) {
-      if (std::chrono::steady_clock::now() > deadline) FAIL() << "the printer receives nothing";
-      usleep(5000);
-    }
+    await([&] { return mPrinters.at(serial)->receivedMessages().size() >= count; },
+          "the printer receives nothing");
   }
 
   bool runUntil(const std::function<bool()>& done) override { return mLoop.runUntil(done); }
   void runFor(std::chrono::milliseconds time) override { mLoop.runFor(time); }
 
  private:
+  // Without turning the run loop.
+  static void await(const std::function<bool()>& done, const char* otherwise) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!done()) {
+      if (std::chrono::steady_clock::now() > deadline) FAIL() << otherwise;
+      usleep(5000);
+    }
+  }
+
   PollRunLoop mLoop;
   std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(mLoop);
   std::map<std::string, std::unique_ptr<UsbPrinterProcess>> mPrinters;
+  std::map<std::string, std::unique_ptr<OtherProgram>> mOthers;
 };
 
 }  // namespace

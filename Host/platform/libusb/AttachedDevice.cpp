@@ -1,24 +1,61 @@
 #include "AttachedDevice.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
 #include <utility>
 
 #include "LibusbResults.h"
+#include "SysfsAttribute.h"
 
 namespace platform {
+namespace {
 
-OpenDevice::~OpenDevice() { libusb_close(mHandle); }
+// The kernel's name for a program that has claimed an interface.
+constexpr const char* kUserSpace = "usbfs";
+
+}  // namespace
+
+OpenDevice::OpenDevice(int node, libusb_device_handle* handle) : mNode(node), mHandle(handle) {
+  // Printers belong to usblp until they are claimed, and again from their release on.
+  libusb_set_auto_detach_kernel_driver(handle, 1);
+}
+
+OpenDevice::~OpenDevice() { close(); }
 
 IOReturn OpenDevice::claim(std::uint8_t interface) {
   // libusb would let the same handle claim an interface twice.
-  if (mClaimed.contains(interface)) return kIOReturnExclusiveAccess;
+  if (hasClaimed(interface)) return kIOReturnExclusiveAccess;
   const IOReturn result = resultOfCall(libusb_claim_interface(mHandle, interface));
-  if (result == kIOReturnSuccess) mClaimed.insert(interface);
+  if (result == kIOReturnSuccess) mClaims.emplace(interface, nullptr);
   return result;
 }
 
 void OpenDevice::release(std::uint8_t interface) {
-  mClaimed.erase(interface);
+  if (mClaims.erase(interface) == 0) return;
   libusb_release_interface(mHandle, interface);
+}
+
+void OpenDevice::setEnd(std::uint8_t interface, std::function<void()> end) {
+  mClaims.at(interface) = std::move(end);
+}
+
+void OpenDevice::endTransfers() {
+  for (const auto& [interface, end] : mClaims) {
+    if (end) end();
+  }
+}
+
+void OpenDevice::close() {
+  if (mHandle == nullptr) return;
+  endTransfers();
+  while (!mClaims.empty()) release(mClaims.begin()->first);
+  libusb_close(std::exchange(mHandle, nullptr));
+  ::close(mNode);
 }
 
 AttachedDevice::AttachedDevice(std::shared_ptr<LibusbContext> context, LibusbDevice device,
@@ -27,23 +64,59 @@ AttachedDevice::AttachedDevice(std::shared_ptr<LibusbContext> context, LibusbDev
       mDevice(std::move(device)),
       mDescription(std::move(description)) {}
 
+void AttachedDevice::setGone() {
+  mGone = true;
+  if (const auto opened = mOpen.lock()) opened->close();
+}
+
+int AttachedDevice::openNode() const {
+  std::array<char, sizeof "/dev/bus/usb/BBB/DDD"> name;
+  std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
+                libusb_get_bus_number(mDevice.get()), libusb_get_device_address(mDevice.get()));
+  return ::open(name.data(), O_RDWR | O_CLOEXEC);
+}
+
 IOReturn AttachedDevice::open(std::shared_ptr<OpenDevice>& opened) {
   if (mGone) return kIOReturnNoDevice;
   opened = mOpen.lock();
   if (opened) return kIOReturnSuccess;
+  const int node = openNode();
+  if (node < 0) return resultOfErrno(errno);
   libusb_device_handle* handle = nullptr;
-  const IOReturn result = resultOfCall(libusb_open(mDevice.get(), &handle));
-  if (result != kIOReturnSuccess) return result;
-  opened = std::make_shared<OpenDevice>(handle);
-  // Printers belong to usblp until they are claimed, and again from their release on.
-  libusb_set_auto_detach_kernel_driver(handle, 1);
+  const IOReturn result = mContext->wrap(node, handle);
+  if (result != kIOReturnSuccess) {
+    ::close(node);
+    return result;
+  }
+  opened = std::make_shared<OpenDevice>(node, handle);
   mOpen = opened;
   return kIOReturnSuccess;
 }
 
-IOReturn AttachedDevice::reset(OpenDevice& opened) {
+IOReturn AttachedDevice::openWhole(std::shared_ptr<WholeDevice>& opened) {
   if (mGone) return kIOReturnNoDevice;
-  const int result = libusb_reset_device(opened.handle());
+  if (!mWhole.expired()) return kIOReturnExclusiveAccess;
+  const auto whole = std::make_shared<WholeDevice>();
+  const IOReturn result = open(whole->open);
+  if (result != kIOReturnSuccess) return result;
+  if (isClaimedElsewhere(*whole->open)) return kIOReturnExclusiveAccess;
+  mWhole = opened = whole;
+  return kIOReturnSuccess;
+}
+
+bool AttachedDevice::isClaimedElsewhere(const OpenDevice& opened) const {
+  return std::any_of(mDescription.interfaces.begin(), mDescription.interfaces.end(),
+                     [&opened](const UsbInterfaceDescription& interface) {
+                       return !opened.hasClaimed(interface.number) &&
+                              readSysfsDriver(interface.directory) == kUserSpace;
+                     });
+}
+
+IOReturn AttachedDevice::reset(const WholeDevice& opened) {
+  if (mGone) return kIOReturnNoDevice;
+  // libusb would take those that the reset cuts off for complete.
+  opened.open->endTransfers();
+  const int result = libusb_reset_device(opened.open->handle());
   // The device has changed so much that the kernel itself lets it leave and come back.
   if (result == LIBUSB_ERROR_NOT_FOUND) return kIOReturnSuccess;
   if (result == LIBUSB_SUCCESS) mContext->announceAnew(mDevice);

@@ -6,31 +6,51 @@
 #include <libusb-1.0/libusb.h>
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
-#include <set>
 
 #include "LibusbContext.h"
 #include "UsbDescription.h"
 
 namespace platform {
 
-// The open device; closed with the last of its users. Claims one interface once.
+// The open device; closed with the last of its users, or at the end of the device, if that is
+// earlier. Claims one interface once.
 class OpenDevice {
  public:
-  explicit OpenDevice(libusb_device_handle* handle) : mHandle(handle) {}
+  // Takes over the descriptor of the device's node, and the handle on it.
+  OpenDevice(int node, libusb_device_handle* handle);
   ~OpenDevice();
   OpenDevice(const OpenDevice&) = delete;
   OpenDevice& operator=(const OpenDevice&) = delete;
 
+  // Null after the end of the device.
   libusb_device_handle* handle() const { return mHandle; }
 
-  // Takes the interface from the kernel's driver, if one has it, and gives it back.
+  // Takes the interface from the kernel's driver, if one has it.
   IOReturn claim(std::uint8_t interface);
   void release(std::uint8_t interface);
 
+  // Called when the device ends before the claim; no transfer may be under way after that.
+  void setEnd(std::uint8_t interface, std::function<void()> end);
+
+  bool hasClaimed(std::uint8_t interface) const { return mClaims.contains(interface); }
+
+  // Lets no transfer be under way.
+  void endTransfers();
+
+  void close();
+
  private:
+  int mNode;
   libusb_device_handle* mHandle;
-  std::set<std::uint8_t> mClaimed;
+  std::map<std::uint8_t, std::function<void()>> mClaims;  // by interface, with what ends them
+};
+
+// The device as such, open for one user alone.
+struct WholeDevice {
+  std::shared_ptr<OpenDevice> open;
 };
 
 class AttachedDevice {
@@ -41,21 +61,28 @@ class AttachedDevice {
   const UsbDeviceDescription& description() const { return mDescription; }
   LibusbContext& context() const { return *mContext; }
 
-  // Once it has gone, nothing is asked of it.
-  void setGone() { mGone = true; }
+  // Ends its sessions; from then on, nothing is asked of it.
+  void setGone();
   bool isGone() const { return mGone; }
 
-  // The handle that is open already, or a new one.
+  // The handle that is open already, or a new one, which the device must outlive.
   IOReturn open(std::shared_ptr<OpenDevice>& opened);
 
+  // Fails while somebody has it open, or another program one of its interfaces.
+  IOReturn openWhole(std::shared_ptr<WholeDevice>& opened);
+
   // Makes the device start over; it leaves, and comes back as another one.
-  IOReturn reset(OpenDevice& opened);
+  IOReturn reset(const WholeDevice& opened);
 
  private:
+  bool isClaimedElsewhere(const OpenDevice& opened) const;
+  int openNode() const;  // -1 with an errno
+
   std::shared_ptr<LibusbContext> mContext;  // ends after the device
   LibusbDevice mDevice;
   UsbDeviceDescription mDescription;
   std::weak_ptr<OpenDevice> mOpen;
+  std::weak_ptr<WholeDevice> mWhole;
   bool mGone = false;
 };
 

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <utility>
 
 namespace platform {
 namespace {
 
 // The kernel announces a device before it has chosen its configuration, and with it the interfaces.
-// One that is still without after a second stays so: nobody has authorized it.
+// One that is still without after a second is told of as it is: nobody has authorized it. When
+// somebody does, the kernel says so.
 constexpr std::chrono::milliseconds kLookAgainAfter{20};
 constexpr int kMaxLooks = 50;
 
@@ -25,11 +27,16 @@ AttachedDevices::AttachedDevices(RunLoop& runLoop, std::shared_ptr<ObjectTable> 
   // In this order no device is missed; one that arrives in between is told twice.
   mContext->setPlugHandler(
       [this](const LibusbDevice& device, bool isHere) { plugged(device, isHere); });
+  mChanges = std::make_unique<InterfaceChanges>(runLoop, [this] { describeAgain(); });
   for (const LibusbDevice& device : mContext->attachedDevices()) deviceArrived(device);
 }
 
 AttachedDevices::~AttachedDevices() {
   if (mContext) mContext->setPlugHandler(nullptr);
+}
+
+IOReturn AttachedDevices::hearing() const {
+  return mContext ? mContext->hearing() : kIOReturnSuccess;
 }
 
 std::vector<io_service_t> AttachedDevices::entries() const {
@@ -65,6 +72,8 @@ void AttachedDevices::deviceArrived(const LibusbDevice& device) {
 void AttachedDevices::lookAgain() {
   for (Unconfigured& each : std::exchange(mUnconfigured, {})) {
     UsbDeviceDescription description = describeUsbDevice(each.device.get());
+    // It has left, and libusb has yet to tell.
+    if (!std::filesystem::exists(description.directory)) continue;
     if (description.configured || ++each.attempts > kMaxLooks) {
       publish(each.device, std::move(description));
     } else {
@@ -72,6 +81,19 @@ void AttachedDevices::lookAgain() {
     }
   }
   if (mUnconfigured.empty()) mTimer.reset();
+}
+
+// One that has lost its configuration is on its way to another, or out.
+void AttachedDevices::describeAgain() {
+  std::vector<LibusbDevice> changed;
+  for (const auto& [device, entry] : mPublished) {
+    const auto found = mObjects->find<DeviceEntry>(entry.number());
+    if (found && hasChanged(found->device()->description())) changed.push_back(device);
+  }
+  for (const LibusbDevice& device : changed) {
+    deviceLeft(device);
+    deviceArrived(device);
+  }
 }
 
 void AttachedDevices::publish(const LibusbDevice& device, UsbDeviceDescription description) {

@@ -1,5 +1,6 @@
 // The devices that are attached now, each with its registry entry. Follows libusb's arrivals and
-// departures, and tells its owner, the registry, from the run loop.
+// departures, and the changes of their configurations, and tells its owner, the registry, from the
+// run loop. A device that is configured anew leaves and arrives as another one.
 #pragma once
 
 #include <functional>
@@ -7,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "InterfaceChanges.h"
 #include "RegistryObjects.h"
 
 namespace platform {
@@ -22,6 +24,10 @@ class AttachedDevices {
   AttachedDevices(const AttachedDevices&) = delete;
   AttachedDevices& operator=(const AttachedDevices&) = delete;
 
+  // Why later arrivals and departures cannot be told; success when they can, or when there is no
+  // USB.
+  IOReturn hearing() const;
+
   // In the order of their arrival.
   std::vector<io_service_t> entries() const;
 
@@ -36,6 +42,7 @@ class AttachedDevices {
   void deviceLeft(const LibusbDevice& device);
   void publish(const LibusbDevice& device, UsbDeviceDescription description);
   void lookAgain();
+  void describeAgain();
 
   RunLoop& mRunLoop;
   std::shared_ptr<ObjectTable> mObjects;
@@ -45,6 +52,7 @@ class AttachedDevices {
   std::vector<std::pair<LibusbDevice, ObjectReference>> mPublished;
   std::vector<Unconfigured> mUnconfigured;
   std::unique_ptr<RunLoop::Timer> mTimer;  // while there are unconfigured ones
+  std::unique_ptr<InterfaceChanges> mChanges;
 };
 
 }  // namespace platform

@@ -21,20 +21,24 @@ IOReturn InterfaceSession::open(std::shared_ptr<AttachedDevice> device,
 
 InterfaceSession::InterfaceSession(std::shared_ptr<AttachedDevice> device,
                                    std::shared_ptr<OpenDevice> open, std::uint8_t number)
-    : mDevice(std::move(device)), mOpen(std::move(open)), mNumber(number) {}
+    : mDevice(std::move(device)), mOpen(std::move(open)), mNumber(number) {
+  mOpen->setEnd(number, [this] { endTransfers(); });
+}
 
 InterfaceSession::~InterfaceSession() {
   mEnding = true;
+  endTransfers();
+  mOpen->release(mNumber);
+}
+
+void InterfaceSession::endTransfers() {
   for (const Transfer& each : mInFlight) libusb_cancel_transfer(each.transfer.get());
   while (!mInFlight.empty()) mDevice->context().awaitEvents();
-  mOpen->release(mNumber);
 }
 
 IOReturn InterfaceSession::clearStall(const UsbEndpointDescription& endpoint) {
   if (mDevice->isGone()) return kIOReturnNoDevice;
-  const int result = libusb_clear_halt(mOpen->handle(), endpoint.address);
-  // libusb has no name for a request that failed on the bus, as it does while the plug is pulled.
-  return result == LIBUSB_ERROR_OTHER ? kIOReturnIOError : resultOfCall(result);
+  return resultOfClearHalt(libusb_clear_halt(mOpen->handle(), endpoint.address));
 }
 
 IOReturn InterfaceSession::submit(const Request& request) {
@@ -64,7 +68,9 @@ void InterfaceSession::transferEnded(libusb_transfer* transfer) {
   auto* const ended = static_cast<Transfer*>(transfer->user_data);
   InterfaceSession& session = *ended->session;
   if (!session.mEnding) {
-    const IOReturn result = resultOfTransfer(*transfer);
+    const bool isCutOff =
+        transfer->status == LIBUSB_TRANSFER_CANCELLED && session.mDevice->isGone();
+    const IOReturn result = isCutOff ? kIOReturnNoDevice : resultOfTransfer(*transfer);
     const auto count = static_cast<std::uintptr_t>(transfer->actual_length);
     session.deliver([callback = ended->callback, refCon = ended->refCon, result, count] {
       // NOLINTNEXTLINE(performance-no-int-to-ptr): the number takes the place of a pointer

@@ -1,6 +1,7 @@
 // One opening of an interface: the claim on it, its transfers in flight and their completions on
 // the way. Owned by the interface object while that is open. Ending it cancels the transfers, waits
-// until the kernel has let go of each, and drops the completions that have not been delivered.
+// until the kernel has let go of each, and drops the completions that have not been delivered. The
+// end of the device ends the transfers, too, but that is told.
 #pragma once
 
 #include <libusb-1.0/libusb.h>
@@ -50,6 +51,7 @@ class InterfaceSession : public UsbEventSource {
 
   InterfaceSession(std::shared_ptr<AttachedDevice> device, std::shared_ptr<OpenDevice> open,
                    std::uint8_t number);
+  void endTransfers();
   static void LIBUSB_CALL transferEnded(libusb_transfer* transfer);
   void deliver(std::function<void()> completion);
 

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "LibusbResults.h"
+
 namespace platform {
 namespace {
 
@@ -24,19 +26,22 @@ std::shared_ptr<LibusbContext> LibusbContext::create(RunLoop& runLoop) {
 }
 
 LibusbContext::LibusbContext(RunLoop& runLoop, libusb_context* context)
-    : mRunLoop(runLoop), mContext(context) {
-  libusb_hotplug_register_callback(
+    : mRunLoop(runLoop), mContext(context), mHearing(listen()) {}
+
+IOReturn LibusbContext::listen() {
+  const int result = libusb_hotplug_register_callback(
       mContext, LIBUSB_HOTPLUG_EVENT_DEVICE_ARRIVED | LIBUSB_HOTPLUG_EVENT_DEVICE_LEFT,
       LIBUSB_HOTPLUG_NO_FLAGS, LIBUSB_HOTPLUG_MATCH_ANY, LIBUSB_HOTPLUG_MATCH_ANY,
       LIBUSB_HOTPLUG_MATCH_ANY, plugged, this, nullptr);
   // Time-outs need no timer here: on Linux they come through one of the descriptors.
   libusb_set_pollfd_notifiers(mContext, descriptorAdded, descriptorRemoved, this);
   const libusb_pollfd** const present = libusb_get_pollfds(mContext);
-  if (present == nullptr) return;
+  if (present == nullptr) return kIOReturnNoResources;
   for (const libusb_pollfd** each = present; *each != nullptr; ++each) {
     addDescriptor((*each)->fd, (*each)->events);
   }
   libusb_free_pollfds(present);
+  return resultOfCall(result);
 }
 
 LibusbContext::~LibusbContext() {
@@ -53,6 +58,10 @@ std::vector<LibusbDevice> LibusbContext::attachedDevices() const {
   for (ssize_t i = 0; i < count; ++i) devices.push_back(shareDevice(list[i]));
   if (list != nullptr) libusb_free_device_list(list, 1);
   return devices;
+}
+
+IOReturn LibusbContext::wrap(int node, libusb_device_handle*& handle) {
+  return resultOfCall(libusb_wrap_sys_device(mContext, node, &handle));
 }
 
 void LibusbContext::announceAnew(const LibusbDevice& device) {

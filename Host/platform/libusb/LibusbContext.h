@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/RunLoop.h"
+#include "platform/UsbRegistry.h"
 
 namespace platform {
 
@@ -25,15 +26,21 @@ class LibusbContext : public std::enable_shared_from_this<LibusbContext> {
   // Null where the host has no USB.
   static std::shared_ptr<LibusbContext> create(RunLoop& runLoop);
 
+  // Why nothing can be told of what is plugged in, or of the ends of transfers; success when it
+  // can.
+  IOReturn hearing() const { return mHearing; }
+
   ~LibusbContext();
   LibusbContext(const LibusbContext&) = delete;
   LibusbContext& operator=(const LibusbContext&) = delete;
 
   // Tells `handler` from the run loop what is plugged in or unplugged; a null handler ends that.
-  // Without support for hot-plug in libusb there is nothing to tell.
   void setPlugHandler(PlugHandler handler) { mPlugHandler = std::move(handler); }
 
   std::vector<LibusbDevice> attachedDevices() const;
+
+  // A handle on the device whose node is open as `node`, which must stay open as long.
+  IOReturn wrap(int node, libusb_device_handle*& handle);
 
   // Tells that the device has left and arrived, as one that was reset has for its users.
   void announceAnew(const LibusbDevice& device);
@@ -56,6 +63,7 @@ class LibusbContext : public std::enable_shared_from_this<LibusbContext> {
   };
 
   LibusbContext(RunLoop& runLoop, libusb_context* context);
+  IOReturn listen();
   void handleReadyEvents();
   void addDescriptor(int descriptor, short events);
   void notePlugEvent(libusb_device* device, bool arrived);
@@ -71,6 +79,7 @@ class LibusbContext : public std::enable_shared_from_this<LibusbContext> {
   std::map<int, DescriptorWatch> mDescriptors;
   PlugHandler mPlugHandler;
   std::vector<PlugEvent> mPlugEvents;
+  IOReturn mHearing;
 };
 
 }  // namespace platform

@@ -23,7 +23,7 @@ class LibusbDeviceObject : public UsbDeviceObject {
 
   IOReturn open() override {
     if (mOpen) return kIOReturnExclusiveAccess;
-    return mEntry->device()->open(mOpen);
+    return mEntry->device()->openWhole(mOpen);
   }
 
   IOReturn close() override {
@@ -53,7 +53,7 @@ class LibusbDeviceObject : public UsbDeviceObject {
  private:
   std::shared_ptr<ObjectTable> mObjects;
   std::shared_ptr<DeviceEntry> mEntry;
-  std::shared_ptr<OpenDevice> mOpen;
+  std::shared_ptr<WholeDevice> mOpen;
 };
 
 }  // namespace

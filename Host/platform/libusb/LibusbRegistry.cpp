@@ -70,6 +70,7 @@ class LibusbRegistry : public UsbRegistry {
     auto* const owned = dynamic_cast<OwnedNotificationPort*>(&port);
     if (owned == nullptr) return kIOReturnBadArgument;
     if (std::strcmp(type, "IOServiceFirstMatch") != 0) return kIOReturnUnsupported;
+    if (mDevices.hearing() != kIOReturnSuccess) return mDevices.hearing();
     const auto added =
         std::make_shared<MatchNotification>(owned->port(), matching, callback, refCon);
     addAttached(matching, *added);

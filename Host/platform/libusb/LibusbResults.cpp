@@ -1,6 +1,7 @@
 #include "LibusbResults.h"
 
 #include <array>
+#include <cerrno>
 
 namespace platform {
 namespace {
@@ -28,6 +29,18 @@ constexpr std::array kCallResults{
     CallResult{LIBUSB_ERROR_NOT_SUPPORTED, kIOReturnUnsupported},
 };
 
+struct ErrnoResult {
+  int error;
+  IOReturn result;
+};
+
+constexpr std::array kErrnoResults{
+    ErrnoResult{EACCES, kIOReturnNotPermitted}, ErrnoResult{EPERM, kIOReturnNotPermitted},
+    ErrnoResult{ENOENT, kIOReturnNoDevice},     ErrnoResult{ENODEV, kIOReturnNoDevice},
+    ErrnoResult{ENXIO, kIOReturnNoDevice},      ErrnoResult{ENOMEM, kIOReturnNoMemory},
+    ErrnoResult{EMFILE, kIOReturnNoResources},  ErrnoResult{ENFILE, kIOReturnNoResources},
+};
+
 struct TransferResult {
   libusb_transfer_status libusb;
   IOReturn result;
@@ -48,6 +61,18 @@ constexpr std::array kTransferResults{
 IOReturn resultOfCall(int libusbResult) {
   for (const CallResult& row : kCallResults) {
     if (row.libusb == libusbResult) return row.result;
+  }
+  return kIOReturnError;
+}
+
+// libusb has no name for a request that failed on the bus, as it does while the plug is pulled.
+IOReturn resultOfClearHalt(int libusbResult) {
+  return libusbResult == LIBUSB_ERROR_OTHER ? kIOReturnIOError : resultOfCall(libusbResult);
+}
+
+IOReturn resultOfErrno(int error) {
+  for (const ErrnoResult& row : kErrnoResults) {
+    if (row.error == error) return row.result;
   }
   return kIOReturnError;
 }

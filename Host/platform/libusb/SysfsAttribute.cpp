@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <string>
+#include <system_error>
 
 namespace platform {
 
@@ -14,6 +15,11 @@ Text readSysfsAttribute(const std::filesystem::path& directory, const char* attr
   if (file.bad() || !file.is_open()) return {};
   if (text.ends_with('\n')) text.pop_back();
   return Text::fromUtf8(text);
+}
+
+std::string readSysfsDriver(const std::filesystem::path& interface) {
+  std::error_code none;
+  return std::filesystem::read_symlink(interface / "driver", none).filename().string();
 }
 
 }  // namespace platform

@@ -1,9 +1,13 @@
 #include "UsbDescription.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <utility>
 
 #include "SysfsAttribute.h"
@@ -92,18 +96,43 @@ std::span<const libusb_endpoint_descriptor> endpointsOf(
   return {interface.endpoint, interface.bNumEndpoints};
 }
 
-void describeConfiguration(libusb_device* device, const std::filesystem::path& directory,
-                           UsbDeviceDescription& description) {
+// Those of a root hub, "usb1", are named as if it were in port 0 of its bus.
+std::string interfacePrefix(const std::string& device) {
+  constexpr std::string_view kRootHub = "usb";
+  return device.starts_with(kRootHub) ? device.substr(kRootHub.size()) + "-0" : device;
+}
+
+std::uint64_t incarnationOf(const std::filesystem::path& directory) {
+  struct stat status = {};
+  return stat(directory.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+// The setting that is active: nobody here chooses one, and the kernel goes back to setting 0, or
+// the first where there is none, each time that an interface changes hands.
+const libusb_interface_descriptor& activeSetting(const libusb_interface& interface) {
+  const std::span settings(interface.altsetting,
+                           static_cast<std::size_t>(interface.num_altsetting));
+  for (const libusb_interface_descriptor& setting : settings) {
+    if (setting.bAlternateSetting == 0) return setting;
+  }
+  return settings.front();
+}
+
+// A configuration that libusb cannot parse is one all the same; its interfaces stay unknown.
+void describeConfiguration(libusb_device* device, UsbDeviceDescription& description) {
   libusb_config_descriptor* active = nullptr;
-  if (libusb_get_active_config_descriptor(device, &active) != LIBUSB_SUCCESS) return;
+  description.configuration = readSysfsAttribute(description.directory, "bConfigurationValue");
+  const int result = libusb_get_active_config_descriptor(device, &active);
+  description.configured = result != LIBUSB_ERROR_NOT_FOUND && result != LIBUSB_ERROR_NO_DEVICE;
+  if (result != LIBUSB_SUCCESS) return;
   const std::unique_ptr<libusb_config_descriptor, decltype(&libusb_free_config_descriptor)> holder(
       active, libusb_free_config_descriptor);
-  description.configured = true;
   for (int i = 0; i < active->bNumInterfaces; ++i) {
     const libusb_interface& interface = active->interface[i];
     if (interface.num_altsetting < 1) continue;
-    description.interfaces.push_back(
-        describeUsbInterface(interface.altsetting[0], active->bConfigurationValue, directory));
+    description.interfaces.push_back(describeUsbInterface(
+        activeSetting(interface), active->bConfigurationValue, description.directory));
+    if (description.interfaces.back().incarnation == 0) description.configured = false;
   }
 }
 
@@ -122,10 +151,11 @@ UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& 
     description.endpoints.push_back(describeEndpoint(endpoint));
   }
 
-  const std::string directory = deviceDirectory.filename().string() + ":" +
-                                std::to_string(configuration) + "." +
-                                std::to_string(interface.bInterfaceNumber);
-  const Text name = readSysfsAttribute(deviceDirectory / directory, "interface");
+  description.directory = deviceDirectory / (interfacePrefix(deviceDirectory.filename().string()) +
+                                             ":" + std::to_string(configuration) + "." +
+                                             std::to_string(interface.bInterfaceNumber));
+  description.incarnation = incarnationOf(description.directory);
+  const Text name = readSysfsAttribute(description.directory, "interface");
   description.name = entryName(name, "IOUSBInterface");
   addText(description.properties, "USB Interface Name", name);
   addFields(description.properties, {{"bInterfaceNumber", interface.bInterfaceNumber},
@@ -139,14 +169,25 @@ UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& 
   return description;
 }
 
-UsbDeviceDescription describeUsbDevice(libusb_device* device) {
+bool hasChanged(const UsbDeviceDescription& description) {
+  if (!std::filesystem::exists(description.directory)) return false;
+  const Text configuration = readSysfsAttribute(description.directory, "bConfigurationValue");
+  return configuration.utf8() != description.configuration.utf8() ||
+         std::any_of(description.interfaces.begin(), description.interfaces.end(),
+                     [](const UsbInterfaceDescription& interface) {
+                       return incarnationOf(interface.directory) != interface.incarnation;
+                     });
+}
+
+UsbDeviceDescription describeUsbDevice(libusb_device* device,
+                                       const std::filesystem::path& devices) {
   const Place place(device);
-  const std::filesystem::path directory =
-      std::filesystem::path("/sys/bus/usb/devices") / place.sysfsName();
+  const std::filesystem::path directory = devices / place.sysfsName();
   libusb_device_descriptor descriptor{};
   libusb_get_device_descriptor(device, &descriptor);
 
   UsbDeviceDescription description;
+  description.directory = directory;
   const Text product = readSysfsAttribute(directory, "product");
   description.name = entryName(product, "IOUSBDevice");
 
@@ -169,7 +210,7 @@ UsbDeviceDescription describeUsbDevice(libusb_device* device) {
                          {"USB Address", libusb_get_device_address(device)}});
   const std::uint32_t location = place.locationId();
   addNumber(properties, "locationID", {static_cast<std::int32_t>(location), sizeof location});
-  describeConfiguration(device, directory, description);
+  describeConfiguration(device, description);
   return description;
 }
 

@@ -1,7 +1,7 @@
 // What is known of an attached device and its interfaces without opening it: descriptors from
-// libusb's copy, strings from sysfs. Read once, when the device arrives, and kept unchanged, so
-// that it can be read after the device has gone. Every device on the bus is described, so a
-// malformed one must do no harm.
+// libusb's copy, strings from sysfs. Read once, when the device arrives or is configured, and kept
+// unchanged, so that it can be read after the device has gone. Every device on the bus is
+// described, so a malformed one must do no harm.
 #pragma once
 
 #include <libusb-1.0/libusb.h>
@@ -21,9 +21,11 @@ struct UsbEndpointDescription {
   UsbPipeProperties properties;
 };
 
-// One interface in its first alternate setting, which is the one that the host sets.
+// One interface in its active alternate setting.
 struct UsbInterfaceDescription {
-  std::string name;  // of the registry entry
+  std::string name;                 // of the registry entry
+  std::filesystem::path directory;  // in sysfs
+  std::uint64_t incarnation = 0;    // that directory's number; 0 while the kernel has not made it
   std::uint8_t number = 0;
   std::uint8_t alternateSetting = 0;
   std::uint8_t interfaceClass = 0;
@@ -34,18 +36,26 @@ struct UsbInterfaceDescription {
 };
 
 struct UsbDeviceDescription {
-  std::string name;  // of the registry entry
+  std::string name;                 // of the registry entry
+  std::filesystem::path directory;  // in sysfs
   PropertyDictionary properties;
-  bool configured = false;
+  Text configuration;       // its value, in sysfs; null or empty while there is none
+  bool configured = false;  // the configuration is set, and the kernel has made all its interfaces
   std::vector<UsbInterfaceDescription> interfaces;  // of the current configuration
 };
 
-UsbDeviceDescription describeUsbDevice(libusb_device* device);
+// `devices` is the directory of all devices in sysfs.
+UsbDeviceDescription describeUsbDevice(
+    libusb_device* device, const std::filesystem::path& devices = "/sys/bus/usb/devices");
 
 // `configuration` is the value of the interface's configuration, `deviceDirectory` the device in
 // sysfs.
 UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& interface,
                                              std::uint8_t configuration,
                                              const std::filesystem::path& deviceDirectory);
+
+// Whether the device, which is still there, has another configuration by now, or its interfaces
+// have been made anew.
+bool hasChanged(const UsbDeviceDescription& description);
 
 }  // namespace platform

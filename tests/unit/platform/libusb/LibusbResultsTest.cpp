@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "platform/libusb/LibusbResults.h"
 
 namespace {
 
 using platform::IOReturn;
 using platform::resultOfCall;
+using platform::resultOfClearHalt;
+using platform::resultOfErrno;
 using platform::resultOfTransfer;
 
 IOReturn resultOf(libusb_transfer_status status, int transferred = 0) {
@@ -32,6 +36,25 @@ TEST(LibusbResultsTest, ACallFailsWithTheCodeThatNamesTheCause) {
   EXPECT_EQ(resultOfCall(LIBUSB_ERROR_NOT_SUPPORTED), platform::kIOReturnUnsupported);
   EXPECT_EQ(resultOfCall(LIBUSB_ERROR_OTHER), platform::kIOReturnError);
   EXPECT_EQ(resultOfCall(-4711), platform::kIOReturnError);
+}
+
+TEST(LibusbResultsTest, AStallThatCannotBeClearedFailsWithTheCodeThatNamesTheCause) {
+  EXPECT_EQ(resultOfClearHalt(LIBUSB_SUCCESS), platform::kIOReturnSuccess);
+  EXPECT_EQ(resultOfClearHalt(LIBUSB_ERROR_OTHER), platform::kIOReturnIOError);
+  EXPECT_EQ(resultOfClearHalt(LIBUSB_ERROR_NOT_FOUND), platform::kIOReturnNotFound);
+  EXPECT_EQ(resultOfClearHalt(LIBUSB_ERROR_NO_DEVICE), platform::kIOReturnNoDevice);
+}
+
+TEST(LibusbResultsTest, ANodeThatCannotBeOpenedFailsWithTheCodeThatNamesTheCause) {
+  EXPECT_EQ(resultOfErrno(EACCES), platform::kIOReturnNotPermitted);
+  EXPECT_EQ(resultOfErrno(EPERM), platform::kIOReturnNotPermitted);
+  EXPECT_EQ(resultOfErrno(ENOENT), platform::kIOReturnNoDevice);
+  EXPECT_EQ(resultOfErrno(ENODEV), platform::kIOReturnNoDevice);
+  EXPECT_EQ(resultOfErrno(ENXIO), platform::kIOReturnNoDevice);
+  EXPECT_EQ(resultOfErrno(ENOMEM), platform::kIOReturnNoMemory);
+  EXPECT_EQ(resultOfErrno(EMFILE), platform::kIOReturnNoResources);
+  EXPECT_EQ(resultOfErrno(ENFILE), platform::kIOReturnNoResources);
+  EXPECT_EQ(resultOfErrno(EIO), platform::kIOReturnError);
 }
 
 TEST(LibusbResultsTest, ATransferFailsWithTheCodeThatNamesTheCause) {

@@ -1,0 +1,63 @@
+#include "FakeLibusb.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+FakeLibusb* current = nullptr;
+
+}  // namespace
+
+FakeLibusb::FakeLibusb() { current = this; }
+FakeLibusb::~FakeLibusb() { current = nullptr; }
+
+int LIBUSB_CALL libusb_init(libusb_context**) { return current->initResult; }
+void LIBUSB_CALL libusb_exit(libusb_context*) {}
+
+int LIBUSB_CALL libusb_hotplug_register_callback(libusb_context*, int, int, int, int, int,
+                                                 libusb_hotplug_callback_fn, void*,
+                                                 libusb_hotplug_callback_handle*) {
+  return current->hotplugResult;
+}
+
+void LIBUSB_CALL libusb_set_pollfd_notifiers(libusb_context*, libusb_pollfd_added_cb,
+                                             libusb_pollfd_removed_cb, void*) {}
+
+const libusb_pollfd** LIBUSB_CALL libusb_get_pollfds(libusb_context*) {
+  return current->hasPollfds
+             ? static_cast<const libusb_pollfd**>(std::calloc(1, sizeof(const libusb_pollfd*)))
+             : nullptr;
+}
+
+void LIBUSB_CALL libusb_free_pollfds(const libusb_pollfd** list) { std::free(list); }
+
+ssize_t LIBUSB_CALL libusb_get_device_list(libusb_context*, libusb_device*** list) {
+  *list = nullptr;
+  return 0;
+}
+
+std::uint8_t LIBUSB_CALL libusb_get_bus_number(libusb_device* device) { return device->bus; }
+std::uint8_t LIBUSB_CALL libusb_get_device_address(libusb_device* device) {
+  return device->address;
+}
+
+int LIBUSB_CALL libusb_get_port_numbers(libusb_device* device, std::uint8_t* numbers, int size) {
+  if (device->ports.size() > static_cast<std::size_t>(size)) return LIBUSB_ERROR_OVERFLOW;
+  std::copy(device->ports.begin(), device->ports.end(), numbers);
+  return static_cast<int>(device->ports.size());
+}
+
+int LIBUSB_CALL libusb_get_device_descriptor(libusb_device* device,
+                                             libusb_device_descriptor* descriptor) {
+  *descriptor = device->descriptor;
+  return LIBUSB_SUCCESS;
+}
+
+int LIBUSB_CALL libusb_get_active_config_descriptor(libusb_device* device,
+                                                    libusb_config_descriptor** active) {
+  if (device->activeResult == LIBUSB_SUCCESS) *active = &device->active;
+  return device->activeResult;
+}
+
+void LIBUSB_CALL libusb_free_config_descriptor(libusb_config_descriptor*) {}
