@@ -5,10 +5,11 @@
 // (I/O handles). Completions and notifications come from the run loop, never from inside a call.
 //
 // An entry stands for one attachment: a device that is unplugged and plugged in again is a new
-// entry, and so is one that starts over or is configured anew. An entry whose device is gone stays usable while it is referenced: its properties can be
-// read; plug-ins, I/O objects, iterators over its interfaces and notifications can be made for it
-// (and its end is then notified); only what needs the device itself fails, with kIOReturnNoDevice.
-// Its number is not used again before its last reference is released.
+// entry, and so is one that starts over or is configured anew. An entry whose device is gone stays
+// usable while it is referenced: its properties can be read; plug-ins, I/O objects, iterators over
+// its interfaces and notifications can be made for it (and its end is then notified); only what
+// needs the device itself fails, with kIOReturnNoDevice. Its number is not used again before its
+// last reference is released.
 #pragma once
 
 #include <cstddef>
