@@ -27,6 +27,9 @@ class Screen {
   // the one that picture() tells of. Throws std::runtime_error when that takes too long.
   void waitForActiveWindow(pid_t process);
 
+  // The X server's number of that window.
+  unsigned long window() const { return mWindow; }
+
   Picture picture() const;
 
   // When the window was painted for the last time before it stayed the same for half a second.
