@@ -50,10 +50,13 @@ void BrowserRecorder::resolved(platform::NetService* service, platform::StreamEr
     return self.note("failed " + self.name + " " + std::to_string(error->domain) + " " +
                      std::to_string(error->error));
   }
-  self.txt = *service->txtData();
+  const platform::Data txtData = service->txtData();
+  self.txt = txtData != nullptr ? *txtData : std::vector<std::uint8_t>();
   self.addresses.clear();
   const auto records = service->addresses();
   for (const platform::Data& address : *records) self.addresses.push_back(*address);
+  self.firstAddress[self.name] = self.addresses.at(0);
+  self.txtOf[self.name] = self.txt;
   self.note("resolved " + self.name);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -37,6 +38,10 @@ class BrowserRecorder {
   // Of the last service that was resolved.
   std::vector<std::uint8_t> txt;
   std::vector<std::vector<std::uint8_t>> addresses;
+
+  // Of each service that was resolved, when it was last: its first address, and its TXT record.
+  std::map<std::string, std::vector<std::uint8_t>> firstAddress;
+  std::map<std::string, std::vector<std::uint8_t>> txtOf;
 
   // True inside a callback, which no other may interrupt.
   bool isInCallback = false;
