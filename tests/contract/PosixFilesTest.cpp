@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "ReadRecorder.h"
+#include "HostCalls.h"
 #include "TemporaryDirectory.h"
 #include "platform/posix/PosixFiles.h"
 
@@ -87,6 +87,26 @@ TEST_F(PosixFilesTest, NothingButFilesIsOpened) {
   ::close(socket);
 }
 
+TEST_F(PosixFilesTest, PipeThatTookAFilesPlaceIsNotWaitedFor) {
+  const path file = write("file", "abc");
+  const HostCalls calls([&] {
+    std::filesystem::remove(file);
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  });
+  const WholeRead result = read(file, 3);
+  EXPECT_EQ(result.step, WholeRead::Step::Read);
+  EXPECT_EQ(result.status, ESPIPE);
+  EXPECT_EQ(result.actual, 0u);
+}
+
+TEST_F(PosixFilesTest, FileThatShrinksBeforeItIsOpenedIsReadShort) {
+  const path file = write("file", "abcdef");
+  const HostCalls calls([&] { std::filesystem::resize_file(file, 2); });
+  const WholeRead result = read(file, 6);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_EQ(result.actual, 2u);
+}
+
 TEST_F(PosixFilesTest, FailedReadTellsItsStatus) {
   // No process has memory at address 0.
   const WholeRead result = read("/proc/self/mem", 3);
@@ -97,9 +117,9 @@ TEST_F(PosixFilesTest, FailedReadTellsItsStatus) {
 
 TEST_F(PosixFilesTest, WholeFileComesInOneReadToWhereItStays) {
   const path file = write("file", std::string(kLarge, 'f'));
-  const ReadRecorder recorder;
+  const HostCalls calls;
   EXPECT_EQ(read(file, kLarge).actual, kLarge);
-  EXPECT_THAT(recorder.reads(), ElementsAre(RecordedRead{mBytes.data(), kLarge, 0}));
+  EXPECT_THAT(calls.reads(), ElementsAre(RecordedRead{mBytes.data(), kLarge, 0}));
   EXPECT_EQ(mBytes.capacity(), kLarge);
   EXPECT_EQ(std::string(mBytes.begin(), mBytes.end()), std::string(kLarge, 'f'));
 }
