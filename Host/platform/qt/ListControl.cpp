@@ -5,6 +5,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QResizeEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 #include <algorithm>
@@ -29,6 +31,29 @@ class Rows final : public QStyledItemDelegate {
     const QSize needed = QStyledItemDelegate::sizeHint(option, index);
     return {needed.width(), std::max(needed.height(), comfortableHeight(option.fontMetrics))};
   }
+};
+
+// Knows the widths that a user gives its columns from those that Qt works out.
+class Header final : public QHeaderView {
+ public:
+  explicit Header(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {}
+
+  bool isInHand() const { return mInHand; }
+
+ protected:
+  void mouseMoveEvent(QMouseEvent* event) override {
+    const QScopedValueRollback inHand(mInHand, true);
+    QHeaderView::mouseMoveEvent(event);
+  }
+
+  // Fits a column to its contents.
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    const QScopedValueRollback inHand(mInHand, true);
+    QHeaderView::mouseDoubleClickEvent(event);
+  }
+
+ private:
+  bool mInHand = false;
 };
 
 std::uint16_t wrapped(int width) { return static_cast<std::uint16_t>(width); }
@@ -63,10 +88,12 @@ ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mMode
   setUniformRowHeights(true);
   setItemDelegate(new Rows(this));
   setAllColumnsShowFocus(true);
-  header()->setStretchLastSection(true);
-  header()->setSectionsMovable(false);
-  connect(header(), &QHeaderView::sectionResized, this,
-          [this](int column, int, int width) { noteUserWidth(column, width); });
+  auto* const columns = new Header(this);
+  setHeader(columns);
+  columns->setStretchLastSection(true);
+  connect(columns, &QHeaderView::sectionResized, this, [this, columns](int column, int, int width) {
+    if (columns->isInHand()) noteUserWidth(column, width);
+  });
   connect(&mSelection, &QItemSelectionModel::selectionChanged, this, [this] { noteSelection(); });
 }
 
@@ -117,21 +144,20 @@ std::uint16_t ListControl::columnWidthOf(int column) const {
 void ListControl::setColumnWidthOf(int column, std::uint16_t width) {
   mWidths[static_cast<std::size_t>(column)] = width;
   const bool wrappedBelowZero = width > 0x7FFF;
-  mSettingWidth = true;
   header()->resizeSection(
-      column, wrappedBelowZero ? 0 : std::max<int>(width, header()->minimumSectionSize()));
-  mSettingWidth = false;
+      column, std::max<int>(wrappedBelowZero ? 0 : width, header()->minimumSectionSize()));
 }
 
 void ListControl::fitColumns() {
   mBounds = geometry();
-  const int room = width() - 2 * frameWidth();
+  const int room = width() - 2 * frameWidth() - verticalScrollBar()->sizeHint().width();
   const int wanted = wantedWidth();
   if (wanted == 0) return;
   int others = 0;
   for (int column = mModel.columnCount() - 1; column >= 0; --column) {
     const int whole = widthInCharacters(column) * fontMetrics().averageCharWidth();
-    const int fitting = std::min(whole, whole * room / wanted);
+    const int fitting =
+        std::max(std::min(whole, whole * room / wanted), header()->sectionSizeHint(column));
     setColumnWidthOf(column, wrapped(column > 0 ? fitting : std::max(0, room - others)));
     others += fitting;
   }
@@ -242,8 +268,9 @@ int ListControl::widthInCharacters(int column) const {
 
 // The last column only takes what is left over.
 void ListControl::noteUserWidth(int column, int width) {
-  if (!mSettingWidth && column + 1 < mModel.columnCount())
+  if (column + 1 < mModel.columnCount()) {
     mWidths[static_cast<std::size_t>(column)] = wrapped(width);
+  }
 }
 
 void ListControl::describePlaceholder() {

@@ -43,8 +43,9 @@ class ListControl : public QTreeView {
   std::uint16_t columnWidthOf(int column) const;
   void setColumnWidthOf(int column, std::uint16_t width);
 
-  // Gives each column the width that the file asks for, or its share where there is less room, and
-  // the first what is left. For a window that has its size but is not shown yet.
+  // Gives each column the width that the file asks for, or its share where there is less room, but
+  // that of its title at least, and the first what is left. The vertical scroll bar's place stays
+  // free for it. For a window that has its size but is not shown yet.
   void fitColumns();
 
   QSize sizeHint() const override;
@@ -87,7 +88,6 @@ class ListControl : public QTreeView {
   Observer mObserver;
   ItemId mKnownSelection = 0;
   std::vector<std::uint16_t> mWidths;
-  bool mSettingWidth = false;
   QRect mBounds;
 };
 

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 #include "QtWindows.h"
 
@@ -24,6 +25,27 @@ class QtList : public QtWindows {
     QApplication::sendEvent(list().viewport(), &click);
     settle();
   }
+
+  // At the edge between the first two columns, `beside` it.
+  void sendToEdge(QEvent::Type type, int beside, Qt::MouseButtons buttons) {
+    QHeaderView& header = *list().header();
+    if (type != QEvent::MouseButtonRelease && beside == 0) {
+      mEdge = header.sectionViewportPosition(1) - 1;
+    }
+    const QPointF at(mEdge + beside, header.height() / 2.0);
+    QMouseEvent event(type, at, header.viewport()->mapToGlobal(at), Qt::LeftButton, buttons,
+                      Qt::NoModifier);
+    QApplication::sendEvent(header.viewport(), &event);
+  }
+
+  void dragFirstColumn(int by) {
+    sendToEdge(QEvent::MouseMove, 0, Qt::NoButton);
+    sendToEdge(QEvent::MouseButtonPress, 0, Qt::LeftButton);
+    sendToEdge(QEvent::MouseMove, by, Qt::LeftButton);
+    sendToEdge(QEvent::MouseButtonRelease, by, Qt::NoButton);
+  }
+
+  int mEdge = 0;
 
   int shownWidth(int column) { return list().header()->sectionSize(column); }
 };
@@ -100,8 +122,14 @@ TEST_F(QtList, AssistiveTechnologySeesEveryCell) {
 
 TEST_F(QtList, ColumnsFillTheWindowAtFirst) {
   int columns = 0;
-  for (int column = 0; column < 3; ++column) columns += list().columnWidthOf(column);
-  EXPECT_EQ(columns, list().width() - 2 * list().frameWidth());
+  int shown = 0;
+  for (int column = 0; column < 3; ++column) {
+    columns += list().columnWidthOf(column);
+    shown += shownWidth(column);
+  }
+  const int inside = list().width() - 2 * list().frameWidth();
+  EXPECT_EQ(columns, inside - list().verticalScrollBar()->sizeHint().width());
+  EXPECT_EQ(shown, inside);
 }
 
 TEST_F(QtList, WidthBelowZeroShowsTheSmallestColumnAndComesBack) {
@@ -111,6 +139,64 @@ TEST_F(QtList, WidthBelowZeroShowsTheSmallestColumnAndComesBack) {
   list().setColumnWidthOf(0, static_cast<std::uint16_t>(65500 + 200));
   EXPECT_EQ(list().columnWidthOf(0), 164);
   EXPECT_EQ(shownWidth(0), 164);
+}
+
+// As the program does it: the first column absorbs each change of the list's width.
+class QtListInAWindow : public QtList {
+ protected:
+  QtListInAWindow() {
+    platform::ControlRef control = platform::ControlRef::None;
+    toolkit().getControlById(mMain, {"lPrn"_4cc, 0}, control);
+    const platform::EventSpec spec{"cntl"_4cc, 154};
+    platform::EventHandlerRef installed = 0;
+    mApplication->events().installHandler(control, {&spec, 1}, followWidth, this, installed);
+    list().setMinimumWidth(1);
+    fillList(2);
+  }
+
+  void resizeWindow(int width) {
+    QWidget& main = *window("PrinterSelectWindow");
+    main.setMinimumWidth(1);
+    main.resize(width, main.height());
+    settle();
+    list().grab();
+  }
+
+ private:
+  static platform::OSStatus followWidth(platform::EventHandlerCallRef, const platform::Event& event,
+                                        void* userData) {
+    auto& list = static_cast<QtListInAWindow*>(userData)->list();
+    platform::FloatRect before;
+    platform::FloatRect after;
+    event.getParameter("orct"_4cc, before);
+    event.getParameter("crct"_4cc, after);
+    const int change = static_cast<int>(after.width - before.width);
+    list.setColumnWidthOf(0, static_cast<std::uint16_t>(list.columnWidthOf(0) + change));
+    return platform::noErr;
+  }
+};
+
+TEST_F(QtListInAWindow, FirstColumnComesBackFromANarrowWindow) {
+  resizeWindow(602);
+  const int width = list().columnWidthOf(0);
+  EXPECT_EQ(shownWidth(0), width);
+  for (const int narrow : {320, 300, 104, 330, 310, 200}) {
+    resizeWindow(narrow);
+    EXPECT_LT(shownWidth(0), 60);
+    resizeWindow(602);
+    EXPECT_EQ(list().columnWidthOf(0), width) << narrow;
+    EXPECT_EQ(shownWidth(0), width) << narrow;
+  }
+}
+
+TEST_F(QtListInAWindow, WidthByTheUsersHandInANarrowWindowStays) {
+  resizeWindow(602);
+  resizeWindow(104);
+  dragFirstColumn(40);
+  const int chosen = list().columnWidthOf(0);
+  EXPECT_EQ(chosen, list().header()->minimumSectionSize() + 40);
+  resizeWindow(204);
+  EXPECT_EQ(list().columnWidthOf(0), chosen + 100);
 }
 
 TEST_F(QtList, WidestColumnIsShown) {
@@ -129,20 +215,41 @@ TEST_F(QtList, LastColumnTakesWhatIsLeftWithoutChangingTheOthers) {
 }
 
 TEST_F(QtList, ColumnFollowsTheUsersHand) {
-  QHeaderView& header = *list().header();
-  const int edge = header.sectionViewportPosition(1) - 1;
-  const auto send = [&](QEvent::Type type, int x, Qt::MouseButtons buttons) {
-    const QPointF at(x, header.height() / 2.0);
-    QMouseEvent event(type, at, header.viewport()->mapToGlobal(at), Qt::LeftButton, buttons,
-                      Qt::NoModifier);
-    QApplication::sendEvent(header.viewport(), &event);
-  };
   const int before = list().columnWidthOf(0);
-  send(QEvent::MouseMove, edge, Qt::NoButton);
-  send(QEvent::MouseButtonPress, edge, Qt::LeftButton);
-  send(QEvent::MouseMove, edge - 40, Qt::LeftButton);
-  send(QEvent::MouseButtonRelease, edge - 40, Qt::NoButton);
+  dragFirstColumn(-40);
   EXPECT_EQ(list().columnWidthOf(0), before - 40);
+}
+
+TEST_F(QtList, DoubleClickOnAnEdgeFitsTheColumn) {
+  fillList(2);
+  sendToEdge(QEvent::MouseMove, 0, Qt::NoButton);
+  sendToEdge(QEvent::MouseButtonPress, 0, Qt::LeftButton);
+  sendToEdge(QEvent::MouseButtonRelease, 0, Qt::NoButton);
+  sendToEdge(QEvent::MouseButtonDblClick, 0, Qt::LeftButton);
+  EXPECT_LT(list().columnWidthOf(0), 150);
+  EXPECT_EQ(list().columnWidthOf(0), shownWidth(0));
+}
+
+TEST_F(QtList, ManyRowsNeedNoHorizontalScrolling) {
+  fillList(40);
+  settle();
+  EXPECT_TRUE(list().verticalScrollBar()->isVisible());
+  EXPECT_FALSE(list().horizontalScrollBar()->isVisible());
+}
+
+TEST_F(QtList, TitlesAreWholeInASmallWindow) {
+  const QHeaderView& header = *list().header();
+  int titles = 0;
+  for (int column = 0; column < 3; ++column) titles += header.sectionSizeHint(column);
+  QWidget& main = *window("PrinterSelectWindow");
+  main.resize(main.width() - list().viewport()->width() + titles +
+                  list().verticalScrollBar()->sizeHint().width(),
+              main.height());
+  settle();
+  list().fitColumns();
+  for (int column = 0; column < 3; ++column) {
+    EXPECT_GE(shownWidth(column), header.sectionSizeHint(column)) << column;
+  }
 }
 
 TEST_F(QtList, NothingElseIsTakenForAnItem) {
