@@ -85,6 +85,10 @@
         <translation>Adresse oder Seriennummer</translation>
     </message>
     <message>
+        <source>Select a printer first.</source>
+        <translation>Wählen Sie zuerst einen Drucker aus.</translation>
+    </message>
+    <message>
         <source>Download new firmware to the selected printer</source>
         <translation>Neue Firmware auf den ausgewählten Drucker laden</translation>
     </message>

@@ -15,6 +15,8 @@ using testing::Gt;
 
 class Appearance : public DesktopTest {
  protected:
+  using DesktopTest::DesktopTest;
+
   // Question and progress, with a picture of each.
   void walkThrough(const std::string& name) {
     keepPicture(name + "-1-list");
@@ -68,6 +70,49 @@ TEST_F(Appearance, ADarkThemeReadsWell) {
                 {"XDG_CONFIG_HOME", config.string()}});
   cell("Office");
   walkThrough("dark");
+}
+
+// Of 512 x 384 units.
+class SmallScreen : public Appearance {
+ protected:
+  SmallScreen() : Appearance(1024, 768) { setScale(2); }
+
+  void expectToFit(const std::string& sheet) {
+    const auto [width, height] = desktop().windowSize(sheet).value();
+    const auto [roomX, roomY] = desktop().windowSize("Printer Firmware Update").value();
+    EXPECT_LE(width, roomX) << sheet;
+    EXPECT_LE(height, roomY) << sheet;
+  }
+};
+
+TEST_F(SmallScreen, WindowsFitInDoubleSize) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram({{"QT_SCALE_FACTOR", "2"}});
+  cell("Office");
+  const auto [width, height] = desktop().windowSize("Printer Firmware Update").value();
+  EXPECT_LE(width, 1024);
+  EXPECT_GE(width, 900);
+  EXPECT_LE(height, 768);
+  walkThrough("small");
+  expectToFit("Download Failed");
+  expectToFit("Updating Firmware");
+  click(button("Close"));
+  askForUpdate("Office");
+  expectToFit("Confirm the Download");
+}
+
+TEST_F(Appearance, DownloadWithoutASelectionSaysWhatIsMissing) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  cell("Office");
+  press("ctrl+d");
+  const auto alert = desktop::findNode(program().pid(), "alert", "Select a printer first.", 20s);
+  ASSERT_TRUE(alert);
+  keepPicture("asked");
+  EXPECT_EQ(timesLogged("Failed to download firmware: Invalid list selection"), 1u);
+  press("Down");
+  enabledButton("Download");
+  EXPECT_TRUE(waitUntilGone("alert", "Select a printer first."));
 }
 
 // The log keeps what the printer sent.

@@ -30,7 +30,8 @@ bool isCell(const Node& node) { return node.role() == "table cell"; }
 
 }  // namespace
 
-DesktopTest::DesktopTest() : mOutput(makeOutput()), mDesktop(mOutput, 1920, 1200) {}
+DesktopTest::DesktopTest(int width, int height)
+    : mOutput(makeOutput()), mDesktop(mOutput, width, height) {}
 
 std::unique_ptr<VirtualPrinterProcess> DesktopTest::startPrinter(const std::string& name,
                                                                  std::vector<std::string> options) {

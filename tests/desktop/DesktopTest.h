@@ -20,7 +20,7 @@
 
 class DesktopTest : public testing::Test {
  protected:
-  DesktopTest();
+  explicit DesktopTest(int width = 1920, int height = 1200);
 
   // Announced on the private network; burns and restarts quickly. `options` win.
   std::unique_ptr<VirtualPrinterProcess> startPrinter(const std::string& name,

@@ -9,6 +9,7 @@
 
 #include "platform/qt/ListControl.h"
 #include "platform/qt/MainWindow.h"
+#include "platform/qt/Notice.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/SheetDialog.h"
 
@@ -43,6 +44,7 @@ class NibLoader final : public QUiLoader {
     if (className == u"QMainWindow") return new MainWindow(parent);
     if (className == u"QPushButton") return new Button(parent);
     if (className == u"QDialog") return new SheetDialog(parent);
+    if (className == u"Notice") return new Notice(parent);
     return nullptr;
   }
 };

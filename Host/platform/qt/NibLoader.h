@@ -3,7 +3,8 @@
 //   "controlSignature", "controlId"   the ID by which code finds a control
 //   "command"                         the command that a button or an action issues
 //   "picture"                         on a label: the name of one of the program's pictures
-// and those of ListControl and SheetDialog. No window has code of its own. Used by the toolkit.
+// and those of ListControl, Notice and SheetDialog. No window has code of its own. Used by the
+// toolkit.
 #pragma once
 
 #include <QString>

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Bundle.h"
@@ -44,13 +45,16 @@ class Session {
     QGuiApplication::setDesktopFileName(QStringLiteral("fwupdate"));
   }
 
-  // English first: other languages stand on top of it.
+  // English first: another language stands on top of it. Qt's own texts and the direction of the
+  // windows are those of the program's texts, whatever else the user's settings ask for.
   void loadResources(const QString& resources) {
-    const QLocale locale;
     const QString own = resources + "/translations";
-    load(QLocale(QLocale::English), "fwupdate", own);
-    load(locale, "qtbase", QLibraryInfo::path(QLibraryInfo::TranslationsPath));
-    load(locale, "fwupdate", own);
+    install(find(QLocale(QLocale::English), "fwupdate", own));
+    auto translation = find(QLocale(), "fwupdate", own);
+    const QLocale language(translation ? translation->language() : QStringLiteral("en"));
+    install(find(language, "qtbase", QLibraryInfo::path(QLibraryInfo::TranslationsPath)));
+    install(std::move(translation));
+    QGuiApplication::setLayoutDirection(language.textDirection());
     QIcon icon;
     for (const int size : {16, 32, 48, 96}) {
       icon.addFile(QStringLiteral("%1/icons/fwupdate-%2.png").arg(resources).arg(size),
@@ -60,9 +64,18 @@ class Session {
   }
 
  private:
-  void load(const QLocale& locale, const char* name, const QString& directory) {
+  // Null when there is none.
+  static std::unique_ptr<QTranslator> find(const QLocale& locale, const char* name,
+                                           const QString& directory) {
     auto translator = std::make_unique<QTranslator>();
-    if (!translator->load(locale, QLatin1String(name), QStringLiteral("_"), directory)) return;
+    if (translator->load(locale, QLatin1String(name), QStringLiteral("_"), directory)) {
+      return translator;
+    }
+    return nullptr;
+  }
+
+  void install(std::unique_ptr<QTranslator> translator) {
+    if (translator == nullptr) return;
     QCoreApplication::installTranslator(translator.get());
     mTranslators.push_back(std::move(translator));
   }

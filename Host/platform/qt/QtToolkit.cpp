@@ -7,15 +7,18 @@
 #include <QLayout>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <map>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/Bundle.h"
 #include "platform/qt/ControlTable.h"
 #include "platform/qt/ListControl.h"
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/NibLoader.h"
+#include "platform/qt/Notice.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtEvents.h"
 #include "platform/qt/QtText.h"
@@ -32,10 +35,18 @@ FloatRect toFloatRect(const QRect& bounds) {
           static_cast<float>(bounds.width()), static_cast<float>(bounds.height())};
 }
 
+// The size that the window would like, or that of the screen with some room for a frame. Left to
+// itself, Qt leaves a third free of a screen on which there is little room anyway.
+void fitToScreen(QWidget& window) {
+  const int frame = 2 * window.fontMetrics().height();
+  const QSize screen = window.screen()->availableSize() - QSize(frame, frame);
+  window.resize(window.sizeHint().boundedTo(screen));
+}
+
 // Gives the widgets of a hidden window their places, which Qt puts off until it is shown.
 void layOut(QWidget& window) {
   window.ensurePolished();
-  window.adjustSize();
+  fitToScreen(window);
   QList<QWidget*> widgets = window.findChildren<QWidget*>();
   widgets.prepend(&window);
   for (QWidget* widget : widgets) {
@@ -43,6 +54,15 @@ void layOut(QWidget& window) {
     widget->layout()->invalidate();
     widget->layout()->activate();
   }
+}
+
+std::vector<Notice*> noticesIn(const QWidget& window) {
+  std::vector<Notice*> notices;
+  for (QLabel* label : window.findChildren<QLabel*>()) {
+    auto* const notice = dynamic_cast<Notice*>(label);
+    if (notice != nullptr && notice->window() == &window) notices.push_back(notice);
+  }
+  return notices;
 }
 
 class QtToolkit final : public Toolkit {
@@ -182,6 +202,9 @@ OSStatus QtToolkit::createWindowFromNib(NibRef nib, const Text& name, WindowRef&
   }
   layOut(widget);
   for (ListControl* list : widget.findChildren<ListControl*>()) wireList(window, *list);
+  for (Notice* notice : noticesIn(widget)) {
+    if (ListControl* list = widget.findChild<ListControl*>()) notice->watch(*list);
+  }
   return noErr;
 }
 
@@ -368,6 +391,7 @@ void QtToolkit::issue(const QWidget& source, FourCharCode command) {
   const WindowRef window = mWindows.refOf(*source.window());
   if (window == WindowRef::None || mWindows.isBlocked(window)) return;
   if (!source.isVisible() || !source.isEnabled()) return;
+  for (Notice* notice : noticesIn(*source.window())) notice->noteCommand(command);
   HICommand issued;
   issued.commandId = command;
   mLoop.guard([&] { mEvents.processCommand(issued); });

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QPushButton>
+#include <QScreen>
 #include <algorithm>
 
 #include "platform/qt/QtText.h"
@@ -53,7 +54,8 @@ void SheetDialog::changeEvent(QEvent* event) {
 void SheetDialog::fitToContents() {
   if (layout() == nullptr) return;
   layout()->activate();
-  const int wanted = kWidthInCharacters * fontMetrics().averageCharWidth();
+  const int wanted = std::min(kWidthInCharacters * fontMetrics().averageCharWidth(),
+                              screen()->availableSize().width());
   const int width = std::max(wanted, layout()->totalMinimumSize().width());
   const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
                                                    : layout()->totalSizeHint().height();

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QLocale>
 #include <QTemporaryDir>
+#include <QTranslator>
 #include <cstdio>
 
 #include "FakeBundle.h"
@@ -44,6 +45,34 @@ TEST_F(QtApplicationTest, TextsAreInTheUsersLanguage) {
 TEST_F(QtApplicationTest, LanguageWithoutTranslationGetsEnglish) {
   EXPECT_TRUE(inLanguage(QLocale::Finnish, "NETWORK_PRINTER_CONFIRMATION")
                   .starts_with("Download new firmware to the selected network printer?"));
+}
+
+// What Qt's own translation into such a language asks for.
+class FromRightToLeft final : public QTranslator {
+ public:
+  QString translate(const char*, const char* text, const char*, int) const override {
+    return QLatin1String(text) == QLatin1String("QT_LAYOUT_DIRECTION") ? "RTL" : QString();
+  }
+  bool isEmpty() const override { return false; }
+};
+
+TEST_F(QtApplicationTest, EnglishWindowsAreNotMirroredInAnArabicSession) {
+  QLocale::setDefault(QLocale(QLocale::Arabic));
+  const auto application = platform::makeQtApplication("test", mBundle);
+  FromRightToLeft translator;
+  QCoreApplication::installTranslator(&translator);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::LeftToRight);
+}
+
+TEST_F(QtApplicationTest, ArabicWindowsAreMirrored) {
+  mBundle.setResourcesDirectory(ARABIC_RESOURCES_DIR);
+  QLocale::setDefault(QLocale(QLocale::Arabic));
+  const auto application = platform::makeQtApplication("test", mBundle);
+  EXPECT_EQ(
+      application->strings().localizedString(Text::fromUtf8("NETWORK_PRINTER_CONFIRMATION")).utf8(),
+      "تحديث الطابعة؟");
+  EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
 }
 
 TEST_F(QtApplicationTest, KeyWithoutTextIsItsOwnText) {

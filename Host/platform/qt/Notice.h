@@ -1,0 +1,29 @@
+// A line in a window that says what a command lacks (a Notice there, promoted from QLabel): the
+// command in its dynamic property "selectionMissingFor" was issued with nothing selected in the
+// window's list. Hidden at first, with its place kept free. Owned by its window.
+#pragma once
+
+#include <QLabel>
+
+#include "platform/FourCharCode.h"
+
+namespace platform {
+
+class ListControl;
+
+class Notice : public QLabel {
+ public:
+  explicit Notice(QWidget* parent);
+
+  // Goes with the next selection in `list`, which the keyboard gets when it appears.
+  void watch(ListControl& list);
+
+  // To be called for each command that is issued in the window. Assistive technology reads the
+  // line out each time that it appears.
+  void noteCommand(FourCharCode command);
+
+ private:
+  ListControl* mList = nullptr;
+};
+
+}  // namespace platform
