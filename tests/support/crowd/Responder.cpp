@@ -199,9 +199,12 @@ void Responder::addWanted(std::size_t place, const dns::Question& question, Want
   const unsigned records = recordOfType(question.type);
   if (key(question.name) == key(serviceType())) {
     if ((records & kPointer) == 0) return;
-    for (const Member& member : mMembers) wanted[member.number()] |= kPointer;
+    for (const Member& member : mMembers) {
+      if (member.present) wanted[member.number()] |= kPointer;
+    }
   } else if (const auto number = memberCalled(question.name)) {
     const Member& member = mMembers[*number - 1];
+    if (!member.present) return;
     const std::string name = key(question.name);
     if (name == key(member.instance())) wanted[*number] |= records & (kLocation | kText);
     if (name == key(member.host(linkOf(place)))) wanted[*number] |= records & kAddresses;

@@ -108,16 +108,18 @@ class Program {
     for (const int descriptor : mSockets.descriptors()) watched.push_back({descriptor, POLLIN, 0});
     constexpr std::size_t kFirstSocket = 2;
     std::cout << "ready" << std::endl;
-    for (;;) {
+    while (!mEnding || mResponder.nextDue()) {
       poll(watched.data(), watched.size(), pause());
-      if (watched[0].revents != 0) break;
+      if (watched[0].revents != 0) {
+        withdrawAll();
+        watched[0].fd = -1;
+      }
       if (watched[1].revents != 0 && !readOrders()) watched[1].fd = -1;
       for (std::size_t i = kFirstSocket; i < watched.size(); ++i) {
         if (watched[i].revents != 0) receive(i - kFirstSocket);
       }
       sendDue();
     }
-    withdrawAll();
   }
 
  private:
@@ -164,17 +166,16 @@ class Program {
     return true;
   }
 
+  // The loop goes on until they have said so.
   void withdrawAll() {
-    const Time end = now();
-    for (unsigned number = 1; number <= mResponder.count(); ++number) {
-      mResponder.withdraw(mResponder.member(number), end);
-    }
-    sendDue();
+    mEnding = true;
+    obey(mResponder, "withdraw 1-" + std::to_string(mResponder.count()), now());
   }
 
   crowd::MulticastSockets mSockets;
   crowd::Responder mResponder;
   int mEnd;
+  bool mEnding = false;
   std::string mInput;
 };
 

@@ -238,8 +238,12 @@ TEST_F(ResponderTest, ServiceThatIsWithdrawnSaysGoodbyeAndIsSilent) {
   EXPECT_THAT(saidAfter(Time(0)),
               ElementsAre("12 Printer 0001 gone, 33 crowd-0001 gone, 16 Printer 0001 gone, "
                           "1 crowd-0001.10.100.0.1 gone, 28 crowd-0001 gone, "));
-  ask({{kType, dns::kTypePtr, dns::kClassIn}}, {known("Other 0002", 4500)});
+  ask({{kType, dns::kTypePtr, dns::kClassIn}, {kFirst, dns::kTypeSrv, dns::kClassIn}},
+      {known("Other 0002", 4500)});
   EXPECT_THAT(saidAfter(seconds(5)), IsEmpty());
+  ask({{kType, dns::kTypePtr, dns::kClassIn}, {kFirst, dns::kTypeSrv, dns::kClassIn}},
+      {known("Other 0002", 4500)});
+  EXPECT_EQ(responder.nextDue(), std::nullopt);
 }
 
 TEST_F(ResponderTest, SilentServiceTellsItsNameOnly) {
