@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "GiveBackAtExit.h"
 #include "LibusbResults.h"
 #include "SysfsAttribute.h"
 
@@ -18,9 +19,22 @@ namespace {
 // The kernel's name for a program that has claimed an interface.
 constexpr const char* kUserSpace = "usbfs";
 
+bool isDriverless(const UsbInterfaceDescription& interface) {
+  return interface.interfaceClass == LIBUSB_CLASS_PRINTER &&
+         readSysfsDriver(interface.directory).empty();
+}
+
+void connectDriverless(int node, const UsbDeviceDescription& description) {
+  for (const UsbInterfaceDescription& interface : description.interfaces) {
+    if (isDriverless(interface)) connectKernelDriver(node, interface.number);
+  }
+}
+
 }  // namespace
 
-OpenDevice::OpenDevice(int node, libusb_device_handle* handle) : mNode(node), mHandle(handle) {
+OpenDevice::OpenDevice(int node, libusb_device_handle* handle,
+                       const UsbDeviceDescription& description)
+    : mNode(node), mHandle(handle), mDescription(description) {
   // Printers belong to usblp until they are claimed, and again from their release on.
   libusb_set_auto_detach_kernel_driver(handle, 1);
 }
@@ -30,14 +44,20 @@ OpenDevice::~OpenDevice() { close(); }
 IOReturn OpenDevice::claim(std::uint8_t interface) {
   // libusb would let the same handle claim an interface twice.
   if (hasClaimed(interface)) return kIOReturnExclusiveAccess;
+  giveBackAtExit(mNode, interface);
   const IOReturn result = resultOfCall(libusb_claim_interface(mHandle, interface));
-  if (result == kIOReturnSuccess) mClaims.emplace(interface, nullptr);
+  if (result == kIOReturnSuccess) {
+    mClaims.emplace(interface, nullptr);
+  } else {
+    dropFromExit(mNode, interface);
+  }
   return result;
 }
 
 void OpenDevice::release(std::uint8_t interface) {
   if (mClaims.erase(interface) == 0) return;
   libusb_release_interface(mHandle, interface);
+  dropFromExit(mNode, interface);
 }
 
 void OpenDevice::setEnd(std::uint8_t interface, std::function<void()> end) {
@@ -54,6 +74,7 @@ void OpenDevice::close() {
   if (mHandle == nullptr) return;
   endTransfers();
   while (!mClaims.empty()) release(mClaims.begin()->first);
+  connectDriverless(mNode, mDescription);
   libusb_close(std::exchange(mHandle, nullptr));
   ::close(mNode);
 }
@@ -76,6 +97,8 @@ int AttachedDevice::openNode() const {
   return ::open(name.data(), O_RDWR | O_CLOEXEC);
 }
 
+// The descriptor is this program's own rather than libusb's, since it has to be known at the
+// program's end.
 IOReturn AttachedDevice::open(std::shared_ptr<OpenDevice>& opened) {
   if (mGone) return kIOReturnNoDevice;
   opened = mOpen.lock();
@@ -88,7 +111,7 @@ IOReturn AttachedDevice::open(std::shared_ptr<OpenDevice>& opened) {
     ::close(node);
     return result;
   }
-  opened = std::make_shared<OpenDevice>(node, handle);
+  opened = std::make_shared<OpenDevice>(node, handle, mDescription);
   mOpen = opened;
   return kIOReturnSuccess;
 }
@@ -121,6 +144,16 @@ IOReturn AttachedDevice::reset(const WholeDevice& opened) {
   if (result == LIBUSB_ERROR_NOT_FOUND) return kIOReturnSuccess;
   if (result == LIBUSB_SUCCESS) mContext->announceAnew(mDevice);
   return resultOfCall(result);
+}
+
+void AttachedDevice::connectKernelDrivers() const {
+  if (std::none_of(mDescription.interfaces.begin(), mDescription.interfaces.end(), isDriverless)) {
+    return;
+  }
+  const int node = openNode();
+  if (node < 0) return;
+  connectDriverless(node, mDescription);
+  ::close(node);
 }
 
 }  // namespace platform

@@ -16,11 +16,12 @@
 namespace platform {
 
 // The open device; closed with the last of its users, or at the end of the device, if that is
-// earlier. Claims one interface once.
+// earlier. Claims one interface once. The kernel's driver has an interface again from its release
+// on, or from the end of the program.
 class OpenDevice {
  public:
   // Takes over the descriptor of the device's node, and the handle on it.
-  OpenDevice(int node, libusb_device_handle* handle);
+  OpenDevice(int node, libusb_device_handle* handle, const UsbDeviceDescription& description);
   ~OpenDevice();
   OpenDevice(const OpenDevice&) = delete;
   OpenDevice& operator=(const OpenDevice&) = delete;
@@ -45,6 +46,7 @@ class OpenDevice {
  private:
   int mNode;
   libusb_device_handle* mHandle;
+  const UsbDeviceDescription& mDescription;
   std::map<std::uint8_t, std::function<void()>> mClaims;  // by interface, with what ends them
 };
 
@@ -73,6 +75,10 @@ class AttachedDevice {
 
   // Makes the device start over; it leaves, and comes back as another one.
   IOReturn reset(const WholeDevice& opened);
+
+  // Lets the kernel's drivers have the printer interfaces that nobody has, as a program leaves them
+  // that was killed. Quietly does nothing without a right on the device.
+  void connectKernelDrivers() const;
 
  private:
   bool isClaimedElsewhere(const OpenDevice& opened) const;

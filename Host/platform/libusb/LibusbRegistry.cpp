@@ -74,6 +74,7 @@ class LibusbRegistry : public UsbRegistry {
     const auto added =
         std::make_shared<MatchNotification>(owned->port(), matching, callback, refCon);
     addAttached(matching, *added);
+    connectKernelDrivers(matching);
     iterator = mObjects->add(added);
     added->setNumber(iterator);
     std::erase_if(mMatches, [](const auto& each) { return each.expired(); });
@@ -117,6 +118,15 @@ class LibusbRegistry : public UsbRegistry {
     for (const io_service_t entry : mDevices.entries()) {
       if (isMatchingEntry(entry, matching)) {
         iterator.add(ObjectReference::retain(mObjects, entry));
+      }
+    }
+  }
+
+  // What the program looks for may have been in its hands when it was killed.
+  void connectKernelDrivers(const MatchingDictionary& matching) const {
+    for (const io_service_t entry : mDevices.entries()) {
+      if (isMatchingEntry(entry, matching)) {
+        mObjects->find<DeviceEntry>(entry)->device()->connectKernelDrivers();
       }
     }
   }
