@@ -1,5 +1,6 @@
 # fw_add_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, each of its cases a test of CTest.
-# With LAUNCHER, the program is started by that command.
+# With LAUNCHER, the program is started by that command. A test that waits for a bus, a daemon, a window
+# or an emulated machine has the label "waits": it may need another try (tests/results), and no other.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(nlohmann_json REQUIRED)
