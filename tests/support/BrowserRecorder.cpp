@@ -57,7 +57,7 @@ void BrowserRecorder::resolved(platform::NetService* service, platform::StreamEr
   for (const platform::Data& address : *records) self.addresses.push_back(*address);
   self.firstAddress[self.name] = self.addresses.at(0);
   self.txtOf[self.name] = self.txt;
-  self.note("resolved " + self.name);
+  self.note("resolved " + self.name + (txtData == nullptr ? " without TXT" : ""));
 }
 
 void BrowserRecorder::look(platform::NetService* of) {

@@ -1,5 +1,6 @@
 // A browser of the program, and what it and its services were told, in words: "added Printer",
-// "removed Printer", "error", "resolved Printer", "failed Printer 10 -72007".
+// "removed Printer", "error", "resolved Printer", "resolved Printer without TXT", "failed Printer
+// 10 -72007".
 #pragma once
 
 #include <cstdint>

@@ -38,6 +38,7 @@ Announces the service NAME with the given TXT strings ("KEY=VALUE"; \xNN is a by
 
   --type TYPE       service type (_pdl-datastream._tcp)
   --port PORT       port number (9100)
+  --domain DOMAIN   is announced in this domain, which is named as one to browse (local)
   --no-ipv4         has no IPv4 at all: neither an address nor announcements
   --no-ipv6         has no IPv6 at all
   --no-address      never tells its address, so that it cannot be resolved
@@ -52,6 +53,7 @@ constexpr std::uint32_t kLongTimeToLive = 4500;
 
 struct Options {
   std::string type = "_pdl-datastream._tcp";
+  std::string domain = "local";
   std::uint16_t port = 9100;
   int noIPv4 = 0;
   int noIPv6 = 0;
@@ -82,6 +84,7 @@ Options parse(int argc, char** argv) {
   const option known[] = {
       {"type", required_argument, nullptr, 't'},
       {"port", required_argument, nullptr, 'p'},
+      {"domain", required_argument, nullptr, 'd'},
       {"no-ipv4", no_argument, &options.noIPv4, 1},
       {"no-ipv6", no_argument, &options.noIPv6, 1},
       {"no-address", no_argument, &options.noAddress, 1},
@@ -94,6 +97,7 @@ Options parse(int argc, char** argv) {
   for (int key; (key = getopt_long(argc, argv, "", known, nullptr)) != -1;) {
     if (key == '?') throw std::invalid_argument(kUsage);
     if (key == 'a') options.addressAfter = std::stoi(optarg);
+    if (key == 'd') options.domain = optarg;
     if (key == 't') options.type = optarg;
     if (key == 'p') options.port = static_cast<std::uint16_t>(std::stoi(optarg));
   }
@@ -160,11 +164,11 @@ class Announcer {
 
     char name[AVAHI_DOMAIN_NAME_MAX];
     check(avahi_service_name_join(name, sizeof name, mOptions.name.c_str(), mOptions.type.c_str(),
-                                  "local"));
-    AvahiRecord* pointer =
-        newRecord((mOptions.type + ".local").c_str(), AVAHI_DNS_TYPE_PTR, kLongTimeToLive);
-    pointer->data.ptr.name = avahi_strdup(name);
-    add(group, pointer, AvahiPublishFlags{});
+                                  mOptions.domain.c_str()));
+    addPointer(group, mOptions.type + "." + mOptions.domain, name);
+    if (mOptions.domain != "local") {
+      addPointer(group, "b._dns-sd._udp.local", mOptions.domain.c_str());
+    }
 
     AvahiRecord* location = newRecord(name, AVAHI_DNS_TYPE_SRV, kTimeToLive);
     location->data.srv = {0, 0, mOptions.port, avahi_strdup(mHost.c_str())};
@@ -178,6 +182,12 @@ class Announcer {
     }
     add(group, txt, uniqueFlags());
     check(avahi_s_entry_group_commit(group));
+  }
+
+  void addPointer(AvahiSEntryGroup* group, const std::string& from, const char* to) {
+    AvahiRecord* pointer = newRecord(from.c_str(), AVAHI_DNS_TYPE_PTR, kLongTimeToLive);
+    pointer->data.ptr.name = avahi_strdup(to);
+    add(group, pointer, AvahiPublishFlags{});
   }
 
   static AvahiRecord* newRecord(const char* name, std::uint16_t type, std::uint32_t timeToLive) {

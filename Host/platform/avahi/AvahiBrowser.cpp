@@ -1,5 +1,7 @@
 #include "platform/avahi/AvahiBrowser.h"
 
+#include <avahi-common/domain.h>
+
 #include <chrono>
 #include <utility>
 #include <vector>
@@ -12,12 +14,21 @@ namespace {
 // question has been answered as well, nothing is called gone.
 constexpr std::chrono::milliseconds kCarryOver{2000};
 
+// Ranks in the queue.
+constexpr unsigned kAskedFirst = 0;
+constexpr unsigned kAskedThen = 1;
+
 constexpr StreamError kUnknownError{kStreamErrorDomainNetServices, kNetServicesErrorUnknown};
 
 }  // namespace
 
-AvahiBrowser::AvahiBrowser(RunLoop& runLoop, Callback callback, void* info)
-    : mRunLoop(runLoop), mCallback(callback), mInfo(info), mDeferred(runLoop) {}
+AvahiBrowser::AvahiBrowser(RunLoop& runLoop, std::string askedFirst, Callback callback, void* info)
+    : mRunLoop(runLoop),
+      mAskedFirst(std::move(askedFirst)),
+      mCallback(callback),
+      mInfo(info),
+      mQueue(runLoop),
+      mDeferred(runLoop) {}
 
 AvahiBrowser::~AvahiBrowser() { stop(); }
 
@@ -29,14 +40,17 @@ void AvahiBrowser::schedule() {
 void AvahiBrowser::unschedule() { mScheduled = false; }
 
 bool AvahiBrowser::searchForServices(const Text& domain, const Text& type, StreamError* error) {
-  if (mValid && mChoice == nullptr && !type.isNull()) {
-    mType = type.utf8();
-    mDomain = domain.utf8();
-    if (start()) return true;
-    stop();
+  const std::string typeText(type.utf8());
+  if (!mValid || mChoice != nullptr || avahi_is_valid_service_type_strict(typeText.c_str()) == 0) {
+    if (error != nullptr) *error = kUnknownError;
+    return false;
   }
-  if (error != nullptr) *error = kUnknownError;
-  return false;
+  mType = typeText;
+  mDomain = domain.utf8();
+  mServices.clear();
+  mChoice = std::make_unique<ResponderChoice>(mRunLoop, *this);
+  mChoice->start();
+  return true;
 }
 
 void AvahiBrowser::stopSearch(StreamError*) { stop(); }
@@ -44,18 +58,6 @@ void AvahiBrowser::stopSearch(StreamError*) { stop(); }
 void AvahiBrowser::invalidate() {
   mValid = false;
   stop();
-}
-
-bool AvahiBrowser::start() {
-  mServices.clear();
-  mChoice = std::make_unique<ResponderChoice>(mRunLoop, *this);
-  if (mChoice->start() != nullptr) {
-    if (!browse()) mChoice->refused();
-    return mBrowse != nullptr;
-  }
-  if (!mChoice->canWait()) return false;
-  noResponder();
-  return true;
 }
 
 // The services stay as long as the browser, but nobody answers them any more.
@@ -72,17 +74,14 @@ void AvahiBrowser::stop() {
   mChoice.reset();
 }
 
-bool AvahiBrowser::browse() {
-  mBrowse = mChoice->current()->browse(mType, mDomain, *this);
-  return mBrowse != nullptr;
-}
-
 void AvahiBrowser::responderChanged(Responder* responder) {
   mBrowse.reset();
   mCarryOverTimer.reset();
   for (const auto& [name, service] : mServices) service->useResponder(responder);
   mCarryingOver = !mServices.empty();
-  if (responder != nullptr && !browse()) browsingFailed();
+  if (responder == nullptr) return;
+  mBrowse = std::make_unique<DomainBrowses>(*responder, mType, mDomain, *this);
+  if (!mBrowse->started()) browsingFailed();
 }
 
 void AvahiBrowser::noResponder() {
@@ -93,7 +92,7 @@ void AvahiBrowser::noResponder() {
 void AvahiBrowser::appeared(const ServiceName& service, Place place) {
   auto& known = mServices[service];
   if (known == nullptr) {
-    known = std::make_shared<AvahiService>(mRunLoop, service);
+    known = newService(service);
     known->useResponder(mChoice->current());
     tell({0, known});
   }
@@ -114,11 +113,26 @@ void AvahiBrowser::allForNow() {
   mCarryOverTimer = mRunLoop.startTimer(kCarryOver, false, [this] {
     mCarryOverTimer.reset();
     removeUnannounced();
+    for (const auto& [name, service] : mServices) service->confirm();
   });
 }
 
 void AvahiBrowser::browsingFailed() {
   mDeferred.post([this] { mChoice->refused(); });
+}
+
+std::shared_ptr<AvahiService> AvahiBrowser::newService(const ServiceName& name) {
+  const bool first = !mAskedFirst.empty() && name.name.find(mAskedFirst) != std::string::npos;
+  return std::make_shared<AvahiService>(mRunLoop, mQueue, name, first ? kAskedFirst : kAskedThen,
+                                        [this, name] { replace(name); });
+}
+
+void AvahiBrowser::replace(const ServiceName& name) {
+  auto& known = mServices.at(name);
+  const auto before = std::exchange(known, newService(name));
+  known->takePlaces(*before);
+  tell({kServiceFlagRemove, before});
+  tell({0, known});
 }
 
 void AvahiBrowser::removeUnannounced() {

@@ -1,7 +1,8 @@
 // A browser and its services. Avahi tells of a service once for each interface and protocol; the
 // product hears of its first appearance and its last disappearance. When another responder takes
 // over, what is known stays known: what the new one does not tell of in due time is reported as
-// removed, and only what is new as added.
+// removed, and only what is new as added. A service whose address has changed is reported as
+// removed and added.
 //
 // Everything is told from the run loop, never from inside one of Avahi's callbacks, so that the
 // product may destroy the browser from its own.
@@ -10,13 +11,14 @@
 #include <deque>
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
 #include "platform/avahi/AvahiService.h"
 #include "platform/avahi/DeferredCalls.h"
+#include "platform/avahi/DomainBrowses.h"
+#include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Responder.h"
 #include "platform/avahi/ResponderChoice.h"
 
@@ -26,7 +28,8 @@ class AvahiBrowser : public NetServiceBrowser,
                      public ResponderChoice::Listener,
                      public BrowseListener {
  public:
-  AvahiBrowser(RunLoop& runLoop, Callback callback, void* info);
+  // Services whose names contain `askedFirst` are the first in the queue, if it is not empty.
+  AvahiBrowser(RunLoop& runLoop, std::string askedFirst, Callback callback, void* info);
   ~AvahiBrowser() override;
 
   void schedule() override;
@@ -49,26 +52,28 @@ class AvahiBrowser : public NetServiceBrowser,
     std::shared_ptr<AvahiService> service;
   };
 
-  bool start();
-  bool browse();
+  std::shared_ptr<AvahiService> newService(const ServiceName& name);
+  void replace(const ServiceName& name);
   void removeUnannounced();
   void stop();
   void tell(Event event);
   void deliver();
 
   RunLoop& mRunLoop;
+  const std::string mAskedFirst;
   const Callback mCallback;
   void* const mInfo;
   bool mScheduled = false;
   bool mValid = true;
   std::string mType;
   std::string mDomain;
-  std::deque<Event> mEvents;  // not told yet
 
-  // In the order in which they depend on each other: services and the browse ask the responder.
+  // In the order in which they depend on each other: services ask the responder, by the queue.
+  QuestionQueue mQueue;
   std::unique_ptr<ResponderChoice> mChoice;
+  std::deque<Event> mEvents;  // not told yet
   std::map<ServiceName, std::shared_ptr<AvahiService>> mServices;
-  std::unique_ptr<Responder::Query> mBrowse;
+  std::unique_ptr<DomainBrowses> mBrowse;
 
   std::unique_ptr<RunLoop::Timer> mCarryOverTimer;
   bool mCarryingOver = false;

@@ -5,11 +5,29 @@
 #include <utility>
 
 namespace platform::avahi {
+namespace {
 
-AvahiService::AvahiService(RunLoop& runLoop, ServiceName name)
-    : mRunLoop(runLoop), mName(std::move(name)), mDeferred(runLoop) {}
+// As long as the program waits for a first address.
+constexpr double kConfirmationSeconds = 30;
+
+bool isSame(const Data& one, const Data& other) {
+  return one != nullptr && other != nullptr && *one == *other;
+}
+
+}  // namespace
+
+AvahiService::AvahiService(RunLoop& runLoop, QuestionQueue& queue, ServiceName name, unsigned rank,
+                           Moved moved)
+    : mRunLoop(runLoop),
+      mQueue(queue),
+      mName(std::move(name)),
+      mRank(rank),
+      mMoved(std::move(moved)),
+      mDeferred(runLoop) {}
 
 void AvahiService::useResponder(Responder* responder) {
+  mConfirmed = false;
+  mConfirmation.reset();
   mWhereabouts.places.clear();
   whereaboutsChanged();
   mWhereabouts.responder = responder;
@@ -20,11 +38,29 @@ void AvahiService::addPlace(Place place) {
 }
 
 void AvahiService::removePlace(Place place) {
-  if (mWhereabouts.places.erase(place) != 0) whereaboutsChanged();
+  if (mWhereabouts.places.erase(place) == 0) return;
+  whereaboutsChanged();
+  if (mWhereabouts.answered != place) return;
+  mConfirmed = false;
+  confirm();
+}
+
+void AvahiService::takePlaces(const AvahiService& from) {
+  mWhereabouts.responder = from.mWhereabouts.responder;
+  mWhereabouts.places = from.mWhereabouts.places;
 }
 
 void AvahiService::whereaboutsChanged() {
   if (mResolution != nullptr) mResolution->update();
+  if (mConfirmation != nullptr) mConfirmation->update();
+}
+
+void AvahiService::confirm() {
+  if (mConfirmed || !isAnnounced() || mResolved.address == nullptr) return;
+  if (mResolution != nullptr || mConfirmation != nullptr) return;
+  mConfirmation = std::make_unique<Resolution>(
+      mRunLoop, mQueue, mName, mWhereabouts, mRank + 1, kConfirmationSeconds,
+      [this](const Resolved* outcome, Place place) { confirmed(outcome, place); });
 }
 
 Text AvahiService::description() const {
@@ -61,9 +97,10 @@ bool AvahiService::resolveWithTimeout(double seconds, StreamError* error) {
     return false;
   }
   mOutcome.reset();
+  mConfirmation.reset();
   mResolution = std::make_unique<Resolution>(
-      mRunLoop, mName, mWhereabouts, seconds,
-      [this](const std::optional<Resolved>& outcome) { resolved(outcome); });
+      mRunLoop, mQueue, mName, mWhereabouts, mRank, seconds,
+      [this](const Resolved* outcome, Place place) { resolved(outcome, place); });
   return true;
 }
 
@@ -79,12 +116,24 @@ std::shared_ptr<const std::vector<Data>> AvahiService::addresses() const {
   return std::make_shared<const std::vector<Data>>(1, mResolved.address);
 }
 
-void AvahiService::resolved(const std::optional<Resolved>& outcome) {
-  if (outcome) mResolved = *outcome;
-  mOutcome = outcome ? StreamError{}
-                     : StreamError{kStreamErrorDomainNetServices, kNetServicesErrorTimeout};
+void AvahiService::resolved(const Resolved* outcome, Place place) {
+  if (outcome != nullptr) {
+    mResolved = *outcome;
+    mWhereabouts.answered = place;
+    mConfirmed = true;
+  }
+  mOutcome = outcome != nullptr
+                 ? StreamError{}
+                 : StreamError{kStreamErrorDomainNetServices, kNetServicesErrorTimeout};
   mResolution.reset();
   deliver();
+}
+
+void AvahiService::confirmed(const Resolved* outcome, Place place) {
+  mConfirmed = outcome != nullptr && isSame(outcome->address, mResolved.address);
+  mConfirmation.reset();
+  if (!mConfirmed) return mMoved();
+  mWhereabouts.answered = place;
 }
 
 // The client may cancel, or end this service with its browser.

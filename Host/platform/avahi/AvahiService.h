@@ -1,7 +1,9 @@
 // One service of a browser, wherever on the network it is announced. The browser owns it and tells
-// it of responders and places.
+// it of responders and places. The address that it was resolved to is that of one place: when this
+// place goes and others stay, or another responder took over, it has to be confirmed.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -9,21 +11,29 @@
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
 #include "platform/avahi/DeferredCalls.h"
+#include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Resolution.h"
 
 namespace platform::avahi {
 
 class AvahiService : public NetService {
  public:
-  AvahiService(RunLoop& runLoop, ServiceName name);
+  // What the service calls, from the run loop, when nobody has its address any more.
+  using Moved = std::function<void()>;
 
-  const ServiceName& serviceName() const { return mName; }
+  // `rank` is that of its questions in the queue, which must live longer.
+  AvahiService(RunLoop& runLoop, QuestionQueue& queue, ServiceName name, unsigned rank,
+               Moved moved);
 
   // The places that the old responder told of are forgotten. Null while there is none.
   void useResponder(Responder* responder);
   void addPlace(Place place);
   void removePlace(Place place);
+  void takePlaces(const AvahiService& from);
   bool isAnnounced() const { return !mWhereabouts.places.empty(); }
+
+  // Asks for the address again where it was not confirmed yet since the responder changed.
+  void confirm();
 
   Text description() const override;
   Text name() const override;
@@ -39,18 +49,24 @@ class AvahiService : public NetService {
 
  private:
   void whereaboutsChanged();
-  void resolved(const std::optional<Resolved>& outcome);
+  void resolved(const Resolved* outcome, Place place);
+  void confirmed(const Resolved* outcome, Place place);
   void deliver();
 
   RunLoop& mRunLoop;
+  QuestionQueue& mQueue;
   const ServiceName mName;
+  const unsigned mRank;
+  const Moved mMoved;
   Whereabouts mWhereabouts;
   Callback mCallback = nullptr;
   void* mInfo = nullptr;
   bool mScheduled = false;
   std::optional<StreamError> mOutcome;  // that the client has not been told yet
   Resolved mResolved;
-  std::unique_ptr<Resolution> mResolution;
+  bool mConfirmed = true;
+  std::unique_ptr<Resolution> mResolution;    // for the client
+  std::unique_ptr<Resolution> mConfirmation;  // for ourselves
   DeferredCalls mDeferred;
 };
 

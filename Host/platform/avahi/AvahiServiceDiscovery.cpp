@@ -1,5 +1,7 @@
 #include "platform/avahi/AvahiServiceDiscovery.h"
 
+#include <string>
+
 #include "platform/avahi/AvahiBrowser.h"
 
 namespace platform {
@@ -7,21 +9,24 @@ namespace {
 
 class AvahiServiceDiscovery : public ServiceDiscovery {
  public:
-  explicit AvahiServiceDiscovery(RunLoop& runLoop) : mRunLoop(runLoop) {}
+  AvahiServiceDiscovery(RunLoop& runLoop, const Text& askedFirst)
+      : mRunLoop(runLoop), mAskedFirst(askedFirst.utf8()) {}
 
   std::unique_ptr<NetServiceBrowser> createBrowser(NetServiceBrowser::Callback callback,
                                                    void* info) override {
-    return std::make_unique<avahi::AvahiBrowser>(mRunLoop, callback, info);
+    return std::make_unique<avahi::AvahiBrowser>(mRunLoop, mAskedFirst, callback, info);
   }
 
  private:
   RunLoop& mRunLoop;
+  const std::string mAskedFirst;
 };
 
 }  // namespace
 
-std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop) {
-  return std::make_unique<AvahiServiceDiscovery>(runLoop);
+std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop,
+                                                            const Text& askedFirst) {
+  return std::make_unique<AvahiServiceDiscovery>(runLoop, askedFirst);
 }
 
 }  // namespace platform

@@ -9,7 +9,9 @@
 
 namespace platform {
 
-// `runLoop` must outlive the browsers.
-std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop);
+// Where very many services are announced, those whose names contain `askedFirst` are resolved
+// before the others; it says nothing about which of them are. `runLoop` must outlive the browsers.
+std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop,
+                                                            const Text& askedFirst = {});
 
 }  // namespace platform

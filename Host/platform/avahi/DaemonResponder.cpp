@@ -1,95 +1,120 @@
 #include "platform/avahi/DaemonResponder.h"
 
-#include <avahi-client/client.h>
-#include <avahi-client/lookup.h>
-
+#include <string>
 #include <utility>
 
-#include "platform/avahi/AvahiQueries.h"
-#include "platform/avahi/Conversions.h"
+#include "platform/avahi/BusConnection.h"
+#include "platform/avahi/DaemonObjects.h"
+#include "platform/avahi/DaemonQueries.h"
 
 namespace platform::avahi {
 namespace {
 
-struct DaemonApi {
-  using Peer = AvahiClient;
-  using Browser = AvahiServiceBrowser;
-  using Resolver = AvahiServiceResolver;
-  static constexpr auto newBrowser = avahi_service_browser_new;
-  static constexpr auto freeBrowser = avahi_service_browser_free;
-  static constexpr auto newResolver = avahi_service_resolver_new;
-  static constexpr auto freeResolver = avahi_service_resolver_free;
+constexpr char kDaemonName[] = "org.freedesktop.Avahi";
 
-  // The daemon sends the strings in the order of its own list, which is the reverse.
-  static Data txtOf(AvahiStringList* strings) {
-    AvahiStringList* const inOrder = avahi_string_list_reverse(avahi_string_list_copy(strings));
-    Data txt = txtRecord(inOrder);
-    avahi_string_list_free(inOrder);
-    return txt;
+BusMessage newBusCall(const char* method, const char* argument) {
+  BusMessage message =
+      newMethodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, method);
+  if (message != nullptr) {
+    dbus_message_append_args(message.get(), DBUS_TYPE_STRING, &argument, DBUS_TYPE_INVALID);
   }
-};
+  return message;
+}
 
-class ClientResponder : public DaemonResponder {
+class BusResponder : public DaemonResponder, private BusConnection::Listener {
  public:
-  ClientResponder(const AvahiPollAdapter& poll, std::function<void()> stateChanged) {
-    // The first call back comes from inside avahi_client_new().
-    mClient = avahi_client_new(poll.api(), AVAHI_CLIENT_NO_FAIL, told, this, nullptr);
-    mStateChanged = std::move(stateChanged);
-  }
-  ~ClientResponder() override {
-    if (mClient != nullptr) avahi_client_free(mClient);
-  }
-  ClientResponder(const ClientResponder&) = delete;
-  ClientResponder& operator=(const ClientResponder&) = delete;
+  BusResponder(RunLoop& runLoop, std::function<void(State)> stateChanged)
+      : mStateChanged(std::move(stateChanged)), mBus(runLoop, *this) {}
 
-  bool connected() const { return mClient != nullptr; }
+  bool open() {
+    if (!mBus.open()) return false;
+    mBus.send(newBusCall("AddMatch",
+                         "type='signal',sender='org.freedesktop.DBus',"
+                         "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
+                         "arg0='org.freedesktop.Avahi'"));
+    mBus.call(newBusCall("GetNameOwner", kDaemonName), [this](DBusMessage* reply) {
+      const char* const owner = textOf(reply);
+      daemonIs(owner == nullptr ? "" : owner);
+    });
+    return true;
+  }
 
   State state() const override { return mState; }
 
   std::unique_ptr<Query> browse(const std::string& type, const std::string& domain,
                                 BrowseListener& listener) override {
-    return ask<BrowseQuery<DaemonApi>>(mClient, type, domain, listener);
+    return browseByDaemon(*mObjects, type, domain, listener);
   }
 
-  std::unique_ptr<Query> resolve(const ServiceName& service, Place place,
-                                 AvahiProtocol addressFamily, ResolveCallback callback) override {
-    return ask<ResolveQuery<DaemonApi>>(mClient, service, place, addressFamily,
-                                        std::move(callback));
+  std::unique_ptr<Query> browseDomains(DomainListener& listener) override {
+    return browseDomainsByDaemon(*mObjects, listener);
   }
+
+  std::unique_ptr<Query> resolve(const ServiceName& service, const Question& question,
+                                 ResolveCallback callback) override {
+    return resolveByDaemon(*mObjects, service, question, std::move(callback));
+  }
+
+  std::string defaultDomain() const override { return mDomain; }
 
  private:
-  static State stateFor(AvahiClientState state) {
-    switch (state) {
-      case AVAHI_CLIENT_CONNECTING:
-        return State::Waiting;
-      case AVAHI_CLIENT_FAILURE:
-        return State::Lost;
-      // The daemon browses also while it still settles its own host name.
-      case AVAHI_CLIENT_S_REGISTERING:
-      case AVAHI_CLIENT_S_RUNNING:
-      case AVAHI_CLIENT_S_COLLISION:
-        return State::Ready;
+  void signalled(DBusMessage* signal) override {
+    const char* name = nullptr;
+    const char* before = nullptr;
+    const char* after = nullptr;
+    if (!dbus_message_has_sender(signal, DBUS_SERVICE_DBUS)) {
+      if (mObjects != nullptr) mObjects->signalled(signal);
+    } else if (dbus_message_is_signal(signal, DBUS_INTERFACE_DBUS, "NameOwnerChanged") &&
+               dbus_message_get_args(signal, nullptr, DBUS_TYPE_STRING, &name, DBUS_TYPE_STRING,
+                                     &before, DBUS_TYPE_STRING, &after, DBUS_TYPE_INVALID) &&
+               name == std::string(kDaemonName)) {
+      daemonIs(after);
     }
-    return State::Lost;
   }
 
-  static void told(AvahiClient*, AvahiClientState state, void* userData) {
-    auto& self = *static_cast<ClientResponder*>(userData);
-    if (std::exchange(self.mState, stateFor(state)) == self.mState) return;
-    if (self.mStateChanged) self.mStateChanged();
+  void closed() override { become(State::Lost); }
+
+  // `owner` is the daemon's unique name on the bus, empty when there is none. One that does not
+  // answer, because it is stopped, is not ready.
+  void daemonIs(const std::string& owner) {
+    if (mState == State::Ready) return become(State::Lost);
+    mOwner = owner;
+    if (mOwner.empty()) return become(State::Absent);
+    become(State::Unknown);
+    mBus.call(newMethodCall(owner, "/", "org.freedesktop.Avahi.Server", "GetDomainName"),
+              [this, owner](DBusMessage* reply) {
+                if (owner == mOwner) daemonAnswered(reply);
+              });
   }
 
-  State mState = State::Waiting;
-  std::function<void()> mStateChanged;
-  AvahiClient* mClient = nullptr;
+  // One that talks to nobody like us is as good as none.
+  void daemonAnswered(DBusMessage* reply) {
+    const char* const domain = textOf(reply);
+    if (domain == nullptr) return become(State::Absent);
+    mDomain = domain;
+    mObjects = std::make_unique<DaemonObjects>(mBus, mOwner);
+    become(State::Ready);
+  }
+
+  void become(State state) {
+    if (mState == State::Lost || std::exchange(mState, state) == state) return;
+    mStateChanged(state);
+  }
+
+  State mState = State::Unknown;
+  const std::function<void(State)> mStateChanged;
+  std::string mOwner;
+  std::string mDomain;
+  BusConnection mBus;
+  std::unique_ptr<DaemonObjects> mObjects;
 };
 
 }  // namespace
 
-std::unique_ptr<DaemonResponder> connectToDaemon(const AvahiPollAdapter& poll,
-                                                 std::function<void()> stateChanged) {
-  auto responder = std::make_unique<ClientResponder>(poll, std::move(stateChanged));
-  return responder->connected() ? std::move(responder) : nullptr;
+std::unique_ptr<DaemonResponder> connectToDaemon(
+    RunLoop& runLoop, std::function<void(DaemonResponder::State)> stateChanged) {
+  auto responder = std::make_unique<BusResponder>(runLoop, std::move(stateChanged));
+  return responder->open() ? std::move(responder) : nullptr;
 }
 
 }  // namespace platform::avahi

@@ -6,22 +6,113 @@
 
 #include <utility>
 
-#include "platform/avahi/AvahiQueries.h"
 #include "platform/avahi/Conversions.h"
 
 namespace platform::avahi {
 namespace {
 
-struct CoreApi {
-  using Peer = AvahiServer;
-  using Browser = AvahiSServiceBrowser;
-  using Resolver = AvahiSServiceResolver;
-  static constexpr auto newBrowser = avahi_s_service_browser_new;
-  static constexpr auto freeBrowser = avahi_s_service_browser_free;
-  static constexpr auto newResolver = avahi_s_service_resolver_new;
-  static constexpr auto freeResolver = avahi_s_service_resolver_free;
-  static constexpr auto txtOf = txtRecord;
+// A question to the stack as an object.
+template <typename Object, void (*free)(Object*)>
+class CoreQuery : public Responder::Query {
+ public:
+  ~CoreQuery() override {
+    if (mObject != nullptr) free(mObject);
+  }
+  CoreQuery(const CoreQuery&) = delete;
+  CoreQuery& operator=(const CoreQuery&) = delete;
+
+  bool started() const { return mObject != nullptr; }
+
+ protected:
+  CoreQuery() = default;
+
+  Object* mObject = nullptr;
 };
+
+class BrowseQuery final : public CoreQuery<AvahiSServiceBrowser, avahi_s_service_browser_free> {
+ public:
+  BrowseQuery(AvahiServer* server, const std::string& type, const std::string& domain,
+              BrowseListener& listener) {
+    mObject = avahi_s_service_browser_new(server, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, type.c_str(),
+                                          domain.c_str(), AvahiLookupFlags{}, told, &listener);
+  }
+
+ private:
+  static void told(AvahiSServiceBrowser*, AvahiIfIndex interface, AvahiProtocol protocol,
+                   AvahiBrowserEvent event, const char* name, const char* type, const char* domain,
+                   AvahiLookupResultFlags, void* userData) {
+    auto& listener = *static_cast<BrowseListener*>(userData);
+    switch (event) {
+      case AVAHI_BROWSER_NEW:
+        return listener.appeared({name, type, domain}, {interface, protocol});
+      case AVAHI_BROWSER_REMOVE:
+        return listener.disappeared({name, type, domain}, {interface, protocol});
+      case AVAHI_BROWSER_ALL_FOR_NOW:
+        return listener.allForNow();
+      case AVAHI_BROWSER_FAILURE:
+        return listener.browsingFailed();
+      case AVAHI_BROWSER_CACHE_EXHAUSTED:
+        return;
+    }
+  }
+};
+
+class DomainQuery final : public CoreQuery<AvahiSDomainBrowser, avahi_s_domain_browser_free> {
+ public:
+  DomainQuery(AvahiServer* server, DomainListener& listener) {
+    mObject = avahi_s_domain_browser_new(server, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, nullptr,
+                                         AVAHI_DOMAIN_BROWSER_BROWSE, AvahiLookupFlags{}, told,
+                                         &listener);
+  }
+
+ private:
+  static void told(AvahiSDomainBrowser*, AvahiIfIndex, AvahiProtocol, AvahiBrowserEvent event,
+                   const char* domain, AvahiLookupResultFlags, void* userData) {
+    auto& listener = *static_cast<DomainListener*>(userData);
+    if (event == AVAHI_BROWSER_NEW) listener.domainAppeared(domain);
+    if (event == AVAHI_BROWSER_REMOVE) listener.domainDisappeared(domain);
+  }
+};
+
+// The stack takes every question; what it cannot answer it says later.
+class ResolveQuery final : public CoreQuery<AvahiSServiceResolver, avahi_s_service_resolver_free> {
+ public:
+  ResolveQuery(AvahiServer* server, const ServiceName& service, const Question& question,
+               Responder::ResolveCallback callback)
+      : mWantsTxt(question.wantsTxt), mCallback(std::move(callback)) {
+    mObject = avahi_s_service_resolver_new(
+        server, question.place.interface, question.place.protocol, service.name.c_str(),
+        service.type.c_str(), service.domain.c_str(), question.addressFamily,
+        mWantsTxt ? AvahiLookupFlags{} : AVAHI_LOOKUP_NO_TXT, told, this);
+    if (started()) mCallback(Responder::News::Accepted, {});
+  }
+
+ private:
+  static void told(AvahiSServiceResolver*, AvahiIfIndex interface, AvahiProtocol,
+                   AvahiResolverEvent event, const char*, const char*, const char*, const char*,
+                   const AvahiAddress* address, std::uint16_t port, AvahiStringList* txt,
+                   AvahiLookupResultFlags, void* userData) {
+    auto& self = *static_cast<ResolveQuery*>(userData);
+    if (std::exchange(self.mTold, true)) return;
+    if (event == AVAHI_RESOLVER_FOUND && address != nullptr) {
+      self.mCallback(Responder::News::Answered, {addressRecord(*address, port, interface),
+                                                 self.mWantsTxt ? txtRecord(txt) : nullptr});
+    } else {
+      self.mCallback(Responder::News::Refused, {});
+    }
+  }
+
+  const bool mWantsTxt;
+  const Responder::ResolveCallback mCallback;
+  bool mTold = false;
+};
+
+// A question that has been asked; null when it could not be.
+template <typename Query, typename... Arguments>
+std::unique_ptr<Responder::Query> ask(Arguments&&... arguments) {
+  auto query = std::make_unique<Query>(std::forward<Arguments>(arguments)...);
+  return query->started() ? std::move(query) : nullptr;
+}
 
 class CoreResponder : public Responder {
  public:
@@ -50,13 +141,19 @@ class CoreResponder : public Responder {
 
   std::unique_ptr<Query> browse(const std::string& type, const std::string& domain,
                                 BrowseListener& listener) override {
-    return ask<BrowseQuery<CoreApi>>(mServer, type, domain, listener);
+    return ask<BrowseQuery>(mServer, type, domain, listener);
   }
 
-  std::unique_ptr<Query> resolve(const ServiceName& service, Place place,
-                                 AvahiProtocol addressFamily, ResolveCallback callback) override {
-    return ask<ResolveQuery<CoreApi>>(mServer, service, place, addressFamily, std::move(callback));
+  std::unique_ptr<Query> browseDomains(DomainListener& listener) override {
+    return ask<DomainQuery>(mServer, listener);
   }
+
+  std::unique_ptr<Query> resolve(const ServiceName& service, const Question& question,
+                                 ResolveCallback callback) override {
+    return ask<ResolveQuery>(mServer, service, question, std::move(callback));
+  }
+
+  std::string defaultDomain() const override { return avahi_server_get_domain_name(mServer); }
 
  private:
   AvahiServer* mServer;

@@ -1,6 +1,9 @@
 #include "platform/avahi/Resolution.h"
 
-#include <chrono>
+#include <algorithm>
+#include <array>
+#include <tuple>
+#include <utility>
 
 namespace platform::avahi {
 namespace {
@@ -12,23 +15,37 @@ constexpr AvahiIfIndex kLoopbackInterface = 1;
 
 constexpr milliseconds kLoopbackDelay{100};
 
-// Between a question that failed and the next, so that one that fails at once is no busy loop.
-constexpr milliseconds kAgainDelay{100};
+// How long a place is asked. Nobody has an IPv4 address who has not told it in the first turns.
+constexpr milliseconds kFirstTurns{1000};
+constexpr int kFirstTurnCount = 5;
+constexpr milliseconds kLaterTurns{2000};
+
+// Between a question that was refused and the next; doubled each time.
+constexpr milliseconds kBackOff{100};
+constexpr int kMostDoublings = 5;
+
+// After the first turns these are asked in turn, beginning with the second.
+struct Kind {
+  AvahiProtocol addressFamily;
+  bool wantsTxt;
+};
+constexpr std::array<Kind, 3> kKinds{
+    {{AVAHI_PROTO_INET, true}, {AVAHI_PROTO_INET6, true}, {AVAHI_PROTO_UNSPEC, false}}};
+
+bool isLoopback(Place place) { return place.interface == kLoopbackInterface; }
 
 }  // namespace
 
-Resolution::Resolution(RunLoop& runLoop, const ServiceName& service, const Whereabouts& whereabouts,
-                       double seconds, Done done)
+Resolution::Resolution(RunLoop& runLoop, QuestionQueue& queue, const ServiceName& service,
+                       const Whereabouts& whereabouts, unsigned rank, double seconds, Done done)
     : mRunLoop(runLoop),
+      mQueue(queue),
       mService(service),
       mWhereabouts(whereabouts),
+      mRank(rank),
+      mSeconds(seconds),
       mDone(std::move(done)),
       mDeferred(runLoop) {
-  if (seconds > 0) {
-    const auto timeout =
-        std::chrono::duration_cast<milliseconds>(std::chrono::duration<double>(seconds));
-    mTimeout = mRunLoop.startTimer(timeout, false, [this] { finish(std::nullopt); });
-  }
   mLoopbackTimer = mRunLoop.startTimer(kLoopbackDelay, false, [this] {
     mLoopbackTimer.reset();
     update();
@@ -39,48 +56,104 @@ Resolution::Resolution(RunLoop& runLoop, const ServiceName& service, const Where
 Resolution::~Resolution() = default;
 
 void Resolution::update() {
-  std::erase_if(mQuestions, [this](const auto& asked) {
-    return !mWhereabouts.places.contains(asked.first.first);
-  });
-  for (const Place& place : mWhereabouts.places) {
-    for (const AvahiProtocol family : {AVAHI_PROTO_INET, AVAHI_PROTO_INET6}) {
-      const Question question{place, family};
-      if (isWanted(question) && !mQuestions.contains(question)) ask(question);
-    }
+  if (mQuestion && !mWhereabouts.places.contains(mQuestion->place)) drop();
+  if (mQuestion) return;
+  const auto mayBeAsked = [this](Place place) {
+    return !isLoopback(place) || mLoopbackTimer == nullptr;
+  };
+  const auto& places = mWhereabouts.places;
+  if (std::none_of(places.begin(), places.end(), mayBeAsked)) {
+    mTicket.reset();
+  } else if (mTicket == nullptr) {
+    const auto repeated = static_cast<unsigned>(mUnanswered + mRefused);
+    mTicket = mQueue.enter(mRank + repeated, [this] { ask(); });
   }
 }
 
-bool Resolution::isWanted(const Question& question) const {
-  const auto& [place, family] = question;
-  if (family == AVAHI_PROTO_INET6 && !mIPv6Too) return false;
-  return place.interface != kLoopbackInterface || mLoopbackTimer == nullptr;
+Question Resolution::nextQuestion() const {
+  const bool first = mUnanswered < kFirstTurnCount || mWithoutTxt;
+  const auto later = static_cast<std::size_t>(mUnanswered - kFirstTurnCount + 1);
+  const Kind kind = kKinds[first ? 0 : later % kKinds.size()];
+  const auto order = [&](Place place) {
+    const auto asked = mAsked.find({place, kind.addressFamily, kind.wantsTxt});
+    return std::tuple(asked == mAsked.end() ? 0 : asked->second, isLoopback(place),
+                      mWhereabouts.answered != place, place);
+  };
+  const Place place =
+      *std::min_element(mWhereabouts.places.begin(), mWhereabouts.places.end(),
+                        [&](Place one, Place other) { return order(one) < order(other); });
+  return {place, kind.addressFamily, kind.wantsTxt};
 }
 
-void Resolution::ask(const Question& question) {
-  auto query = mWhereabouts.responder->resolve(
-      mService, question.first, question.second,
-      [this, question](const std::optional<Resolved>& resolved) {
-        mDeferred.post([this, question, resolved] { answered(question, resolved); });
+void Resolution::ask() {
+  mQuestion = nextQuestion();
+  ++mAsked[*mQuestion];
+  mQuery = mWhereabouts.responder->resolve(
+      mService, *mQuestion, [this](Responder::News news, const Resolved& resolved) {
+        mDeferred.post([this, news, resolved] { told(news, resolved); });
       });
-  const bool asked = query != nullptr;
-  mQuestions[question] = std::move(query);
-  if (!asked) mDeferred.post([this, question] { answered(question, std::nullopt); });
+  if (mQuery == nullptr) mDeferred.post([this] { refused(); });
 }
 
-void Resolution::answered(const Question& question, const std::optional<Resolved>& resolved) {
-  if (resolved) return finish(resolved);
-  mQuestions.erase(question);
-  mIPv6Too = true;
-  if (mAgainTimer != nullptr) return;
-  mAgainTimer = mRunLoop.startTimer(kAgainDelay, false, [this] {
-    mAgainTimer.reset();
+void Resolution::told(Responder::News news, const Resolved& resolved) {
+  switch (news) {
+    case Responder::News::Accepted:
+      return accepted();
+    case Responder::News::Refused:
+      return refused();
+    case Responder::News::Answered:
+      return answered(resolved);
+  }
+}
+
+void Resolution::accepted() {
+  mRefused = 0;
+  if (mTimeout == nullptr && mSeconds > 0) {
+    const auto timeout =
+        std::chrono::duration_cast<milliseconds>(std::chrono::duration<double>(mSeconds));
+    mTimeout = mRunLoop.startTimer(timeout, false, [this] { finish(nullptr); });
+  }
+  mTurn = mRunLoop.startTimer(mUnanswered < kFirstTurnCount ? kFirstTurns : kLaterTurns, false,
+                              [this] { unanswered(); });
+}
+
+// It keeps its ticket meanwhile, so that a daemon that refuses is asked less.
+void Resolution::refused() {
+  mQuery.reset();
+  const milliseconds wait = kBackOff * (1 << std::min(mRefused, kMostDoublings));
+  ++mRefused;
+  mTurn = mRunLoop.startTimer(wait, false, [this] {
+    drop();
     update();
   });
 }
 
-void Resolution::finish(const std::optional<Resolved>& resolved) {
+void Resolution::answered(const Resolved& resolved) {
+  if (mQuestion->wantsTxt) return finish(&resolved);
+  mWithoutTxt = resolved;
+  drop();
+  update();
+}
+
+void Resolution::unanswered() {
+  ++mUnanswered;
+  if (mWithoutTxt && mQuestion->wantsTxt) return finish(&*mWithoutTxt);
+  drop();
+  update();
+}
+
+void Resolution::drop() {
+  mDeferred.cancel();
+  mTurn.reset();
+  mQuery.reset();
+  mQuestion.reset();
+  mTicket.reset();
+}
+
+void Resolution::finish(const Resolved* resolved) {
   const Done done = std::move(mDone);
-  done(resolved);
+  const Place place = mQuestion ? mQuestion->place : Place{};
+  done(resolved, place);
 }
 
 }  // namespace platform::avahi

@@ -1,22 +1,26 @@
-// One resolve in progress. It asks in all the places where the service is announced at once, and
-// the first answer counts. Avahi gives up on a question after a few seconds; it is asked again
-// until the product's own time-out.
+// One resolve in progress. It asks in one place at a time, when the queue lets it: where the
+// service was answered before, then in the others in turn; a place that has not answered within its
+// turn is asked again later. A refused question says nothing: it is repeated after a while, which
+// grows. The time-out counts from the first question that was accepted.
 //
-// An IPv4 address is wanted, since the program speaks no other protocol. Only when nobody has one
-// in the time of one question is IPv6 asked for as well, so that the printer is seen at least. An
-// announcement on the loopback interface has to wait a moment for a better one: a service of this
-// machine is announced there too, with an address that means nothing to anybody else.
+// An IPv4 address is wanted, since the program speaks no other protocol. Only when questions for it
+// have gone unanswered for some seconds is IPv6 asked for as well, so that the printer is seen at
+// least. Then, too, it is asked whether the service is there without a TXT record: if so, and a
+// last question for one is not answered, it has none. An announcement on the loopback interface has
+// to wait a moment for a better one: a service of this machine is announced there too, with an
+// address that means nothing to anybody else.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <set>
-#include <utility>
 
 #include "platform/RunLoop.h"
 #include "platform/avahi/DeferredCalls.h"
+#include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Responder.h"
 
 namespace platform::avahi {
@@ -25,16 +29,19 @@ namespace platform::avahi {
 struct Whereabouts {
   Responder* responder = nullptr;  // null while there is none
   std::set<Place> places;
+  std::optional<Place> answered;  // the last time that it was resolved
 };
 
 class Resolution {
  public:
-  // Nothing when the time is over. Called once, from the run loop; may destroy the resolution.
-  using Done = std::function<void(const std::optional<Resolved>& resolved)>;
+  // Null when the time is over, else with the place of the answer. Called once, from the run loop;
+  // may destroy the resolution.
+  using Done = std::function<void(const Resolved* resolved, Place place)>;
 
-  // `service` and `whereabouts` must live longer. No time-out if `seconds` is not positive.
-  Resolution(RunLoop& runLoop, const ServiceName& service, const Whereabouts& whereabouts,
-             double seconds, Done done);
+  // `rank` is that of the first question in the queue; each that is repeated has a higher one.
+  // What is referred to must live longer. No time-out if `seconds` is not positive.
+  Resolution(RunLoop& runLoop, QuestionQueue& queue, const ServiceName& service,
+             const Whereabouts& whereabouts, unsigned rank, double seconds, Done done);
   ~Resolution();
   Resolution(const Resolution&) = delete;
   Resolution& operator=(const Resolution&) = delete;
@@ -43,22 +50,37 @@ class Resolution {
   void update();
 
  private:
-  using Question = std::pair<Place, AvahiProtocol>;
-
-  bool isWanted(const Question& question) const;
-  void ask(const Question& question);
-  void answered(const Question& question, const std::optional<Resolved>& resolved);
-  void finish(const std::optional<Resolved>& resolved);
+  Question nextQuestion() const;
+  void ask();
+  void told(Responder::News news, const Resolved& resolved);
+  void accepted();
+  void refused();
+  void answered(const Resolved& resolved);
+  void unanswered();
+  void drop();
+  void finish(const Resolved* resolved);
 
   RunLoop& mRunLoop;
+  QuestionQueue& mQueue;
   const ServiceName& mService;
   const Whereabouts& mWhereabouts;
+  const unsigned mRank;
+  const double mSeconds;
   Done mDone;
-  bool mIPv6Too = false;
-  std::map<Question, std::unique_ptr<Responder::Query>> mQuestions;
+
+  std::map<Question, int> mAsked;  // how often
+  int mUnanswered = 0;             // turns
+  int mRefused = 0;                // in a row
+  std::optional<Resolved> mWithoutTxt;
+
+  // In the order in which they follow each other: the ticket, the question and the query.
+  std::unique_ptr<QuestionQueue::Ticket> mTicket;
+  std::optional<Question> mQuestion;
+  std::unique_ptr<Responder::Query> mQuery;
+
   std::unique_ptr<RunLoop::Timer> mTimeout;
+  std::unique_ptr<RunLoop::Timer> mTurn;           // of the question, or until it may be repeated
   std::unique_ptr<RunLoop::Timer> mLoopbackTimer;  // while loopback has to wait
-  std::unique_ptr<RunLoop::Timer> mAgainTimer;
   DeferredCalls mDeferred;
 };
 

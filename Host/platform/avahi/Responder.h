@@ -1,15 +1,15 @@
 // Who tells the program what is announced on the network: the host's daemon, or the stack in this
-// process. Both speak Avahi's language; this is the part of it that the program uses. Callbacks
-// come from Avahi, so they must not free the responder. Queries must go before their responder.
+// process. Both speak Avahi's language; this is the part of it that the program uses. Nothing here
+// waits for an answer. Callbacks come from Avahi, so they must not free the responder. Queries must
+// go before their responder.
 #pragma once
 
 #include <avahi-common/address.h>
 
+#include <compare>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
-#include <tuple>
 
 #include "platform/Data.h"
 
@@ -21,9 +21,7 @@ struct ServiceName {
   std::string type;
   std::string domain;
 
-  bool operator<(const ServiceName& other) const {
-    return std::tie(name, type, domain) < std::tie(other.name, other.type, other.domain);
-  }
+  auto operator<=>(const ServiceName&) const = default;
 };
 
 // Where a service is announced. One service may be announced in several places.
@@ -31,14 +29,21 @@ struct Place {
   AvahiIfIndex interface = AVAHI_IF_UNSPEC;
   AvahiProtocol protocol = AVAHI_PROTO_UNSPEC;
 
-  bool operator<(const Place& other) const {
-    return std::tie(interface, protocol) < std::tie(other.interface, other.protocol);
-  }
+  auto operator<=>(const Place&) const = default;
+};
+
+// What is asked of a service in one place.
+struct Question {
+  Place place;
+  AvahiProtocol addressFamily = AVAHI_PROTO_INET;
+  bool wantsTxt = true;  // otherwise a service without a TXT record answers, too
+
+  auto operator<=>(const Question&) const = default;
 };
 
 struct Resolved {
   Data address;  // a socket address record, see Network.h
-  Data txt;
+  Data txt;      // null when it was not asked for
 };
 
 class BrowseListener {
@@ -51,6 +56,14 @@ class BrowseListener {
   virtual void browsingFailed() = 0;
 };
 
+// A domain may be told of once for each place.
+class DomainListener {
+ public:
+  virtual ~DomainListener() = default;
+  virtual void domainAppeared(const std::string& domain) = 0;
+  virtual void domainDisappeared(const std::string& domain) = 0;
+};
+
 class Responder {
  public:
   // Destroying a query ends it: nothing is called afterwards. Not from inside its own callback.
@@ -59,18 +72,22 @@ class Responder {
     virtual ~Query() = default;
   };
 
-  // Nothing on failure; Avahi gives up after some seconds.
-  using ResolveCallback = std::function<void(const std::optional<Resolved>& resolved)>;
+  // A question is accepted, and then perhaps answered once; or it is refused, then or later, which
+  // says nothing about the service.
+  enum class News { Accepted, Refused, Answered };
+  using ResolveCallback = std::function<void(News news, const Resolved& resolved)>;
 
   virtual ~Responder() = default;
 
-  // Both return null on failure. An empty domain is the default one.
+  // The queries are null when they are refused at once.
   virtual std::unique_ptr<Query> browse(const std::string& type, const std::string& domain,
                                         BrowseListener& listener) = 0;
+  virtual std::unique_ptr<Query> browseDomains(DomainListener& listener) = 0;
+  virtual std::unique_ptr<Query> resolve(const ServiceName& service, const Question& question,
+                                         ResolveCallback callback) = 0;
 
-  // Asks for an address of one family. Only the first answer is told.
-  virtual std::unique_ptr<Query> resolve(const ServiceName& service, Place place,
-                                         AvahiProtocol addressFamily, ResolveCallback callback) = 0;
+  // The one to browse when none is named.
+  virtual std::string defaultDomain() const = 0;
 };
 
 }  // namespace platform::avahi

@@ -1,6 +1,7 @@
 #include "platform/avahi/ResponderChoice.h"
 
 #include <chrono>
+#include <utility>
 
 #include "platform/avahi/InProcessResponder.h"
 
@@ -10,7 +11,7 @@ namespace {
 // How long a daemon that has ended may take to return before the stack in this process takes over.
 constexpr std::chrono::milliseconds kDaemonReturn{3000};
 
-// How often a system bus that has gone is looked for.
+// How often a system bus that is not there is looked for.
 constexpr std::chrono::milliseconds kBusReturn{5000};
 
 }  // namespace
@@ -20,78 +21,89 @@ ResponderChoice::ResponderChoice(RunLoop& runLoop, Listener& listener)
 
 ResponderChoice::~ResponderChoice() = default;
 
-Responder* ResponderChoice::start() {
-  connect();
-  if (mDaemon != nullptr && mDaemon->state() == DaemonResponder::State::Ready) {
-    mCurrent = mDaemon.get();
-  } else {
-    mInProcess = startInProcessResponder(mPoll);
-    mCurrent = mInProcess.get();
-  }
-  return mCurrent;
+void ResponderChoice::start() {
+  mDeferred.post([this] { connect(); });
 }
 
 void ResponderChoice::refused() {
   if (mCurrent == nullptr) return;
-  if (mCurrent == mDaemon.get()) {
-    if (mDaemon->state() == DaemonResponder::State::Ready) useInProcess();
-  } else {
-    switchTo(nullptr);
-    mInProcess.reset();
-    mListener.noResponder();
-  }
+  if (mCurrent == mDaemon.get()) return useInProcess();
+  switchTo(nullptr);
+  mInProcess.reset();
+  nobody();
 }
 
 void ResponderChoice::connect() {
-  mDaemon = connectToDaemon(mPoll, [this] { mDeferred.post([this] { daemonChanged(); }); });
+  mDaemon = connectToDaemon(mRunLoop, [this](DaemonResponder::State state) {
+    mDeferred.post([this, state] { daemonChanged(state); });
+  });
+  if (mDaemon != nullptr) return waitForDaemon();
+  connectSoon();
+  noDaemon();
 }
 
 void ResponderChoice::connectSoon() {
   mReconnectTimer = mRunLoop.startTimer(kBusReturn, false, [this] {
     mReconnectTimer.reset();
     connect();
-    if (mDaemon == nullptr) return connectSoon();
-    daemonChanged();
   });
 }
 
-void ResponderChoice::daemonChanged() {
-  if (mDaemon == nullptr) return;
-  switch (mDaemon->state()) {
+void ResponderChoice::waitForDaemon() {
+  if (mCurrent != nullptr || mReturnTimer != nullptr) return;
+  mReturnTimer = mRunLoop.startTimer(kDaemonReturn, false, [this] { useInProcess(); });
+}
+
+void ResponderChoice::daemonChanged(DaemonResponder::State state) {
+  switch (state) {
     case DaemonResponder::State::Ready:
       return useDaemon();
     case DaemonResponder::State::Lost:
       return daemonLost();
-    case DaemonResponder::State::Waiting:
+    case DaemonResponder::State::Absent:
+      return noDaemon();
+    case DaemonResponder::State::Unknown:
       return;
   }
 }
 
+// A bus that has dropped us before it told of the daemon is left alone for a while.
 void ResponderChoice::daemonLost() {
-  if (mCurrent == mDaemon.get()) switchTo(nullptr);
-  connect();
-  if (mDaemon == nullptr) connectSoon();
-  if (mCurrent == nullptr) {
-    mReturnTimer = mRunLoop.startTimer(kDaemonReturn, false, [this] { useInProcess(); });
-  }
-  if (mDaemon != nullptr && mDaemon->state() == DaemonResponder::State::Ready) useDaemon();
+  const bool wasReady = mDaemonMayReturn;
+  if (mCurrent != nullptr && mCurrent == mDaemon.get()) switchTo(nullptr);
+  mDaemon.reset();
+  if (wasReady) return connect();
+  connectSoon();
+  noDaemon();
+}
+
+void ResponderChoice::noDaemon() {
+  if (mCurrent != nullptr) return;
+  if (mDaemonMayReturn) return waitForDaemon();
+  useInProcess();
 }
 
 void ResponderChoice::useDaemon() {
   mReturnTimer.reset();
-  if (mCurrent == mDaemon.get()) return;
+  mDaemonMayReturn = true;
   switchTo(mDaemon.get());
   mInProcess.reset();
 }
 
 void ResponderChoice::useInProcess() {
   mReturnTimer.reset();
+  mDaemonMayReturn = false;
   mInProcess = startInProcessResponder(mPoll);
   switchTo(mInProcess.get());
-  if (mInProcess == nullptr) mListener.noResponder();
+  if (mInProcess == nullptr) nobody();
+}
+
+void ResponderChoice::nobody() {
+  if (!std::exchange(mToldOfNobody, true)) mListener.noResponder();
 }
 
 void ResponderChoice::switchTo(Responder* responder) {
+  if (responder != nullptr) mToldOfNobody = false;
   mCurrent = responder;
   mListener.responderChanged(responder);
 }

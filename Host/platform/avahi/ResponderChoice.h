@@ -2,9 +2,11 @@
 // process. Owns both. The browser listens, and drops its queries to the old responder inside
 // responderChanged().
 //
-// When the program starts without a daemon, the stack in this process is there at once. When a
-// running daemon ends, it is given a moment to return first: most daemons that end are being
-// restarted, and one that tolerates no other stack could not start beside ours.
+// One rule holds at the start and later. The bus is connected to when the run loop is back, and
+// looked for again and again while there is none. Where the bus says that no daemon runs, the stack
+// in this process is there at once. A daemon that has ended is given a moment to return first: most
+// daemons that end are being restarted, and one that tolerates no other stack could not start
+// beside ours. A daemon or a bus that does not answer is given the same moment.
 #pragma once
 
 #include <memory>
@@ -33,11 +35,8 @@ class ResponderChoice {
   ResponderChoice(const ResponderChoice&) = delete;
   ResponderChoice& operator=(const ResponderChoice&) = delete;
 
-  // The listener is told only of what changes later. Null when there is none yet.
-  Responder* start();
-
-  // Whether a daemon may still come. Where there is no system bus, none will.
-  bool canWait() const { return mDaemon != nullptr; }
+  // There is no responder yet; the listener is told of the first one, too.
+  void start();
 
   Responder* current() const { return mCurrent; }
 
@@ -47,10 +46,13 @@ class ResponderChoice {
  private:
   void connect();
   void connectSoon();
-  void daemonChanged();
+  void waitForDaemon();
+  void daemonChanged(DaemonResponder::State state);
   void daemonLost();
+  void noDaemon();
   void useDaemon();
   void useInProcess();
+  void nobody();
   void switchTo(Responder* responder);
 
   RunLoop& mRunLoop;
@@ -59,6 +61,8 @@ class ResponderChoice {
   std::unique_ptr<DaemonResponder> mDaemon;
   std::unique_ptr<Responder> mInProcess;
   Responder* mCurrent = nullptr;
+  bool mDaemonMayReturn = false;
+  bool mToldOfNobody = false;
   std::unique_ptr<RunLoop::Timer> mReconnectTimer;
   std::unique_ptr<RunLoop::Timer> mReturnTimer;
   DeferredCalls mDeferred;

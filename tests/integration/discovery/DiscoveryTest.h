@@ -35,6 +35,14 @@ class DiscoveryTest : public testing::Test {
     privatenetwork::startDaemon({"[publish]", "disable-publishing=yes"});
   }
 
+  // SIGSTOP and SIGCONT to "avahi-daemon" or "bus".
+  static void signal(const std::string& process, const std::string& signal) {
+    ASSERT_EQ(
+        privatenetwork::run(
+            {"sh", "-c", "kill -" + signal + " $(cat /run/private-network/" + process + ".pid)"}),
+        0);
+  }
+
   // Returns when it is announced.
   static std::unique_ptr<Announcement> announce(
       const std::vector<std::string>& arguments,

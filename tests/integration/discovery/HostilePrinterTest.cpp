@@ -13,6 +13,15 @@ class HostilePrinterTest : public DiscoveryTest, public testing::WithParamInterf
     if (GetParam()) startDaemon();
   }
 
+  // Returns when somebody listens, since packets are sent once.
+  void search() {
+    DiscoveryTest::search();
+    const auto listens = [] {
+      return privatenetwork::run({"grep", "--quiet", ":14E9 ", "/proc/net/udp"}) == 0;
+    };
+    ASSERT_TRUE(runLoop.runUntil(listens));
+  }
+
   // Whatever the packet said, other printers are found and lost as ever.
   void expectDiscoveryGoesOn() {
     auto printer = announce({"Printer"});

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <memory>
 
+#include "Branding.h"
 #include "FirmwareDownloader.h"
 #include "Log.h"
 #include "LogOptions.h"
@@ -61,7 +62,8 @@ class Host {
         mApplication(
             platform::makeQtApplication("fwupdate", *logSurfaces.bundle, &reportNoDisplay)),
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
-        mServices(platform::makeAvahiServiceDiscovery(mApplication->runLoop())),
+        mServices(
+            platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
         mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {}
 
   platform::Platform surfaces() const {

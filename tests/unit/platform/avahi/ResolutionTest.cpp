@@ -1,89 +1,29 @@
 // When a resolve asks whom for what, with a responder and a clock that a test turns by hand.
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "FakeResponder.h"
 #include "FakeRunLoop.h"
 #include "platform/avahi/Resolution.h"
 
 namespace {
 
 using platform::avahi::Place;
+using platform::avahi::QuestionQueue;
 using platform::avahi::Resolution;
 using platform::avahi::Resolved;
-using platform::avahi::Responder;
 using platform::avahi::ServiceName;
 using platform::avahi::Whereabouts;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 using Lines = std::vector<std::string>;
-
-// Questions are written as "net2/4 for 4": interface, protocol and address family.
-class FakeResponder : public Responder {
- public:
-  std::unique_ptr<Query> browse(const std::string&, const std::string&,
-                                platform::avahi::BrowseListener&) override {
-    return nullptr;
-  }
-
-  std::unique_ptr<Query> resolve(const ServiceName& service, Place place,
-                                 AvahiProtocol addressFamily, ResolveCallback callback) override {
-    EXPECT_EQ(service.name, "Printer");
-    ++asked;
-    if (refuses) return nullptr;
-    return std::make_unique<Question>(*this, text(place, addressFamily), std::move(callback));
-  }
-
-  Lines questions() const {
-    Lines lines;
-    for (const Question* question : mQuestions) lines.push_back(question->text);
-    return lines;
-  }
-
-  void answer(const std::string& question, const std::optional<Resolved>& resolved) {
-    const auto hasText = [&](const Question* open) { return open->text == question; };
-    const auto found = std::find_if(mQuestions.begin(), mQuestions.end(), hasText);
-    ASSERT_NE(found, mQuestions.end()) << question;
-    (*found)->callback(resolved);
-  }
-
-  bool refuses = false;
-  int asked = 0;
-
- private:
-  struct Question : Query {
-    Question(FakeResponder& of, std::string words, ResolveCallback told)
-        : text(std::move(words)), callback(std::move(told)), mOf(of) {
-      mOf.mQuestions.push_back(this);
-    }
-    ~Question() override { std::erase(mOf.mQuestions, this); }
-    Question(const Question&) = delete;
-    Question& operator=(const Question&) = delete;
-
-    const std::string text;
-    const ResolveCallback callback;
-
-   private:
-    FakeResponder& mOf;
-  };
-
-  static std::string text(Place place, AvahiProtocol family) {
-    const auto shown = [](AvahiProtocol protocol) {
-      return std::string(protocol == AVAHI_PROTO_INET ? "4" : "6");
-    };
-    return "net" + std::to_string(place.interface) + "/" + shown(place.protocol) + " for " +
-           shown(family);
-  }
-
-  std::vector<Question*> mQuestions;
-};
 
 class ResolutionTest : public testing::Test {
  protected:
@@ -93,12 +33,18 @@ class ResolutionTest : public testing::Test {
   static constexpr Place kLoopback{1, AVAHI_PROTO_INET};
 
   void start(std::set<Place> places, double timeout = 30) {
-    whereabouts = {&responder, std::move(places)};
-    resolution.emplace(runLoop, service, whereabouts, timeout,
-                       [this](const std::optional<Resolved>& resolved) {
-                         outcomes.push_back(resolved ? "resolved" : "timed out");
-                         resolution.reset();
-                       });
+    whereabouts.responder = &responder;
+    whereabouts.places = std::move(places);
+    resolution = std::make_unique<Resolution>(
+        runLoop, queue, service, whereabouts, 0, timeout,
+        [this](const Resolved* resolved, Place place) {
+          outcomes.push_back(resolved == nullptr ? "timed out"
+                             : resolved->txt == nullptr
+                                 ? "no TXT"
+                                 : "resolved on net" + std::to_string(place.interface));
+          resolution.reset();
+        });
+    runLoop.runAllLater();
   }
 
   void pass(milliseconds time) {
@@ -106,126 +52,212 @@ class ResolutionTest : public testing::Test {
     runLoop.runAllLater();
   }
 
-  void answer(const std::string& question, const std::optional<Resolved>& resolved) {
-    responder.answer(question, resolved);
-    EXPECT_THAT(outcomes, IsEmpty());  // never from inside the answer
+  void accept(const std::string& question) {
+    responder.accept(question);
     runLoop.runAllLater();
   }
 
+  void refuse(const std::string& question) {
+    responder.refuse(question);
+    runLoop.runAllLater();
+  }
+
+  void answer(const std::string& question, const Resolved& resolved = {nullptr, kTxt}) {
+    const std::size_t before = outcomes.size();
+    responder.answer(question, resolved);
+    EXPECT_EQ(outcomes.size(), before);  // never from inside the answer
+    runLoop.runAllLater();
+  }
+
+  // Accepts what is asked and lets its turn pass, so many times.
+  void leaveUnanswered(int turns, milliseconds turn = seconds(1)) {
+    for (int i = 0; i < turns; ++i) {
+      ASSERT_EQ(responder.questions().size(), 1u);
+      accept(responder.questions().front());
+      pass(turn);
+    }
+  }
+
+  static inline const platform::Data kTxt = platform::makeData({0});
+
   FakeRunLoop runLoop;
   FakeResponder responder;
+  QuestionQueue queue{runLoop};
   const ServiceName service{"Printer", "_pdl-datastream._tcp", "local"};
   Whereabouts whereabouts;
-  std::optional<Resolution> resolution;
+  std::unique_ptr<Resolution> resolution;
   Lines outcomes;
 };
 
-TEST_F(ResolutionTest, EveryPlaceIsAskedForAnIPv4Address) {
+TEST_F(ResolutionTest, OnePlaceAtATimeIsAskedForAnIPv4Address) {
   start({kNet2IPv4, kNet2IPv6, kNet3IPv4});
-  EXPECT_THAT(responder.questions(),
-              UnorderedElementsAre("net2/4 for 4", "net2/6 for 4", "net3/4 for 4"));
+  EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 4"));
+  leaveUnanswered(4);
+  EXPECT_THAT(responder.asked, ElementsAre("net2/4 for 4", "net2/6 for 4", "net3/4 for 4",
+                                           "net2/4 for 4", "net2/6 for 4"));
+  EXPECT_THAT(responder.questions(), ElementsAre("net2/6 for 4"));
 }
 
-TEST_F(ResolutionTest, FirstAnswerEndsAllQuestions) {
-  start({kNet2IPv4, kNet2IPv6});
-  answer("net2/6 for 4", Resolved{});
-  EXPECT_THAT(outcomes, ElementsAre("resolved"));
+TEST_F(ResolutionTest, PlaceThatAnsweredBeforeIsAskedFirst) {
+  whereabouts.answered = kNet3IPv4;
+  start({kNet2IPv4, kNet2IPv6, kNet3IPv4});
+  EXPECT_THAT(responder.questions(), ElementsAre("net3/4 for 4"));
+}
+
+TEST_F(ResolutionTest, AnswerEndsTheResolutionAndNamesItsPlace) {
+  start({kNet2IPv4, kNet3IPv4});
+  leaveUnanswered(1);
+  accept("net3/4 for 4");
+  answer("net3/4 for 4");
+  EXPECT_THAT(outcomes, ElementsAre("resolved on net3"));
   EXPECT_THAT(responder.questions(), IsEmpty());
   EXPECT_EQ(runLoop.timers(), 0u);
 }
 
-TEST_F(ResolutionTest, SecondAnswerOfTheSameMomentIsIgnored) {
-  start({kNet2IPv4, kNet2IPv6});
-  responder.answer("net2/4 for 4", Resolved{});
-  responder.answer("net2/6 for 4", Resolved{});
-  runLoop.runAllLater();
-  EXPECT_THAT(outcomes, ElementsAre("resolved"));
-}
-
-TEST_F(ResolutionTest, FailedQuestionIsAskedAgainAndIPv6Too) {
+TEST_F(ResolutionTest, IPv6IsAskedForWhenFiveTurnsWereUnanswered) {
   start({kNet2IPv4});
-  answer("net2/4 for 4", std::nullopt);
-  EXPECT_THAT(responder.questions(), IsEmpty());
-  pass(milliseconds(99));
-  EXPECT_THAT(responder.questions(), IsEmpty());
+  leaveUnanswered(4);
+  accept("net2/4 for 4");
+  pass(milliseconds(999));
+  EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 4"));
   pass(milliseconds(1));
-  EXPECT_THAT(responder.questions(), UnorderedElementsAre("net2/4 for 4", "net2/4 for 6"));
-  answer("net2/4 for 6", Resolved{});
-  EXPECT_THAT(outcomes, ElementsAre("resolved"));
+  EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 6"));
+  answer("net2/4 for 6");
+  EXPECT_THAT(outcomes, ElementsAre("resolved on net2"));
 }
 
-TEST_F(ResolutionTest, QuestionsThatAreStillOpenStayOpen) {
-  start({kNet2IPv4, kNet3IPv4});
-  answer("net2/4 for 4", std::nullopt);
-  EXPECT_THAT(responder.questions(), ElementsAre("net3/4 for 4"));
-  pass(milliseconds(100));
-  EXPECT_EQ(responder.asked, 5);
+TEST_F(ResolutionTest, RefusalDoesNotLetIPv6BeAsked) {
+  start({kNet2IPv4});
+  for (int i = 0; i < 20; ++i) {
+    refuse("net2/4 for 4");
+    pass(milliseconds(3200));
+  }
+  leaveUnanswered(4);
+  EXPECT_THAT(responder.asked, testing::Each("net2/4 for 4"));
 }
 
-TEST_F(ResolutionTest, RefusedQuestionIsNoBusyLoop) {
+TEST_F(ResolutionTest, RefusedQuestionIsAskedAgainAfterAGrowingWhile) {
   responder.refuses = true;
   start({kNet2IPv4});
-  runLoop.runAllLater();
-  EXPECT_EQ(responder.asked, 1);
-  pass(milliseconds(100));
-  EXPECT_EQ(responder.asked, 3);
+  EXPECT_EQ(responder.asked.size(), 1u);
+  std::size_t asked = 1;
+  for (const int wait : {100, 200, 400, 800, 1600, 3200, 3200}) {
+    pass(milliseconds(wait - 1));
+    EXPECT_EQ(responder.asked.size(), asked);
+    pass(milliseconds(1));
+    EXPECT_EQ(responder.asked.size(), ++asked);
+  }
   responder.refuses = false;
+  pass(milliseconds(3200));
+  accept("net2/4 for 4");
+  refuse("net2/4 for 4");
   pass(milliseconds(100));
-  EXPECT_EQ(responder.questions().size(), 2u);
+  EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 4"));
 }
 
-TEST_F(ResolutionTest, QuestionsAreRenewedUntilTheTimeIsOver) {
+TEST_F(ResolutionTest, TimeOutCountsFromTheFirstAcceptedQuestion) {
   start({kNet2IPv4});
-  for (int i = 0; i < 5; ++i) {
-    pass(seconds(5));
-    answer("net2/4 for 4", std::nullopt);
-    pass(milliseconds(100));
-  }
-  pass(milliseconds(4499));
+  pass(std::chrono::minutes(5));
+  refuse("net2/4 for 4");
+  pass(milliseconds(100));
+  accept("net2/4 for 4");
+  pass(milliseconds(29999));
   EXPECT_THAT(outcomes, IsEmpty());
-  EXPECT_EQ(responder.questions().size(), 2u);
   pass(milliseconds(1));
   EXPECT_THAT(outcomes, ElementsAre("timed out"));
   EXPECT_THAT(responder.questions(), IsEmpty());
   EXPECT_EQ(runLoop.timers(), 0u);
 }
 
-TEST_F(ResolutionTest, TimeOutCountsAlsoWithoutResponder) {
-  resolution.emplace(runLoop, service, whereabouts, 30, [this](const auto& resolved) {
-    outcomes.push_back(resolved ? "resolved" : "timed out");
-  });
-  pass(seconds(30));
+TEST_F(ResolutionTest, LaterQuestionsDoNotRestartTheTimeOut) {
+  start({kNet2IPv4});
+  leaveUnanswered(5);
+  leaveUnanswered(12, seconds(2));
+  accept(responder.questions().front());
+  EXPECT_THAT(outcomes, IsEmpty());
+  pass(seconds(1));
   EXPECT_THAT(outcomes, ElementsAre("timed out"));
 }
 
 TEST_F(ResolutionTest, NoTimeOutIsNoEnd) {
   start({kNet2IPv4}, 0);
+  accept("net2/4 for 4");
   pass(std::chrono::hours(1));
   EXPECT_THAT(outcomes, IsEmpty());
 }
 
-TEST_F(ResolutionTest, LoopbackIsAskedAfterTheOthers) {
-  start({kLoopback, kNet2IPv4});
+TEST_F(ResolutionTest, ServiceWithoutTxtRecordIsToldWhenNoneComes) {
+  start({kNet2IPv4});
+  leaveUnanswered(5);
+  leaveUnanswered(1, seconds(2));
+  EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for any without TXT"));
+  answer("net2/4 for any without TXT", {});
+  EXPECT_THAT(outcomes, IsEmpty());
   EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 4"));
+  leaveUnanswered(1, seconds(2));
+  EXPECT_THAT(outcomes, ElementsAre("no TXT"));
+}
+
+TEST_F(ResolutionTest, TxtRecordThatComesLateIsStillTaken) {
+  start({kNet2IPv4});
+  leaveUnanswered(5);
+  leaveUnanswered(1, seconds(2));
+  answer("net2/4 for any without TXT", {});
+  answer("net2/4 for 4");
+  EXPECT_THAT(outcomes, ElementsAre("resolved on net2"));
+}
+
+TEST_F(ResolutionTest, KindsOfQuestionsTakeTurnsInTheEnd) {
+  start({kNet2IPv4});
+  leaveUnanswered(5);
+  responder.asked.clear();
+  leaveUnanswered(4, seconds(2));
+  EXPECT_THAT(responder.asked, ElementsAre("net2/4 for any without TXT", "net2/4 for 4",
+                                           "net2/4 for 6", "net2/4 for any without TXT"));
+}
+
+TEST_F(ResolutionTest, LoopbackIsAskedWhenNothingElseComesInTime) {
+  start({kLoopback});
+  EXPECT_THAT(responder.questions(), IsEmpty());
   pass(milliseconds(99));
-  EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 4"));
+  EXPECT_THAT(responder.questions(), IsEmpty());
   pass(milliseconds(1));
-  EXPECT_THAT(responder.questions(), UnorderedElementsAre("net1/4 for 4", "net2/4 for 4"));
+  EXPECT_THAT(responder.questions(), ElementsAre("net1/4 for 4"));
+}
+
+TEST_F(ResolutionTest, LoopbackIsAskedAfterTheOthers) {
+  start({kLoopback, kNet2IPv4, kNet3IPv4});
+  leaveUnanswered(2);
+  EXPECT_THAT(responder.asked, ElementsAre("net2/4 for 4", "net3/4 for 4", "net1/4 for 4"));
 }
 
 TEST_F(ResolutionTest, PlaceThatIsAddedIsAsked) {
-  start({kNet2IPv4});
+  start({});
   whereabouts.places.insert(kNet3IPv4);
   resolution->update();
-  EXPECT_THAT(responder.questions(), UnorderedElementsAre("net2/4 for 4", "net3/4 for 4"));
-  EXPECT_EQ(responder.asked, 2);
+  runLoop.runAllLater();
+  EXPECT_THAT(responder.questions(), ElementsAre("net3/4 for 4"));
 }
 
 TEST_F(ResolutionTest, PlaceThatIsGoneIsNotAskedAnyMore) {
   start({kNet2IPv4, kNet3IPv4});
+  accept("net2/4 for 4");
   whereabouts.places.erase(kNet2IPv4);
   resolution->update();
+  EXPECT_THAT(responder.questions(), IsEmpty());
+  runLoop.runAllLater();
   EXPECT_THAT(responder.questions(), ElementsAre("net3/4 for 4"));
+}
+
+TEST_F(ResolutionTest, ServiceThatIsNowhereLeavesTheQueue) {
+  whereabouts.responder = &responder;
+  whereabouts.places = {kNet2IPv4};
+  resolution = std::make_unique<Resolution>(runLoop, queue, service, whereabouts, 0, 30,
+                                            [](const Resolved*, Place) {});
+  whereabouts.places.clear();
+  resolution->update();
+  runLoop.runAllLater();
+  EXPECT_THAT(responder.asked, IsEmpty());
 }
 
 TEST_F(ResolutionTest, NewResponderIsAskedInTheSamePlaces) {
@@ -234,21 +266,32 @@ TEST_F(ResolutionTest, NewResponderIsAskedInTheSamePlaces) {
   resolution->update();
   EXPECT_THAT(responder.questions(), IsEmpty());
   FakeResponder other;
-  whereabouts = {&other, {kNet2IPv4}};
+  whereabouts.responder = &other;
+  whereabouts.places = {kNet2IPv4};
   resolution->update();
-  EXPECT_THAT(other.questions(), ElementsAre("net2/4 for 4"));
-  other.answer("net2/4 for 4", Resolved{});
   runLoop.runAllLater();
-  EXPECT_THAT(outcomes, ElementsAre("resolved"));
+  EXPECT_THAT(other.questions(), ElementsAre("net2/4 for 4"));
+  other.answer("net2/4 for 4", {nullptr, kTxt});
+  runLoop.runAllLater();
+  EXPECT_THAT(outcomes, ElementsAre("resolved on net2"));
 }
 
 TEST_F(ResolutionTest, AnswerOfTheLastMomentIsDroppedWithTheResolution) {
   start({kNet2IPv4});
-  responder.answer("net2/4 for 4", Resolved{});
+  responder.answer("net2/4 for 4");
   resolution.reset();
   runLoop.runAllLater();
   EXPECT_THAT(outcomes, IsEmpty());
   EXPECT_EQ(runLoop.timers(), 0u);
+}
+
+TEST_F(ResolutionTest, AnswerFromAPlaceThatHasJustGoneIsDropped) {
+  start({kNet2IPv4, kNet3IPv4});
+  responder.answer("net2/4 for 4", {nullptr, kTxt});
+  whereabouts.places.erase(kNet2IPv4);
+  resolution->update();
+  runLoop.runAllLater();
+  EXPECT_THAT(outcomes, IsEmpty());
 }
 
 }  // namespace
