@@ -19,6 +19,8 @@ class Appearance : public DesktopTest {
 
   // Question and progress, with a picture of each.
   void walkThrough(const std::string& name) {
+    press("ctrl+d");
+    waitForNotice();
     keepPicture(name + "-1-list");
     askForUpdate("Office");
     keepPicture(name + "-2-question");
@@ -27,6 +29,10 @@ class Appearance : public DesktopTest {
     keepPicture(name + "-3-progress");
     button("Close");
     keepPicture(name + "-4-failed");
+  }
+
+  void waitForNotice() {
+    EXPECT_TRUE(desktop::findNode(program().pid(), "alert", "Select a printer first.", 20s));
   }
 };
 
@@ -106,9 +112,7 @@ TEST_F(Appearance, DownloadWithoutASelectionSaysWhatIsMissing) {
   startProgram();
   cell("Office");
   press("ctrl+d");
-  const auto alert = desktop::findNode(program().pid(), "alert", "Select a printer first.", 20s);
-  ASSERT_TRUE(alert);
-  keepPicture("asked");
+  waitForNotice();
   EXPECT_EQ(timesLogged("Failed to download firmware: Invalid list selection"), 1u);
   press("Down");
   enabledButton("Download");

@@ -21,6 +21,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr unsigned long kBackground = 0x6d7f8c;
+constexpr auto kPatience = 20s;
 
 // Sockets are made in here, whose paths must be short.
 std::filesystem::path makeRuntimeDirectory() {
@@ -60,6 +61,21 @@ std::optional<Window> findWindow(Display* display, Window parent, std::string_vi
   return std::nullopt;
 }
 
+// The first number of a property; none when the window does not have it.
+std::optional<long> property(Display* display, Window window, const char* name) {
+  Atom type = 0;
+  int format = 0;
+  unsigned long items = 0;
+  unsigned long rest = 0;
+  unsigned char* value = nullptr;
+  XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 1, False,
+                     AnyPropertyType, &type, &format, &items, &rest, &value);
+  std::optional<long> number;
+  if (value && format == 32 && items == 1) number = *reinterpret_cast<const long*>(value);
+  if (value) XFree(value);
+  return number;
+}
+
 // Windows come and go while they are looked at; an error about one that is gone is no failure.
 int ignoreError(Display*, XErrorEvent*) { return 0; }
 
@@ -70,23 +86,7 @@ VirtualDesktop::VirtualDesktop(const std::filesystem::path& directory, int width
   XSetErrorHandler(ignoreError);
   startServer(width, height);
   startBuses();
-  mWindowManager = std::make_unique<ChildProcess>(std::vector<std::string>{"openbox"},
-                                                  mDirectory / "openbox.log", mEnvironment);
-  const Atom managed = XInternAtom(mDisplay, "_NET_SUPPORTING_WM_CHECK", False);
-  const bool ready = waitUntil(
-      [&] {
-        Atom type = 0;
-        int format = 0;
-        unsigned long items = 0;
-        unsigned long rest = 0;
-        unsigned char* value = nullptr;
-        XGetWindowProperty(mDisplay, DefaultRootWindow(mDisplay), managed, 0, 1, False,
-                           AnyPropertyType, &type, &format, &items, &rest, &value);
-        if (value) XFree(value);
-        return type != 0;
-      },
-      20s);
-  if (!ready) throw std::runtime_error("the window manager does not start");
+  startWindowManager();
   atspi_init();
 }
 
@@ -109,7 +109,8 @@ void VirtualDesktop::startServer(int width, int height) {
           "exec Xvfb -displayfd 1 -screen 0 " + size + " -nolisten tcp -noreset -dpi 96 2>\"$0\"",
           (mDirectory / "xvfb.log").string()},
       mDirectory / "display");
-  if (!mServer->waitForOutput("\n", 20s)) throw std::runtime_error("the X server does not start");
+  if (!mServer->waitForOutput("\n", kPatience))
+    throw std::runtime_error("the X server does not start");
   const std::string display = ":" + firstLine(mServer->output());
   mEnvironment = {{"DISPLAY", display},
                   {"WAYLAND_DISPLAY", ""},
@@ -130,12 +131,37 @@ void VirtualDesktop::startBuses() {
       std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
                                "--print-address"},
       mDirectory / "session-bus", mEnvironment);
-  if (!mSessionBus->waitForOutput("\n", 20s)) {
+  if (!mSessionBus->waitForOutput("\n", kPatience)) {
     throw std::runtime_error("the session bus does not start");
   }
   const std::string address = firstLine(mSessionBus->output());
   mEnvironment.emplace_back("DBUS_SESSION_BUS_ADDRESS", address);
   setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+}
+
+// A window manager that has just announced itself may leave the first window that asks to be shown
+// in its queue, where it looks when something else happens. So a window of our own asks until it is
+// shown, before any other does.
+void VirtualDesktop::startWindowManager() {
+  mWindowManager = std::make_unique<ChildProcess>(std::vector<std::string>{"openbox"},
+                                                  mDirectory / "openbox.log", mEnvironment);
+  const Window root = DefaultRootWindow(mDisplay);
+  const bool announced = waitUntil(
+      [&] { return property(mDisplay, root, "_NET_SUPPORTING_WM_CHECK").has_value(); }, kPatience);
+  if (!announced) throw std::runtime_error("the window manager does not start");
+
+  const Window probe = XCreateSimpleWindow(mDisplay, root, 0, 0, 1, 1, 0, 0, 0);
+  const auto isManaged = [&] { return property(mDisplay, probe, "WM_STATE") == NormalState; };
+  const bool managed = waitUntil(
+      [&] {
+        XMapWindow(mDisplay, probe);
+        return isManaged();
+      },
+      kPatience);
+  XWithdrawWindow(mDisplay, probe, DefaultScreen(mDisplay));
+  const bool forgotten = managed && waitUntil([&] { return !isManaged(); }, kPatience);
+  XDestroyWindow(mDisplay, probe);
+  if (!forgotten) throw std::runtime_error("the window manager does not manage windows");
 }
 
 void VirtualDesktop::click(int x, int y, int times) {

@@ -46,6 +46,7 @@ class VirtualDesktop {
  private:
   void startServer(int width, int height);
   void startBuses();
+  void startWindowManager();
 
   std::filesystem::path mDirectory;
   std::filesystem::path mRuntimeDirectory;

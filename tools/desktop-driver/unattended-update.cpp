@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -19,6 +20,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -32,6 +34,9 @@ using namespace std::chrono_literals;
 using desktop::ChildProcess;
 using desktop::Node;
 using std::filesystem::path;
+
+constexpr auto kPatience = 60s;
+constexpr auto kUntilTheNextClick = 3s;
 
 constexpr char kUsage[] =
     "Usage: unattended-update PROGRAM FIRMWARE OUTPUT PRINTER [PRINTER-OPTION...]\n"
@@ -80,20 +85,17 @@ class UnattendedUpdate {
 
   // True when the printer has burned the file.
   bool run() {
-    const Node row = find("the printer in the list", [](const Node& node) {
-      return node.role() == "table cell" && node.name().find("KX350T") != std::string::npos;
-    });
+    find("the printer in the list", isPrinter);
     keepPicture("1-list");
-
-    click(row);
-    const Node download = find("an enabled Download button", [](const Node& node) {
-      return node.role() == "push button" && node.name() == "Download" && node.isEnabled();
-    });
+    clickUntil(isPrinter, "an enabled Download button", isEnabledDownload);
     keepPicture("2-selected");
-
-    click(download);
-    answerQuestionIfAsked();
-    find("the progress", [](const Node& node) { return node.role() == "progress bar"; });
+    // A printer on the network is asked about, one on USB is not.
+    const Node next = clickUntil(isEnabledDownload, "a question or the progress",
+                                 [](const Node& node) { return isYes(node) || isProgress(node); });
+    if (isYes(next)) {
+      keepPicture("2-question");
+      clickUntil(isYes, "the progress", isProgress);
+    }
     keepPicture("3-progress");
 
     const std::optional<nlohmann::json> burn = waitForBurn();
@@ -105,6 +107,18 @@ class UnattendedUpdate {
   }
 
  private:
+  using Condition = std::function<bool(const Node&)>;
+
+  static bool isPrinter(const Node& node) {
+    return node.role() == "table cell" && node.name().find("KX350T") != std::string::npos;
+  }
+  static bool isButton(const Node& node, std::string_view name) {
+    return node.role() == "push button" && node.name() == name && node.isEnabled();
+  }
+  static bool isEnabledDownload(const Node& node) { return isButton(node, "Download"); }
+  static bool isYes(const Node& node) { return isButton(node, "Yes"); }
+  static bool isProgress(const Node& node) { return node.role() == "progress bar"; }
+
   path journal() const { return mSettings.output / "journal.jsonl"; }
 
   std::vector<std::string> printerCommand() const {
@@ -113,27 +127,40 @@ class UnattendedUpdate {
     return command;
   }
 
-  Node find(const std::string& what, const std::function<bool(const Node&)>& condition) {
-    if (auto node = desktop::findNode(mProgram.pid(), condition, 60s)) return *node;
+  Node find(const std::string& what, const Condition& condition) {
+    if (auto node = desktop::findNode(mProgram.pid(), condition, kPatience)) return *node;
+    giveUp(what);
+  }
+
+  [[noreturn]] void giveUp(const std::string& what) {
     keepPicture("failed");
     throw std::runtime_error("waited in vain for " + what + "; the program wrote:\n" +
                              mProgram.output() + "\nthe printer wrote:\n" + mPrinter.output());
   }
 
+  // A click comes to nothing where the window is not in its place yet, or a sheet does not listen
+  // yet. So it is done again until `effect` is there, which comes back.
+  Node clickUntil(const Condition& target, const std::string& what, const Condition& effect) {
+    std::optional<Node> seen;
+    auto nextClick = std::chrono::steady_clock::now();
+    desktop::waitUntil(
+        [&] {
+          seen = desktop::findNode(mProgram.pid(), effect, 0ms);
+          if (seen || std::chrono::steady_clock::now() < nextClick) return seen.has_value();
+          if (const auto node = desktop::findNode(mProgram.pid(), target, 0ms)) {
+            click(*node);
+            nextClick = std::chrono::steady_clock::now() + kUntilTheNextClick;
+          }
+          return false;
+        },
+        kPatience);
+    if (!seen) giveUp(what);
+    return *seen;
+  }
+
   void click(const Node& node) {
     const Node::Rectangle at = node.extents();
     mDesktop.click(at.x + at.width / 2, at.y + at.height / 2);
-  }
-
-  // A printer on the network is asked about, one on USB is not.
-  void answerQuestionIfAsked() {
-    const auto next = find("a question or the progress", [](const Node& node) {
-      return node.role() == "progress bar" ||
-             (node.role() == "push button" && node.name() == "Yes");
-    });
-    if (next.name() != "Yes") return;
-    keepPicture("2-question");
-    click(next);
   }
 
   std::optional<nlohmann::json> burnEntry() const {
@@ -152,9 +179,8 @@ class UnattendedUpdate {
 
   // The progress is gone after a success; a message to close stands above it otherwise.
   bool progressHasEnded() {
-    const auto isButton = [](const Node& node) { return node.name() == "Close"; };
-    const auto isProgress = [](const Node& node) { return node.role() == "progress bar"; };
-    return mProgram.exitStatus() || desktop::findNode(mProgram.pid(), isButton, 0ms) ||
+    const auto isClose = [](const Node& node) { return node.name() == "Close"; };
+    return mProgram.exitStatus() || desktop::findNode(mProgram.pid(), isClose, 0ms) ||
            !desktop::findNode(mProgram.pid(), isProgress, 0ms);
   }
 
