@@ -1,5 +1,6 @@
 #include "platform/avahi/AvahiService.h"
 
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,6 +10,9 @@ namespace {
 
 // As long as the program waits for a first address.
 constexpr double kConfirmationSeconds = 30;
+
+// A service that ends says goodbye in one place after the other.
+constexpr std::chrono::milliseconds kGoodbyes{1000};
 
 bool isSame(const Data& one, const Data& other) {
   return one != nullptr && other != nullptr && *one == *other;
@@ -28,6 +32,7 @@ AvahiService::AvahiService(RunLoop& runLoop, QuestionQueue& queue, ServiceName n
 void AvahiService::useResponder(Responder* responder) {
   mConfirmed = false;
   mConfirmation.reset();
+  mConfirmationTimer.reset();
   mWhereabouts.places.clear();
   whereaboutsChanged();
   mWhereabouts.responder = responder;
@@ -42,7 +47,10 @@ void AvahiService::removePlace(Place place) {
   whereaboutsChanged();
   if (mWhereabouts.answered != place) return;
   mConfirmed = false;
-  confirm();
+  mConfirmationTimer = mRunLoop.startTimer(kGoodbyes, false, [this] {
+    mConfirmationTimer.reset();
+    confirm();
+  });
 }
 
 void AvahiService::takePlaces(const AvahiService& from) {

@@ -67,6 +67,7 @@ class AvahiService : public NetService {
   bool mConfirmed = true;
   std::unique_ptr<Resolution> mResolution;    // for the client
   std::unique_ptr<Resolution> mConfirmation;  // for ourselves
+  std::unique_ptr<RunLoop::Timer> mConfirmationTimer;
   DeferredCalls mDeferred;
 };
 

@@ -19,6 +19,7 @@ constexpr milliseconds kLoopbackDelay{100};
 constexpr milliseconds kFirstTurns{1000};
 constexpr int kFirstTurnCount = 5;
 constexpr milliseconds kLaterTurns{2000};
+constexpr int kLastTurnCount = 3;
 
 // Between a question that was refused and the next; doubled each time.
 constexpr milliseconds kBackOff{100};
@@ -71,7 +72,7 @@ void Resolution::update() {
 }
 
 Question Resolution::nextQuestion() const {
-  const bool first = mUnanswered < kFirstTurnCount || mWithoutTxt;
+  const bool first = mUnanswered < kFirstTurnCount || mSecondBest;
   const auto later = static_cast<std::size_t>(mUnanswered - kFirstTurnCount + 1);
   const Kind kind = kKinds[first ? 0 : later % kKinds.size()];
   const auto order = [&](Place place) {
@@ -111,10 +112,10 @@ void Resolution::accepted() {
   if (mTimeout == nullptr && mSeconds > 0) {
     const auto timeout =
         std::chrono::duration_cast<milliseconds>(std::chrono::duration<double>(mSeconds));
-    mTimeout = mRunLoop.startTimer(timeout, false, [this] { finish(nullptr); });
+    mTimeout = mRunLoop.startTimer(timeout, false, [this] { timedOut(); });
   }
-  mTurn = mRunLoop.startTimer(mUnanswered < kFirstTurnCount ? kFirstTurns : kLaterTurns, false,
-                              [this] { unanswered(); });
+  const bool isShort = mUnanswered < kFirstTurnCount || mSecondBest;
+  mTurn = mRunLoop.startTimer(isShort ? kFirstTurns : kLaterTurns, false, [this] { unanswered(); });
 }
 
 // It keeps its ticket meanwhile, so that a daemon that refuses is asked less.
@@ -129,18 +130,22 @@ void Resolution::refused() {
 }
 
 void Resolution::answered(const Resolved& resolved) {
-  if (mQuestion->wantsTxt) return finish(&resolved);
-  mWithoutTxt = resolved;
+  const Question question = *mQuestion;
+  if (question.addressFamily == AVAHI_PROTO_INET) return finish(&resolved, question.place);
+  mSecondBest = resolved;
+  mSecondBestPlace = question.place;
   drop();
   update();
 }
 
 void Resolution::unanswered() {
   ++mUnanswered;
-  if (mWithoutTxt && mQuestion->wantsTxt) return finish(&*mWithoutTxt);
+  if (mSecondBest && ++mLastTurns == kLastTurnCount) return timedOut();
   drop();
   update();
 }
+
+void Resolution::timedOut() { finish(mSecondBest ? &*mSecondBest : nullptr, mSecondBestPlace); }
 
 void Resolution::drop() {
   mDeferred.cancel();
@@ -150,9 +155,8 @@ void Resolution::drop() {
   mTicket.reset();
 }
 
-void Resolution::finish(const Resolved* resolved) {
+void Resolution::finish(const Resolved* resolved, Place place) {
   const Done done = std::move(mDone);
-  const Place place = mQuestion ? mQuestion->place : Place{};
   done(resolved, place);
 }
 

@@ -5,10 +5,10 @@
 //
 // An IPv4 address is wanted, since the program speaks no other protocol. Only when questions for it
 // have gone unanswered for some seconds is IPv6 asked for as well, so that the printer is seen at
-// least. Then, too, it is asked whether the service is there without a TXT record: if so, and a
-// last question for one is not answered, it has none. An announcement on the loopback interface has
-// to wait a moment for a better one: a service of this machine is announced there too, with an
-// address that means nothing to anybody else.
+// least, and then whether the service is there without a TXT record. Such an answer counts when
+// some last questions for a better one are not answered: packets get lost, most of all in a crowd.
+// An announcement on the loopback interface has to wait a moment for a better one: a service of
+// this machine is announced there too, with an address that means nothing to anybody else.
 #pragma once
 
 #include <chrono>
@@ -57,8 +57,9 @@ class Resolution {
   void refused();
   void answered(const Resolved& resolved);
   void unanswered();
+  void timedOut();
   void drop();
-  void finish(const Resolved* resolved);
+  void finish(const Resolved* resolved, Place place);
 
   RunLoop& mRunLoop;
   QuestionQueue& mQueue;
@@ -68,10 +69,12 @@ class Resolution {
   const double mSeconds;
   Done mDone;
 
-  std::map<Question, int> mAsked;  // how often
-  int mUnanswered = 0;             // turns
-  int mRefused = 0;                // in a row
-  std::optional<Resolved> mWithoutTxt;
+  std::map<Question, int> mAsked;       // how often
+  int mUnanswered = 0;                  // turns
+  int mRefused = 0;                     // in a row
+  std::optional<Resolved> mSecondBest;  // answer so far
+  Place mSecondBestPlace;
+  int mLastTurns = 0;  // unanswered since
 
   // In the order in which they follow each other: the ticket, the question and the query.
   std::unique_ptr<QuestionQueue::Ticket> mTicket;

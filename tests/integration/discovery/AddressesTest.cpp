@@ -43,7 +43,7 @@ TEST_P(AddressesTest, PrinterWithoutIPv4GetsIPv6AddressAfterSomeSeconds) {
   search();
   ASSERT_TRUE(waitFor("added Printer"));
   EXPECT_FALSE(waitFor("resolved Printer", seconds(4)));
-  ASSERT_TRUE(waitFor("resolved Printer", seconds(4)));
+  ASSERT_TRUE(waitFor("resolved Printer", seconds(8)));
   const Bytes address = firstAddress();
   ASSERT_EQ(address.size(), 28u);
   EXPECT_THAT(Bytes(address.begin(), address.begin() + 10),

@@ -45,6 +45,12 @@ class AvahiServiceTest : public testing::Test {
     responder.asked.clear();
   }
 
+  // As long as it takes until an address is confirmed whose place has gone.
+  void waitForGoodbyes() {
+    runLoop.advance(std::chrono::milliseconds(1000));
+    runLoop.runAllLater();
+  }
+
   void answer(const std::string& question, std::uint8_t host) {
     runLoop.runAllLater();
     responder.answer(question, {platform::makeData({10, 0, 0, host}), platform::makeData({0})});
@@ -63,6 +69,7 @@ class AvahiServiceTest : public testing::Test {
 TEST_F(AvahiServiceTest, AddressIsConfirmedWhenItsPlaceGoes) {
   resolve();
   service.removePlace(kNet2);
+  waitForGoodbyes();
   answer("net3/4 for 4", 2);
   EXPECT_THAT(told, IsEmpty());
   EXPECT_EQ(runLoop.timers(), 0u);
@@ -71,6 +78,7 @@ TEST_F(AvahiServiceTest, AddressIsConfirmedWhenItsPlaceGoes) {
 TEST_F(AvahiServiceTest, OtherAddressElsewhereIsTold) {
   resolve();
   service.removePlace(kNet2);
+  waitForGoodbyes();
   answer("net3/4 for 4", 3);
   EXPECT_THAT(told, ElementsAre("moved"));
 }
@@ -78,9 +86,11 @@ TEST_F(AvahiServiceTest, OtherAddressElsewhereIsTold) {
 TEST_F(AvahiServiceTest, PlaceOfTheConfirmationIsTheNewOne) {
   resolve();
   service.removePlace(kNet2);
+  waitForGoodbyes();
   answer("net3/4 for 4", 2);
   service.addPlace(kNet2);
   service.removePlace(kNet3);
+  waitForGoodbyes();
   answer("net2/4 for 4", 4);
   EXPECT_THAT(told, ElementsAre("moved"));
 }
@@ -88,6 +98,7 @@ TEST_F(AvahiServiceTest, PlaceOfTheConfirmationIsTheNewOne) {
 TEST_F(AvahiServiceTest, AddressThatNobodyConfirmsIsGone) {
   resolve();
   service.removePlace(kNet2);
+  waitForGoodbyes();
   runLoop.runAllLater();
   responder.accept("net3/4 for 4");
   runLoop.runAllLater();
@@ -102,7 +113,17 @@ TEST_F(AvahiServiceTest, AddressThatNobodyConfirmsIsGone) {
 TEST_F(AvahiServiceTest, PlaceThatDidNotAnswerMayGo) {
   resolve();
   service.removePlace(kNet3);
+  waitForGoodbyes();
+  EXPECT_THAT(responder.asked, IsEmpty());
+}
+
+TEST_F(AvahiServiceTest, ServiceThatSaysGoodbyeEverywhereIsNotAskedAgain) {
+  resolve();
+  service.removePlace(kNet2);
+  runLoop.advance(std::chrono::milliseconds(999));
   runLoop.runAllLater();
+  service.removePlace(kNet3);
+  waitForGoodbyes();
   EXPECT_THAT(responder.asked, IsEmpty());
 }
 
@@ -138,6 +159,7 @@ TEST_F(AvahiServiceTest, ServiceThatWasNeverResolvedHasNothingToConfirm) {
 TEST_F(AvahiServiceTest, ConfirmationEndsWithTheResponder) {
   resolve();
   service.removePlace(kNet2);
+  waitForGoodbyes();
   runLoop.runAllLater();
   service.useResponder(nullptr);
   EXPECT_THAT(responder.questions(), IsEmpty());
@@ -148,6 +170,7 @@ TEST_F(AvahiServiceTest, ConfirmationEndsWithTheResponder) {
 TEST_F(AvahiServiceTest, ClientThatResolvesAgainTakesTheConfirmationOver) {
   resolve();
   service.removePlace(kNet2);
+  waitForGoodbyes();
   service.resolveWithTimeout(30, nullptr);
   answer("net3/4 for 4", 3);
   EXPECT_THAT(told, ElementsAre("resolved"));

@@ -123,6 +123,31 @@ TEST_F(ResolutionTest, IPv6IsAskedForWhenFiveTurnsWereUnanswered) {
   pass(milliseconds(1));
   EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 6"));
   answer("net2/4 for 6");
+  EXPECT_THAT(outcomes, IsEmpty());
+  responder.asked.clear();
+  leaveUnanswered(3);
+  EXPECT_THAT(outcomes, ElementsAre("resolved on net2"));
+  EXPECT_THAT(responder.asked, ElementsAre("net2/4 for 4", "net2/4 for 4"));
+}
+
+TEST_F(ResolutionTest, IPv4AddressThatComesLateIsStillTaken) {
+  start({kNet2IPv4, kNet3IPv4});
+  leaveUnanswered(5);
+  answer("net2/4 for 6");
+  leaveUnanswered(2);
+  EXPECT_THAT(outcomes, IsEmpty());
+  answer("net3/4 for 4");
+  EXPECT_THAT(outcomes, ElementsAre("resolved on net3"));
+}
+
+TEST_F(ResolutionTest, SecondBestAnswerCountsWhenTheTimeIsOver) {
+  start({kNet2IPv4}, 6);
+  leaveUnanswered(5);
+  answer("net2/4 for 6");
+  accept("net2/4 for 4");
+  pass(milliseconds(999));
+  EXPECT_THAT(outcomes, IsEmpty());
+  pass(milliseconds(1));
   EXPECT_THAT(outcomes, ElementsAre("resolved on net2"));
 }
 
@@ -194,7 +219,7 @@ TEST_F(ResolutionTest, ServiceWithoutTxtRecordIsToldWhenNoneComes) {
   answer("net2/4 for any without TXT", {});
   EXPECT_THAT(outcomes, IsEmpty());
   EXPECT_THAT(responder.questions(), ElementsAre("net2/4 for 4"));
-  leaveUnanswered(1, seconds(2));
+  leaveUnanswered(3);
   EXPECT_THAT(outcomes, ElementsAre("no TXT"));
 }
 
