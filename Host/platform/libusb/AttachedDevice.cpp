@@ -92,8 +92,9 @@ void AttachedDevice::setGone() {
 
 int AttachedDevice::openNode() const {
   std::array<char, sizeof "/dev/bus/usb/BBB/DDD"> name;
-  std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
-                libusb_get_bus_number(mDevice.get()), libusb_get_device_address(mDevice.get()));
+  static_cast<void>(std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
+                                  libusb_get_bus_number(mDevice.get()),
+                                  libusb_get_device_address(mDevice.get())));
   return ::open(name.data(), O_RDWR | O_CLOEXEC);
 }
 

@@ -30,8 +30,8 @@ alignas(std::max_align_t) std::array<char, kStackSize> signalStack;
 
 // Signals that end a program which does not handle them. The first ones mean a fault of its own.
 constexpr std::array kFaults{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV, SIGSYS, SIGTRAP};
-constexpr std::array kOthers{SIGALRM, SIGHUP,  SIGINT,  SIGIO,     SIGPROF, SIGPWR, SIGQUIT,
-                             SIGTERM, SIGUSR1, SIGUSR2, SIGVTALRM, SIGXCPU, SIGXFSZ};
+constexpr std::array kOthers{SIGALRM, SIGHUP,  SIGINT,  SIGIO,   SIGPIPE,   SIGPROF, SIGPWR,
+                             SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGVTALRM, SIGXCPU, SIGXFSZ};
 std::array<struct sigaction, NSIG> previousActions;
 
 // The entries of a process that this one has forked off are not its own.
@@ -54,7 +54,7 @@ void handleSignal(int number, siginfo_t* info, void*) {
   sigaction(number, &previousActions[static_cast<std::size_t>(number)], nullptr);
   const bool isRepeated = info->si_code > 0 && (number == SIGBUS || number == SIGFPE ||
                                                 number == SIGILL || number == SIGSEGV);
-  if (!isRepeated) raise(number);
+  if (!isRepeated) static_cast<void>(raise(number));
   errno = savedErrno;
 }
 
