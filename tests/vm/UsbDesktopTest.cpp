@@ -4,9 +4,13 @@
 
 #include <chrono>
 #include <cstdio>
+#include <optional>
+#include <thread>
+#include <utility>
 
 #include "DesktopTest.h"
 #include "UsbPrinterProcess.h"
+#include "UsbSysfs.h"
 
 namespace {
 
@@ -144,6 +148,60 @@ TEST_F(UsbFromTheWindow, TheProgramEndsDuringATransfer) {
   program().signal(SIGTERM);
   EXPECT_EQ(program().waitForExit(30s).value_or(-1), 0) << program().output();
   EXPECT_EQ(timesLogged("Cleaning up USB transport."), 1u);
+}
+
+// Qt ends a program that has lost its display by exit(1).
+TEST_F(UsbFromTheWindow, TheEndOfTheDisplayGivesThePrinterBack) {
+  UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  startProgram();
+  download("VP000001");
+  EXPECT_TRUE(waitForLog("Async read request for 16 bytes."));
+  EXPECT_EQ(kernelDriver(), "usbfs");
+  desktop().killServer();
+  EXPECT_EQ(program().waitForExit(30s).value_or(-1), 1) << program().output();
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+TEST_F(UsbFromTheWindow, AFaultOfTheProgramGivesThePrinterBack) {
+  UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  for (const int number : {SIGABRT, SIGSEGV}) {
+    startProgram();
+    download("VP000001");
+    EXPECT_TRUE(waitForLog("Async read request for 16 bytes."));
+    EXPECT_EQ(kernelDriver(), "usbfs");
+    program().signal(number);
+    EXPECT_EQ(program().waitForExit(30s).value_or(-1), 128 + number) << program().output();
+    EXPECT_EQ(kernelDriver(), "usblp");
+  }
+}
+
+TEST_F(UsbFromTheWindow, APrinterThatAKillLeftBehindIsGivenBackAtTheNextStart) {
+  UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  startProgram();
+  download("VP000001");
+  EXPECT_TRUE(waitForLog("Async read request for 16 bytes."));
+  program().signal(SIGKILL);
+  EXPECT_EQ(program().waitForExit(30s).value_or(-1), 128 + SIGKILL);
+  EXPECT_EQ(kernelDriver(), "");
+  startProgram();
+  EXPECT_EQ(kernelDriver(), "usblp");
+  cell("VP000001");
+}
+
+TEST_F(UsbFromTheWindow, APrinterThatIsAuthorizedLateIsUpdated) {
+  startWithSmallFirmware();
+  std::optional<AuthorizingNobody> nobody(std::in_place);
+  UsbPrinterProcess printer({"--burn-seconds", "0.2"});
+  EXPECT_TRUE(waitForLog("Adding printer with ID=1"));
+  nobody.reset();
+  // The program has long given up waiting by then.
+  std::this_thread::sleep_for(4s);
+  setUsbAttribute(usbDevice() / "authorized", "1");
+  EXPECT_TRUE(waitForLog("Adding printer with ID=2"));
+  EXPECT_TRUE(waitForRows(1));
+  download("VP000001");
+  EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
+  EXPECT_EQ(printer.count("burn"), 1u);
 }
 
 }  // namespace

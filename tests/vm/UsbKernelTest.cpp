@@ -1,6 +1,8 @@
 // What the registry makes of the kernel's ways, beyond what every registry promises.
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "AsOtherUser.h"
 #include "OtherProgram.h"
 #include "UsbHostTest.h"
@@ -13,6 +15,17 @@ using platform::io_service_t;
 using platform::kIOReturnSuccess;
 
 constexpr std::size_t kPacket = 512;
+
+// The devices' nodes that this process has open.
+std::size_t openNodes() {
+  std::size_t count = 0;
+  for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code none;
+    const std::string file = std::filesystem::read_symlink(descriptor, none).string();
+    count += file.starts_with("/dev/bus/usb/") ? 1 : 0;
+  }
+  return count;
+}
 
 class UsbKernelTest : public UsbHostTest {
  protected:
@@ -77,6 +90,45 @@ TEST_F(UsbKernelTest, TheDeviceIsDescribedWithoutATimerRunning) {
   EXPECT_EQ(mRegistry->properties(mDevice, properties), kIOReturnSuccess);
   EXPECT_THAT(properties.entries, testing::SizeIs(17));
   mLoop.runFor(std::chrono::milliseconds(50));
+  EXPECT_EQ(mLoop.timers(), 0u);
+}
+
+TEST_F(UsbKernelTest, AllThatIsOpenOfADeviceSharesOneNode) {
+  auto acl = openAcl();
+  auto ews = mHost.openInterface(mDevice, UsbHost::kVendorClass);
+  auto device = mHost.deviceObject(mDevice);
+  EXPECT_EQ(device->open(), kIOReturnSuccess);
+  EXPECT_EQ(openNodes(), 1u);
+  acl.reset();
+  device->close();
+  EXPECT_EQ(openNodes(), 1u);
+  EXPECT_EQ(mHost.write(*ews, "x"), (TransferEnd{kIOReturnSuccess, 1}));
+  ews.reset();
+  EXPECT_EQ(openNodes(), 0u);
+}
+
+TEST_F(UsbKernelTest, APrinterThatIsUnpluggedCostsNoNode) {
+  const auto acl = openAcl();
+  const auto device = mHost.deviceObject(mDevice);
+  EXPECT_EQ(device->open(), kIOReturnSuccess);
+  EXPECT_EQ(openNodes(), 1u);
+  mPrinter.stop();
+  ASSERT_TRUE(mHost.awaitGone());
+  EXPECT_EQ(openNodes(), 0u);
+  EXPECT_EQ(device->reEnumerate(0), platform::kIOReturnNoDevice);
+  EXPECT_EQ(device->close(), kIOReturnSuccess);
+}
+
+TEST_F(UsbKernelTest, ADeviceThatLeavesBeforeItIsConfiguredNeverComes) {
+  {
+    const AuthorizingNobody nobody;
+    UsbPrinterProcess other({"--serial", "OTHER"});
+    ASSERT_TRUE(mLoop.runUntil([] { return !usbDevice("OTHER").empty(); }));
+    mLoop.runFor(std::chrono::milliseconds(100));
+    EXPECT_EQ(mLoop.timers(), 1u);
+  }
+  mLoop.runFor(std::chrono::seconds(2));
+  EXPECT_THAT(mHost.attached(), testing::SizeIs(1));
   EXPECT_EQ(mLoop.timers(), 0u);
 }
 

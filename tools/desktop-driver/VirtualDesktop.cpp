@@ -8,9 +8,11 @@
 #include <atspi/atspi.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "savePicture.h"
@@ -98,6 +100,12 @@ VirtualDesktop::~VirtualDesktop() {
   mServer.reset();
   std::error_code ignored;
   std::filesystem::remove_all(mRuntimeDirectory, ignored);
+}
+
+void VirtualDesktop::killServer() {
+  // Xlib ends a program that loses its connection, and this one is to go on.
+  XCloseDisplay(std::exchange(mDisplay, nullptr));
+  mServer->signal(SIGKILL);
 }
 
 void VirtualDesktop::startServer(int width, int height) {

@@ -40,6 +40,9 @@ class VirtualDesktop {
   // Width and height in pixels, without the frame; none when no window has that title.
   std::optional<std::pair<int, int>> windowSize(std::string_view title) const;
 
+  // The X server dies. Nothing can be seen or done on the desktop after that.
+  void killServer();
+
   // Writes the whole screen as a PNG file.
   void screenshot(const std::filesystem::path& file) const;
 
