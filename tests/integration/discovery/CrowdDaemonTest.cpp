@@ -1,7 +1,9 @@
-// A building full of printers, and a daemon that refuses or ends.
+// A building full of printers, and a daemon that refuses, ends or hangs.
 #include "CrowdTest.h"
 
 namespace {
+
+using std::chrono::seconds;
 
 class CrowdDaemonTest : public CrowdTest {};
 
@@ -23,6 +25,18 @@ TEST_F(CrowdDaemonTest, DaemonThatRestartsAmongTheAnswersLosesNothing) {
   startDaemon();
   ASSERT_TRUE(waitForResolved(100));
   waitForCarryOver();
+  expectEachListedOnce(1, 100);
+}
+
+TEST_F(CrowdDaemonTest, DaemonThatIsStoppedAmongTheAnswersAndGoesOnLosesNothing) {
+  startDaemon();
+  gather(100);
+  search();
+  ASSERT_TRUE(waitForResolved(20));
+  signal("avahi-daemon", "STOP");
+  runLoop.runFor(seconds(5));
+  signal("avahi-daemon", "CONT");
+  ASSERT_TRUE(waitForResolved(100));
   expectEachListedOnce(1, 100);
 }
 

@@ -39,13 +39,23 @@ class CrowdTest : public DiscoveryTest {
         kPatience);
   }
 
+  // Whether all of them have been resolved, and were told of once more often than of their removal.
+  bool isThereNow(unsigned first, unsigned last) const {
+    for (unsigned number = first; number <= last; ++number) {
+      const std::string name = printer(number);
+      if (recorder->count("added " + name) != recorder->count("removed " + name) + 1) return false;
+      if (!recorder->firstAddress.contains(name)) return false;
+    }
+    return true;
+  }
+
   // An IPv4 address of member `host` on either link, port 9100.
   static testing::Matcher<Bytes> isIPv4Of(unsigned host) {
     return testing::ElementsAre(16, 2, 0x23, 0x8C, 10, testing::AnyOf(100, 101), host >> 8,
                                 host & 0xFF, 0, 0, 0, 0, 0, 0, 0, 0);
   }
 
-  // Whoever has not told anything else by then has its IPv4 address, and was told of once.
+  // Each has its IPv4 address, and was told of once.
   void expectEachListedOnce(unsigned first, unsigned last) {
     for (unsigned number = first; number <= last; ++number) {
       EXPECT_EQ(recorder->count("added " + printer(number)), 1u) << number;
