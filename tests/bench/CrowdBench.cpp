@@ -3,6 +3,7 @@
 // with the daemon as Debian configures it and without.
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -50,6 +51,7 @@ struct Result {
   ProcessState daemon;
   double slowestAnswer = 0;  // milliseconds
   std::size_t refused = 0;
+  std::uint64_t lost = 0;  // packets for which the daemon's, or the program's, buffers had no room
 };
 
 // What a program has written to its file since the last look, line by line.
@@ -73,6 +75,21 @@ class Lines {
   std::ifstream mFile;
   std::string mRest;
 };
+
+// The last number of each socket in the kernel's tables. 14E9 is the port of multicast DNS.
+std::uint64_t packetsLost() {
+  std::uint64_t lost = 0;
+  for (const char* table : {"/proc/net/udp", "/proc/net/udp6"}) {
+    std::ifstream file(table);
+    for (std::string line; std::getline(file, line);) {
+      line.erase(line.find_last_not_of(' ') + 1);
+      if (line.find(":14E9 ") != std::string::npos) {
+        lost += std::stoull(line.substr(line.rfind(' ')));
+      }
+    }
+  }
+  return lost;
+}
 
 class Daemon {
  public:
@@ -124,6 +141,7 @@ class CrowdBench {
     waitForAll(setting, began, look, result);
     result.program = ProcessState::of(browser.pid());
     result.daemon = daemon.state();
+    result.lost = packetsLost();
     return result;
   }
 
@@ -152,6 +170,7 @@ class CrowdBench {
     waitForAll(setting, began, look, result);
     result.program = ProcessState::of(program.pid());
     result.daemon = daemon.state();
+    result.lost = packetsLost();
     for (const auto end = Clock::now() + kAfterwards; Clock::now() < end;) {
       look();
       std::this_thread::sleep_for(kTurn);
@@ -205,7 +224,7 @@ void print(const Setting& setting, const char* who, const Result& result) {
   } else {
     std::printf(" %9s", "");
   }
-  std::printf(" %8zu\n", result.refused);
+  std::printf(" %8zu %8ju\n", result.refused, std::uintmax_t{result.lost});
   std::fflush(stdout);
 }
 
@@ -218,8 +237,9 @@ void addTo(bench::Line& time, bench::Line& cost, const Setting& setting, const R
 }
 
 void measure(CrowdBench& bench, const std::vector<unsigned>& sizes, const char* plotFile) {
-  std::printf("\n%-38s %11s %6s %8s %8s %8s %8s %9s %8s\n", "services, links",  //
-              "listed", "s", "CPU s", "daemon's", "MiB", "daemon's", "answer ms", "refused");
+  std::printf("\n%-38s %11s %6s %8s %8s %8s %8s %9s %8s %8s\n", "services, links",  //
+              "listed", "s", "CPU s", "daemon's", "MiB", "daemon's", "answer ms", "refused",
+              "lost");
   bench::Plot time{
       "Seconds until all printers of our make are listed (ring: not in 30 s)", "services", {}};
   bench::Plot cost{"CPU seconds of program and daemon until then", "services", {}};
