@@ -55,14 +55,18 @@ void QuestionQueue::Ticket::call() {
   mCalled = true;
   ++mQueue.mAsked;
   ++mQueue.mFresh;
-  mFresh = mQueue.mRunLoop.startTimer(kFresh, false, [this] { makeRoom(); });
+  mIsFresh = true;
   const std::function<void()> yourTurn = mYourTurn;
   yourTurn();
 }
 
+void QuestionQueue::Ticket::received() {
+  mRoomTimer = mQueue.mRunLoop.startTimer(kFresh, false, [this] { makeRoom(); });
+}
+
 void QuestionQueue::Ticket::makeRoom() {
-  if (mFresh != nullptr) --mQueue.mFresh;
-  mFresh.reset();
+  mRoomTimer.reset();
+  if (std::exchange(mIsFresh, false)) --mQueue.mFresh;
   mQueue.callNextSoon();
 }
 

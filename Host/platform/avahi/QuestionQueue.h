@@ -1,9 +1,10 @@
 // Whose turn it is to ask the responder: a building has many hundreds of services, and a daemon
 // takes only so many questions at a time from one program. Each browser has one.
 //
-// A few questions are let through at a time. One that has not been answered within a moment makes
-// room for the next, though it is still asked, so that services that never answer hold nobody up;
-// only when very many are asked in all does the queue stand still. Who was never asked goes first.
+// A few questions are let through at a time. One that the responder has got, and has not answered
+// within a moment, makes room for the next, though it is still asked, so that services that never
+// answer hold nobody up; only when very many are asked in all does the queue stand still. Who was
+// never asked goes first.
 #pragma once
 
 #include <cstddef>
@@ -41,7 +42,7 @@ class QuestionQueue {
   RunLoop& mRunLoop;
   std::map<Position, Ticket*> mWaiting;
   std::uint64_t mEntered = 0;
-  std::size_t mFresh = 0;  // asked a moment ago
+  std::size_t mFresh = 0;  // asked, and received a moment ago at most
   std::size_t mAsked = 0;  // in all
   bool mCalling = false;   // put off
   DeferredCalls mDeferred;
@@ -54,6 +55,10 @@ class QuestionQueue::Ticket {
   Ticket(const Ticket&) = delete;
   Ticket& operator=(const Ticket&) = delete;
 
+  // The responder has got the question, whatever it makes of it. A bus allows only so many calls
+  // that have no reply yet.
+  void received();
+
  private:
   friend class QuestionQueue;
 
@@ -64,7 +69,8 @@ class QuestionQueue::Ticket {
   const Position mPosition;
   const std::function<void()> mYourTurn;
   bool mCalled = false;
-  std::unique_ptr<RunLoop::Timer> mFresh;
+  bool mIsFresh = false;
+  std::unique_ptr<RunLoop::Timer> mRoomTimer;
 };
 
 }  // namespace platform::avahi

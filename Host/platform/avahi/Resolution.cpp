@@ -108,6 +108,7 @@ void Resolution::told(Responder::News news, const Resolved& resolved) {
 }
 
 void Resolution::accepted() {
+  mTicket->received();
   mRefused = 0;
   if (mTimeout == nullptr && mSeconds > 0) {
     const auto timeout =
@@ -120,6 +121,7 @@ void Resolution::accepted() {
 
 // It keeps its ticket meanwhile, so that a daemon that refuses is asked less.
 void Resolution::refused() {
+  mTicket->received();
   mQuery.reset();
   const milliseconds wait = kBackOff * (1 << std::min(mRefused, kMostDoublings));
   ++mRefused;
