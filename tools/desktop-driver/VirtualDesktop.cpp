@@ -223,6 +223,14 @@ std::optional<std::pair<int, int>> VirtualDesktop::windowSize(std::string_view t
   return std::pair(attributes.width, attributes.height);
 }
 
+bool VirtualDesktop::resizeWindow(std::string_view title, int width, int height) {
+  const auto window = findWindow(mDisplay, DefaultRootWindow(mDisplay), title);
+  if (!window) return false;
+  XResizeWindow(mDisplay, *window, static_cast<unsigned>(width), static_cast<unsigned>(height));
+  XSync(mDisplay, False);
+  return true;
+}
+
 void VirtualDesktop::screenshot(const std::filesystem::path& file) const {
   const Window root = DefaultRootWindow(mDisplay);
   XWindowAttributes attributes{};

@@ -43,6 +43,9 @@ class VirtualDesktop {
   // The X server dies. Nothing can be seen or done on the desktop after that.
   void killServer();
 
+  // As when its frame is dragged. False when no window has that title.
+  bool resizeWindow(std::string_view title, int width, int height);
+
   // Writes the whole screen as a PNG file.
   void screenshot(const std::filesystem::path& file) const;
 
