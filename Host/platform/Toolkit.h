@@ -52,7 +52,9 @@ class Toolkit {
   virtual void showWindow(WindowRef window) = 0;
 
   // A sheet blocks its parent, and everything that the parent blocks, until it is hidden: no
-  // command is issued from there by any means.
+  // command is issued from there by any means but 'quit', and the main window can be closed. An
+  // interface file may name a question for its sheet that is asked before either; the program gets
+  // the command 'quit' when the user stays with it, and nothing otherwise.
   virtual OSStatus showSheetWindow(WindowRef sheet, WindowRef parent) = 0;
   virtual OSStatus hideSheetWindow(WindowRef sheet) = 0;
 

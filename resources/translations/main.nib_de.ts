@@ -117,6 +117,25 @@
     </message>
 </context>
 <context>
+    <name>QuitSheet</name>
+    <message>
+        <source>Quit during a Download</source>
+        <translation>Während des Ladens beenden</translation>
+    </message>
+    <message>
+        <source>The download to this printer has not ended. If you quit now, the printer may be left without working firmware.</source>
+        <translation>Das Laden auf diesen Drucker ist nicht abgeschlossen. Wenn Sie jetzt beenden, hat der Drucker danach womöglich keine funktionierende Firmware mehr.</translation>
+    </message>
+    <message>
+        <source>&amp;Quit anyway</source>
+        <translation>&amp;Trotzdem beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep downloading</source>
+        <translation>&amp;Weiter laden</translation>
+    </message>
+</context>
+<context>
     <name>UpToDateSheet</name>
     <message>
         <source>Nothing to Update</source>

@@ -134,10 +134,7 @@ TEST_P(ToolkitWindows, SheetBlocksItsParentUntilItIsHidden) {
   EXPECT_FALSE(mWorld->isEnabled(kMain, "Down"_4cc));
   mWorld->press(kMain, "Down"_4cc);
   mWorld->chooseMenuItem("Down"_4cc);
-  mWorld->chooseMenuItem("quit"_4cc);
-  mWorld->closeWindow(kMain);
   EXPECT_THAT(mTold, ElementsAre());
-  EXPECT_TRUE(mWorld->isVisible(kMain));
 
   mWorld->press("ConfirmDownloadSheet", "Yes "_4cc);
   mWorld->press("ConfirmDownloadSheet", "No  "_4cc);
@@ -159,7 +156,7 @@ TEST_P(ToolkitWindows, SheetOnASheetBlocksBothWindows) {
   ASSERT_EQ(toolkit().showSheetWindow(progress, mMain), noErr);
   ASSERT_EQ(toolkit().showSheetWindow(alert, progress), noErr);
   mWorld->press(kMain, "Down"_4cc);
-  mWorld->chooseMenuItem("quit"_4cc);
+  mWorld->chooseMenuItem("Down"_4cc);
   mWorld->press("FailedSheet", "Clos"_4cc);
   EXPECT_THAT(takeTold(), ElementsAre("command Clos"));
 
@@ -171,6 +168,58 @@ TEST_P(ToolkitWindows, SheetOnASheetBlocksBothWindows) {
   ASSERT_EQ(toolkit().hideSheetWindow(progress), noErr);
   mWorld->chooseMenuItem("Down"_4cc);
   EXPECT_THAT(takeTold(), ElementsAre("command Down"));
+}
+
+TEST_P(ToolkitWindows, SheetDoesNotBlockQuit) {
+  showMain();
+  ASSERT_EQ(toolkit().showSheetWindow(create("ConfirmDownloadSheet"), mMain), noErr);
+  mWorld->chooseMenuItem("quit"_4cc);
+  EXPECT_THAT(takeTold(), ElementsAre("command quit"));
+  mWorld->closeWindow(kMain);
+  EXPECT_THAT(takeTold(), ElementsAre("close"));
+  EXPECT_FALSE(mWorld->isVisible(kMain));
+}
+
+TEST_P(ToolkitWindows, QuitDuringADownloadIsAskedAboutFirst) {
+  showMain();
+  ASSERT_EQ(toolkit().showSheetWindow(create("ProgressSheet"), mMain), noErr);
+  mWorld->closeWindow(kMain);
+  EXPECT_TRUE(mWorld->isVisible(kMain));
+  EXPECT_TRUE(mWorld->isVisible("QuitSheet"));
+  mWorld->press("QuitSheet", "Keep"_4cc);
+  EXPECT_FALSE(mWorld->isVisible("QuitSheet"));
+  EXPECT_TRUE(mWorld->isVisible("ProgressSheet"));
+  mWorld->chooseMenuItem("quit"_4cc);
+  EXPECT_TRUE(mWorld->isVisible("QuitSheet"));
+  mWorld->chooseMenuItem("quit"_4cc);
+  mWorld->closeWindow(kMain);
+  EXPECT_THAT(mTold, ElementsAre());
+  mWorld->press("QuitSheet", "quit"_4cc);
+  EXPECT_THAT(mTold, ElementsAre("command quit"));
+  EXPECT_FALSE(mWorld->isVisible("QuitSheet"));
+}
+
+TEST_P(ToolkitWindows, QuestionAboutADownloadEndsWithIt) {
+  showMain();
+  const WindowRef progress = create("ProgressSheet");
+  ASSERT_EQ(toolkit().showSheetWindow(progress, mMain), noErr);
+  mWorld->chooseMenuItem("quit"_4cc);
+  ASSERT_EQ(toolkit().showSheetWindow(create("FailedSheet"), progress), noErr);
+  EXPECT_FALSE(mWorld->isVisible("QuitSheet"));
+  mWorld->press("FailedSheet", "Clos"_4cc);
+  mWorld->chooseMenuItem("quit"_4cc);
+  EXPECT_THAT(mTold, ElementsAre("command Clos", "command quit"));
+}
+
+TEST_P(ToolkitWindows, QuestionAboutADownloadThatSucceedsGoes) {
+  showMain();
+  const WindowRef progress = create("ProgressSheet");
+  ASSERT_EQ(toolkit().showSheetWindow(progress, mMain), noErr);
+  mWorld->chooseMenuItem("quit"_4cc);
+  ASSERT_EQ(toolkit().hideSheetWindow(progress), noErr);
+  EXPECT_FALSE(mWorld->isVisible("QuitSheet"));
+  mWorld->press(kMain, "Down"_4cc);
+  EXPECT_THAT(mTold, ElementsAre("command Down"));
 }
 
 TEST_P(ToolkitWindows, SheetOfAHiddenSheetAppearsTogetherWithIt) {

@@ -24,7 +24,7 @@ class Appearance : public DesktopTest {
     keepPicture(name + "-1-list");
     askForUpdate("Office");
     keepPicture(name + "-2-question");
-    click(button("Yes"));
+    answer("Yes");
     labelWith("Do not switch the printer off");
     keepPicture(name + "-3-progress");
     button("Close");
@@ -102,7 +102,7 @@ TEST_F(SmallScreen, WindowsFitInDoubleSize) {
   walkThrough("small");
   expectToFit("Download Failed");
   expectToFit("Updating Firmware");
-  click(button("Close"));
+  answer("Close");
   askForUpdate("Office");
   expectToFit("Confirm the Download");
 }

@@ -14,25 +14,21 @@ constexpr char kWindow[] = "Printer Firmware Update";
 
 class SheetBlocksItsWindow : public DesktopTest {
  protected:
-  // Everything by which somebody could ask for a download or the end, behind the sheet.
+  // Everything by which somebody could ask for a download behind the sheet.
   void tryEverythingBehindTheSheet() {
-    for (const char* name : {"Download", "Quit"}) {
-      for (const char* role : {"push button", "menu item"}) {
-        if (const auto node = desktop::findNode(
-                program().pid(),
-                [&](const desktop::Node& each) {
-                  return each.role() == role && each.name() == name;
-                },
-                0ms)) {
-          node->activate();
-        }
+    for (const char* role : {"push button", "menu item"}) {
+      if (const auto node = desktop::findNode(
+              program().pid(),
+              [&](const desktop::Node& each) {
+                return each.role() == role && each.name() == "Download";
+              },
+              0ms)) {
+        node->activate();
       }
     }
     const auto window = desktop::findNode(program().pid(), "push button", "Download", 0ms);
     if (window) click(*window);
     press("ctrl+d");
-    press("ctrl+q");
-    desktop().closeWindow(kWindow);
     // What the above could have set off has had its turn when the program answers again.
     std::this_thread::sleep_for(300ms);
     desktop::findApplication(program().pid());
@@ -47,9 +43,7 @@ TEST_F(SheetBlocksItsWindow, TheQuestionLetsNothingThrough) {
   EXPECT_TRUE(programRuns());
   EXPECT_TRUE(isOnScreen("push button", "Yes"));
   EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 0u);
-  waitForActive("Confirm the Download");
-  press("Escape");
-  EXPECT_TRUE(waitUntilGone("push button", "Yes"));
+  answerByKey("Escape", "Yes");
 }
 
 TEST_F(SheetBlocksItsWindow, TheProgressLetsNothingThrough) {
@@ -58,7 +52,6 @@ TEST_F(SheetBlocksItsWindow, TheProgressLetsNothingThrough) {
   startUpdate("Office");
   tryEverythingBehindTheSheet();
   press("Escape");
-  desktop().closeWindow("Updating Firmware");
   EXPECT_TRUE(programRuns());
   progressBar();
   printer->waitFor("burn");
@@ -75,14 +68,23 @@ TEST_F(SheetBlocksItsWindow, TheFailureLetsNothingThrough) {
   EXPECT_TRUE(programRuns());
   EXPECT_TRUE(isOnScreen("push button", "Close"));
   EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 1u);
-  waitForActive("Download Failed");
-  press("Escape");
-  EXPECT_TRUE(waitUntilGone("push button", "Close"));
+  answerByKey("Escape", "Close");
   EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
 }
 
 class QuittingEndsWell : public DesktopTest {
  protected:
+  // With the mouse.
+  void chooseQuit() {
+    const auto menu = desktop::findNode(program().pid(), "menu item", "Printer", 10s);
+    ASSERT_TRUE(menu);
+    click(*menu);
+    const auto quit = desktop::findNode(program().pid(), "menu item", "Quit", 10s);
+    ASSERT_TRUE(quit);
+    keepPicture("menu");
+    click(*quit);
+  }
+
   int statusOfEnd() { return program().waitForExit(20s).value_or(-1); }
 
   void expectTidyEnd() {
@@ -99,11 +101,7 @@ TEST_F(QuittingEndsWell, ByTheMenuKey) {
 
 TEST_F(QuittingEndsWell, ByTheMenu) {
   startProgram();
-  press("alt+p");
-  const auto quit = desktop::findNode(program().pid(), "menu item", "Quit", 10s);
-  ASSERT_TRUE(quit);
-  keepPicture("menu");
-  click(*quit);
+  chooseQuit();
   expectTidyEnd();
 }
 
@@ -145,6 +143,149 @@ TEST_F(QuittingEndsWell, AtTheEndOfTheSessionDuringADownload) {
   program().signal(SIGTERM);
   expectTidyEnd();
   EXPECT_EQ(timesLogged("Cleaning up network transport."), 1u);
+}
+
+TEST_F(QuittingEndsWell, ByTheMenuKeyDuringTheQuestion) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  askForUpdate("Office");
+  waitForActive("Confirm the Download");
+  press("ctrl+q");
+  expectTidyEnd();
+  EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 0u);
+}
+
+TEST_F(QuittingEndsWell, ByTheMenuDuringTheQuestion) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  askForUpdate("Office");
+  chooseQuit();
+  expectTidyEnd();
+}
+
+TEST_F(QuittingEndsWell, ByClosingTheWindowDuringTheQuestion) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  askForUpdate("Office");
+  EXPECT_TRUE(desktop().closeWindow(kWindow));
+  expectTidyEnd();
+}
+
+TEST_F(QuittingEndsWell, ByClosingTheWindowUnderAnAlert) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram();
+  startUpdate("Office");
+  button("Close");
+  EXPECT_TRUE(desktop().closeWindow(kWindow));
+  expectTidyEnd();
+}
+
+TEST_F(QuittingEndsWell, ByTheMenuKeyUnderAnAlert) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram();
+  startUpdate("Office");
+  waitForActive("Download Failed");
+  press("ctrl+q");
+  expectTidyEnd();
+}
+
+// The printer says nothing more, and nothing ends the waiting for it.
+class QuittingADownload : public QuittingEndsWell {
+ protected:
+  void startEndlessUpdate() {
+    mPrinter = startPrinter("Office", {"--fault", "silence@id-request"});
+    startProgram();
+    startUpdate("Office");
+    EXPECT_TRUE(waitForLog("Async read request for 16 bytes."));
+    waitForActive("Updating Firmware");
+  }
+
+  void expectEndAfterTheQuestion() {
+    button("Quit anyway");
+    EXPECT_TRUE(programRuns());
+    answer("Quit anyway");
+    expectTidyEnd();
+    EXPECT_EQ(timesLogged("Cleaning up network transport."), 1u);
+  }
+
+ private:
+  std::unique_ptr<VirtualPrinterProcess> mPrinter;
+};
+
+TEST_F(QuittingADownload, ByTheMenuKey) {
+  startEndlessUpdate();
+  press("ctrl+q");
+  button("Keep downloading");
+  keepPicture("question");
+  expectEndAfterTheQuestion();
+}
+
+TEST_F(QuittingADownload, ByTheMenu) {
+  startEndlessUpdate();
+  chooseQuit();
+  expectEndAfterTheQuestion();
+}
+
+TEST_F(QuittingADownload, ByClosingTheWindow) {
+  startEndlessUpdate();
+  EXPECT_TRUE(desktop().closeWindow(kWindow));
+  expectEndAfterTheQuestion();
+}
+
+TEST_F(QuittingADownload, ByTheFrameOfTheProgress) {
+  startEndlessUpdate();
+  press("alt+F4");
+  expectEndAfterTheQuestion();
+}
+
+TEST_F(QuittingADownload, ASignalAsksNothing) {
+  startEndlessUpdate();
+  press("ctrl+q");
+  button("Quit anyway");
+  program().signal(SIGHUP);
+  expectTidyEnd();
+}
+
+TEST_F(QuittingADownload, HeldKeyDoesNotAnswerTheQuestion) {
+  startEndlessUpdate();
+  desktop().holdDown("Control_L");
+  desktop().holdDown("q");
+  button("Quit anyway");
+  std::this_thread::sleep_for(3s);
+  desktop().letGo("q");
+  desktop().letGo("Control_L");
+  EXPECT_TRUE(programRuns());
+  EXPECT_TRUE(isOnScreen("push button", "Quit anyway"));
+  answerByKey("Escape", "Quit anyway");
+  progressBar();
+  EXPECT_TRUE(programRuns());
+}
+
+TEST_F(QuittingEndsWell, AnswerOfThePrinterTakesTheQuestionAway) {
+  const auto printer = startPrinter("Office", {"--burn-seconds", "4", "--fault", "fail-burn"});
+  startProgram();
+  startUpdate("Office");
+  press("ctrl+q");
+  button("Keep downloading");
+  button("Close");
+  EXPECT_FALSE(isOnScreen("push button", "Quit anyway"));
+  answer("Close");
+  EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+}
+
+TEST_F(QuittingEndsWell, WhereTheFileOfAnAlertIsMissing) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  const auto executable = copyInstallation();
+  std::filesystem::remove(executable.parent_path().parent_path() /
+                          "share/fwupdate/main.nib/FailedSheet.ui");
+  startProgramAt(executable);
+  startUpdate("Office");
+  EXPECT_TRUE(
+      waitForLog("Failed to create FailedSheet window. <status=-10962 => "
+                 "kIBCarbonRuntimeCantFindObject; desc: The interface file holds no such object>"));
+  press("ctrl+q");
+  answer("Quit anyway");
+  expectTidyEnd();
 }
 
 TEST_F(QuittingEndsWell, AtTheEndOfTheSessionUnderAnAlert) {

@@ -39,7 +39,7 @@ TEST_F(WindowInACrowd, ListsItsPrintersAmong300AndAnswers) {
   click(enabledButton("Download"));
   button("Yes");
   keepPicture("2-last-one-asked-for");
-  click(button("No"));
+  answer("No");
   crowd.withdraw();
   EXPECT_TRUE(waitUntilGone("table cell", "Printer 0100"));
   EXPECT_THAT(printersInList(), SizeIs(0));

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
+#include <thread>
 
 using namespace std::chrono_literals;
 using desktop::ChildProcess;
@@ -14,6 +15,7 @@ namespace {
 
 // Generous: the sanitizers and a busy machine make everything slow.
 constexpr auto kPatience = 40s;
+constexpr auto kReadingTime = 1s;
 constexpr char kWindowTitle[] = "Printer Firmware Update";
 
 path makeOutput() {
@@ -30,8 +32,8 @@ bool isCell(const Node& node) { return node.role() == "table cell"; }
 
 }  // namespace
 
-DesktopTest::DesktopTest(int width, int height)
-    : mOutput(makeOutput()), mDesktop(mOutput, width, height) {}
+DesktopTest::DesktopTest(int width, int height, const std::string& windowManager)
+    : mOutput(makeOutput()), mDesktop(mOutput, width, height, windowManager) {}
 
 std::unique_ptr<VirtualPrinterProcess> DesktopTest::startPrinter(const std::string& name,
                                                                  std::vector<std::string> options) {
@@ -144,8 +146,30 @@ void DesktopTest::askForUpdate(const std::string& printer) {
 
 void DesktopTest::startUpdate(const std::string& printer) {
   askForUpdate(printer);
-  click(button("Yes"));
+  answer("Yes");
   progressBar();
+}
+
+void DesktopTest::answer(const std::string& name) {
+  answer(name, [&] { click(button(name)); });
+}
+
+void DesktopTest::answerByKey(const std::string& keys, const std::string& name) {
+  answer(name, [&] { press(keys); });
+}
+
+// Where everything is slow, the sheet may have come later than it seemed.
+void DesktopTest::answer(const std::string& name, const std::function<void()>& act) {
+  button(name);
+  const bool taken = desktop::waitUntil(
+      [&] {
+        std::this_thread::sleep_for(kReadingTime);
+        if (!isOnScreen("push button", name)) return true;
+        act();
+        return desktop::waitUntil([&] { return !isOnScreen("push button", name); }, 2s);
+      },
+      kPatience);
+  EXPECT_TRUE(taken) << name;
 }
 
 void DesktopTest::keepPicture(const std::string& name) {

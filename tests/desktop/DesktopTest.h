@@ -20,7 +20,8 @@
 
 class DesktopTest : public testing::Test {
  protected:
-  explicit DesktopTest(int width = 1920, int height = 1200);
+  explicit DesktopTest(int width = 1920, int height = 1200,
+                       const std::string& windowManager = "openbox");
 
   // Announced on the private network; burns and restarts quickly. `options` win.
   std::unique_ptr<VirtualPrinterProcess> startPrinter(const std::string& name,
@@ -56,6 +57,11 @@ class DesktopTest : public testing::Test {
   void setScale(int scale) { mScale = scale; }
   void press(const std::string& keys) { mDesktop.press(keys); }
 
+  // Answers a sheet as a person does who reads it first, since it takes nothing before, and waits
+  // until it is gone: by one of its buttons, or by keys.
+  void answer(const std::string& button);
+  void answerByKey(const std::string& keys, const std::string& button);
+
   // Clicks the row, Download and Yes, and waits for the progress.
   void startUpdate(const std::string& printer);
   void askForUpdate(const std::string& printer);
@@ -75,6 +81,7 @@ class DesktopTest : public testing::Test {
  private:
   desktop::Node find(const std::string& what,
                      const std::function<bool(const desktop::Node&)>& condition);
+  void answer(const std::string& button, const std::function<void()>& act);
 
   std::filesystem::path mOutput;
   desktop::VirtualDesktop mDesktop;

@@ -24,7 +24,7 @@ TEST_F(UpdateFromTheWindow, ClicksFromTheListToTheFlash) {
   click(button("Download"));
   button("Yes");
   keepPicture("3-question");
-  click(button("Yes"));
+  answer("Yes");
   progressBar();
   labelWith("Office (");
   labelWith("Do not switch the printer off");
@@ -46,8 +46,7 @@ TEST_F(UpdateFromTheWindow, KeysAloneDoTheSame) {
   press("Home");
   enabledButton("Download");
   press("Return");
-  button("Yes");
-  press("alt+y");
+  answerByKey("alt+y", "Yes");
   progressBar();
   printer->waitFor("burn");
   EXPECT_EQ(burnedSha256(*printer), DEMO_BRAND_SHA256);
@@ -78,8 +77,7 @@ TEST_F(UpdateFromTheWindow, NoLeavesThePrinterAlone) {
   const auto printer = startPrinter("Office");
   startProgram();
   askForUpdate("Office");
-  click(button("No"));
-  EXPECT_TRUE(waitUntilGone("push button", "No"));
+  answer("No");
   EXPECT_TRUE(enabledButton("Download").isEnabled());
   EXPECT_EQ(printer->stop(), 0);
   EXPECT_THAT(printer->entries("connected"), IsEmpty());
@@ -89,8 +87,7 @@ TEST_F(UpdateFromTheWindow, EscapeMeansNo) {
   const auto printer = startPrinter("Office");
   startProgram();
   askForUpdate("Office");
-  press("Escape");
-  EXPECT_TRUE(waitUntilGone("push button", "No"));
+  answerByKey("Escape", "No");
   EXPECT_EQ(printer->stop(), 0);
   EXPECT_THAT(printer->entries("connected"), IsEmpty());
 }
@@ -105,8 +102,7 @@ TEST_F(UpdateFromTheWindow, AnUpdatedPrinterReturnsAndIsUpToDate) {
   labelWith("The printer is up to date.");
   keepPicture("up-to-date");
   EXPECT_TRUE(waitForLog("Firmware on the printer is already up-to-date."));
-  click(button("Close"));
-  EXPECT_TRUE(waitUntilGone("push button", "Close"));
+  answer("Close");
   EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
   EXPECT_EQ(printer->stop(), 0);
   EXPECT_EQ(printer->entries("burn").size(), 1u);
@@ -120,8 +116,7 @@ TEST_F(UpdateFromTheWindow, AFailedBurnIsSaidAndCanBeTriedAgain) {
   labelWith("The firmware was not updated.");
   keepPicture("failed-sheet");
   EXPECT_EQ(timesLogged("The firmware download failed on the printer."), 1u);
-  press("Return");
-  EXPECT_TRUE(waitUntilGone("push button", "Close"));
+  answerByKey("Return", "Close");
   startUpdate("Office");
   printer->waitFor("burn", 2);
   EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));

@@ -41,9 +41,13 @@ FakeNib productNib() {
        true,
        {staticText("tCnf"_4cc), button({"btn "_4cc, 1}, "Yes "_4cc),
         button({"btn "_4cc, 2}, "No  "_4cc)}},
-      {"ProgressSheet", true, {staticText("tPNm"_4cc)}},
+      {"ProgressSheet", true, {staticText("tPNm"_4cc)}, "QuitSheet"},
       {"FailedSheet", true, {close}},
       {"UpToDateSheet", true, {close}},
+      {"QuitSheet",
+       true,
+       {staticText("tPNm"_4cc), button({"btn "_4cc, 1}, "quit"_4cc),
+        button({"btn "_4cc, 2}, "Keep"_4cc)}},
   };
   nib.menuBar = "MenuBar";
   nib.menuCommands = {"Down"_4cc, "quit"_4cc};

@@ -24,6 +24,7 @@ struct FakeWindowPlan {
   std::string name;
   bool isSheet = false;
   std::vector<FakeControlPlan> controls;
+  std::string quitQuestion{};  // the sheet that asks before Quit while this one is on top
 };
 
 struct FakeNib {
@@ -34,5 +35,6 @@ struct FakeNib {
 };
 
 // The names and codes of the product's own interface file. Buttons that the product does not look
-// up have the signature 'btn ' and the ID 1; in the confirmation, Yes is 1 and No is 2.
+// up have the signature 'btn ' and the ID 1; in the confirmation, Yes is 1 and No is 2, and in the
+// question before Quit, Quit is 1 and to keep on is 2.
 FakeNib productNib();

@@ -12,6 +12,10 @@ using platform::WindowRef;
 bool FakeScreen::press(const std::string& window, ControlId button) {
   const Control* pressed = find(window, button);
   if (pressed == nullptr || !pressed->enabled || !takesInput(window)) return false;
+  if (isQuitQuestion(pressed->owner)) {
+    find(pressed->owner)->parent = WindowRef::None;
+    if (pressed->plan.command != "quit"_4cc) return true;
+  }
   platform::current().events->processCommand({0, pressed->plan.command, 0, 0});
   return true;
 }
@@ -19,7 +23,9 @@ bool FakeScreen::press(const std::string& window, ControlId button) {
 bool FakeScreen::chooseMenuItem(platform::FourCharCode command) {
   const bool sheetIsUp = std::ranges::any_of(
       mWindows, [](const auto& entry) { return entry.second.parent != WindowRef::None; });
-  if (sheetIsUp || std::ranges::count(mMenuCommands, command) == 0) return false;
+  if (std::ranges::count(mMenuCommands, command) == 0) return false;
+  if (command != "quit"_4cc && sheetIsUp) return false;
+  if (command == "quit"_4cc && asksBeforeQuit()) return true;
   platform::current().events->processCommand({0, command, 0, 1});
   return true;
 }
@@ -33,8 +39,9 @@ bool FakeScreen::select(const std::string& window, ControlId list, platform::Ite
 }
 
 bool FakeScreen::closeWindow(const std::string& window) {
-  if (!takesInput(window)) return false;
   const WindowRef closed = this->window(window);
+  if (!isVisible(window) || (find(closed)->isSheet && isBlocked(closed))) return false;
+  if (asksBeforeQuit()) return true;
   const platform::Event close("wind"_4cc, 72);
   if (mSendEvent(closed, close) == platform::eventNotHandledErr) removeWindow(closed);
   return true;
@@ -118,6 +125,7 @@ bool FakeScreen::attach(WindowRef sheet, WindowRef parent) {
   for (WindowRef above = parent; above != WindowRef::None; above = find(above)->parent) {
     if (above == sheet) return false;
   }
+  withdrawQuitQuestion(parent);
   attached->parent = parent;
   return true;
 }
@@ -125,6 +133,7 @@ bool FakeScreen::attach(WindowRef sheet, WindowRef parent) {
 bool FakeScreen::detach(WindowRef sheet) {
   Window* detached = find(sheet);
   if (detached == nullptr) return false;
+  withdrawQuitQuestion(sheet);
   detached->parent = WindowRef::None;
   return true;
 }
@@ -178,6 +187,27 @@ bool FakeScreen::isOnScreen(WindowRef window) const {
 bool FakeScreen::isBlocked(WindowRef window) const {
   return std::ranges::any_of(mWindows,
                              [&](const auto& entry) { return entry.second.parent == window; });
+}
+
+bool FakeScreen::asksBeforeQuit() {
+  for (const auto& [ref, sheet] : mWindows) {
+    Window* question = find(sheet.quitQuestion);
+    if (question == nullptr) continue;
+    if (question->parent != WindowRef::None) return true;
+    if (!isOnScreen(ref) || isBlocked(ref)) continue;
+    question->parent = ref;
+    return true;
+  }
+  return false;
+}
+
+bool FakeScreen::isQuitQuestion(WindowRef window) const {
+  return std::ranges::any_of(
+      mWindows, [&](const auto& entry) { return entry.second.quitQuestion == window; });
+}
+
+void FakeScreen::withdrawQuitQuestion(WindowRef sheet) {
+  if (Window* question = find(find(sheet)->quitQuestion)) question->parent = WindowRef::None;
 }
 
 bool FakeScreen::takesInput(const std::string& window) const {

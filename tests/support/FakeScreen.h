@@ -25,7 +25,8 @@ class FakeScreen {
   explicit FakeScreen(EventSender sender) : mSendEvent(std::move(sender)) {}
 
   // What a user does. False when it cannot be done: the window is not there, hidden or blocked by a
-  // sheet, the control is disabled, the row is not in the list.
+  // sheet, the control is disabled, the row is not in the list. Quit can always be chosen, and the
+  // main window closed, but a question may come of it.
   bool press(const std::string& window, platform::ControlId button);
   bool chooseMenuItem(platform::FourCharCode command);
   bool select(const std::string& window, platform::ControlId list, platform::ItemId item);
@@ -51,6 +52,7 @@ class FakeScreen {
     bool isSheet = false;
     bool shown = false;                                      // of a window that is no sheet
     platform::WindowRef parent = platform::WindowRef::None;  // of a sheet that is up
+    platform::WindowRef quitQuestion = platform::WindowRef::None;
   };
 
   struct Control {
@@ -85,6 +87,11 @@ class FakeScreen {
   bool isOnScreen(platform::WindowRef window) const;
   bool isBlocked(platform::WindowRef window) const;
   bool takesInput(const std::string& window) const;
+
+  // True when Quit is asked about first.
+  bool asksBeforeQuit();
+  bool isQuitQuestion(platform::WindowRef window) const;
+  void withdrawQuitQuestion(platform::WindowRef sheet);
 
   EventSender mSendEvent;
   std::uint64_t mLastRef = 0;

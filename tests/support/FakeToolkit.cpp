@@ -101,6 +101,8 @@ OSStatus FakeToolkit::createWindowFromNib(NibRef nib, const Text& name, WindowRe
   if (plan == plans.end()) return platform::kIBCarbonRuntimeCantFindObject;
 
   window = mScreen.addWindow(*plan);
+  const auto question = std::ranges::find(plans, plan->quitQuestion, &FakeWindowPlan::name);
+  if (question != plans.end()) mScreen.find(window)->quitQuestion = mScreen.addWindow(*question);
   return noErr;
 }
 

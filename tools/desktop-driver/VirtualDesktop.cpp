@@ -41,6 +41,12 @@ KeySym modifierKey(std::string_view name) {
   throw std::runtime_error("no such modifier: " + std::string(name));
 }
 
+KeySym keyNamed(std::string_view name) {
+  const KeySym key = XStringToKeysym(std::string(name).c_str());
+  if (key == NoSymbol) throw std::runtime_error("no such key: " + std::string(name));
+  return key;
+}
+
 // The top-level window whose title is `title`, also below a window manager's frame.
 std::optional<Window> findWindow(Display* display, Window parent, std::string_view title) {
   XTextProperty text{};
@@ -83,12 +89,13 @@ int ignoreError(Display*, XErrorEvent*) { return 0; }
 
 }  // namespace
 
-VirtualDesktop::VirtualDesktop(const std::filesystem::path& directory, int width, int height)
+VirtualDesktop::VirtualDesktop(const std::filesystem::path& directory, int width, int height,
+                               const std::string& windowManager)
     : mDirectory(directory), mRuntimeDirectory(makeRuntimeDirectory()) {
   XSetErrorHandler(ignoreError);
   startServer(width, height);
   startBuses();
-  startWindowManager();
+  startWindowManager(windowManager);
   atspi_init();
 }
 
@@ -150,9 +157,9 @@ void VirtualDesktop::startBuses() {
 // A window manager that has just announced itself may leave the first window that asks to be shown
 // in its queue, where it looks when something else happens. So a window of our own asks until it is
 // shown, before any other does.
-void VirtualDesktop::startWindowManager() {
-  mWindowManager = std::make_unique<ChildProcess>(std::vector<std::string>{"openbox"},
-                                                  mDirectory / "openbox.log", mEnvironment);
+void VirtualDesktop::startWindowManager(const std::string& command) {
+  mWindowManager = std::make_unique<ChildProcess>(std::vector<std::string>{command},
+                                                  mDirectory / "window-manager.log", mEnvironment);
   const Window root = DefaultRootWindow(mDisplay);
   const bool announced = waitUntil(
       [&] { return property(mDisplay, root, "_NET_SUPPORTING_WM_CHECK").has_value(); }, kPatience);
@@ -187,9 +194,7 @@ void VirtualDesktop::press(std::string_view keys) {
     held.push_back(modifierKey(keys.substr(0, plus)));
     keys.remove_prefix(plus + 1);
   }
-  const KeySym key = XStringToKeysym(std::string(keys).c_str());
-  if (key == NoSymbol) throw std::runtime_error("no such key: " + std::string(keys));
-  held.push_back(key);
+  held.push_back(keyNamed(keys));
 
   const auto send = [&](KeySym symbol, bool down) {
     XTestFakeKeyEvent(mDisplay, XKeysymToKeycode(mDisplay, symbol), down, CurrentTime);
@@ -197,6 +202,16 @@ void VirtualDesktop::press(std::string_view keys) {
   for (const KeySym symbol : held) send(symbol, true);
   std::reverse(held.begin(), held.end());
   for (const KeySym symbol : held) send(symbol, false);
+  XSync(mDisplay, False);
+}
+
+void VirtualDesktop::holdDown(std::string_view key) {
+  XTestFakeKeyEvent(mDisplay, XKeysymToKeycode(mDisplay, keyNamed(key)), True, CurrentTime);
+  XSync(mDisplay, False);
+}
+
+void VirtualDesktop::letGo(std::string_view key) {
+  XTestFakeKeyEvent(mDisplay, XKeysymToKeycode(mDisplay, keyNamed(key)), False, CurrentTime);
   XSync(mDisplay, False);
 }
 

@@ -19,8 +19,10 @@ namespace desktop {
 class VirtualDesktop {
  public:
   // Log files go to `directory`, which must exist. Also sets the environment of this program, so
-  // there can be one desktop for each program only. Throws std::runtime_error.
-  VirtualDesktop(const std::filesystem::path& directory, int width = 1280, int height = 800);
+  // there can be one desktop for each program only. `windowManager` is the command of one that
+  // follows the EWMH. Throws std::runtime_error.
+  VirtualDesktop(const std::filesystem::path& directory, int width = 1280, int height = 800,
+                 const std::string& windowManager = "openbox");
   ~VirtualDesktop();
 
   VirtualDesktop(const VirtualDesktop&) = delete;
@@ -33,6 +35,10 @@ class VirtualDesktop {
 
   // A key by its X name ("Return", "Escape", "a"), with modifiers before it: "ctrl+q", "alt+d".
   void press(std::string_view keys);
+
+  // A key without modifiers, which repeats until it is let go.
+  void holdDown(std::string_view key);
+  void letGo(std::string_view key);
 
   // Asks a window to close, as its frame's close button does. False when no window has that title.
   bool closeWindow(std::string_view title);
@@ -51,8 +57,8 @@ class VirtualDesktop {
 
  private:
   void startServer(int width, int height);
+  void startWindowManager(const std::string& command);
   void startBuses();
-  void startWindowManager();
 
   std::filesystem::path mDirectory;
   std::filesystem::path mRuntimeDirectory;

@@ -73,13 +73,18 @@ std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& p
   return window;
 }
 
+std::optional<ControlId> controlIdOf(const QWidget& widget) {
+  const QVariant signature = widget.property("controlSignature");
+  const QVariant number = widget.property("controlId");
+  if (!signature.isValid() && !number.isValid()) return std::nullopt;
+  return ControlId{codeFrom(signature.toString()), number.toInt()};
+}
+
 QWidget* findControl(QWidget& window, ControlId id) {
   for (QWidget* widget : window.findChildren<QWidget*>()) {
     if (widget->window() != &window) continue;  // of a sheet on it
-    const QVariant signature = widget->property("controlSignature");
-    const QVariant number = widget->property("controlId");
-    if (!signature.isValid() && !number.isValid()) continue;
-    if (codeFrom(signature.toString()) == id.signature && number.toInt() == id.id) return widget;
+    const auto own = controlIdOf(*widget);
+    if (own && own->signature == id.signature && own->id == id.id) return widget;
   }
   return nullptr;
 }

@@ -28,7 +28,8 @@ QEvent::Type openApplicationType() {
 
 class QtEventsOnLoop final : public QtEvents, private QObject {
  public:
-  explicit QtEventsOnLoop(QtEventLoop& loop) : mLoop(loop), mSignals([this] { quitForSession(); }) {
+  explicit QtEventsOnLoop(QtEventLoop& loop)
+      : mLoop(loop), mSignals([this] { quitInEveryState(); }) {
     QCoreApplication::instance()->installEventFilter(this);
   }
 
@@ -74,6 +75,8 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
 
   OSStatus sendToTarget(const EventTarget& target, const Event& sent) override;
 
+  void whenAskedToQuit(std::function<bool()> mayQuit) override { mMayQuit = std::move(mayQuit); }
+
  private:
   struct Installed {
     EventHandlerRef ref;
@@ -92,7 +95,7 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
   void askForDelivery();
   void deliverNext();
   void openApplication();
-  void quitForSession();
+  void quitInEveryState();
   std::vector<EventHandlerRef> chain(const EventTarget& target, const Event& sent) const;
 
   QtEventLoop& mLoop;
@@ -100,6 +103,7 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
   std::vector<Installed> mHandlers;  // in the order of their installation
   std::map<std::pair<FourCharCode, FourCharCode>, AppleHandler> mAppleHandlers;
   std::deque<std::unique_ptr<Event>> mQueue;
+  std::function<bool()> mMayQuit;
   TerminationSignals mSignals;
 };
 
@@ -174,14 +178,14 @@ void QtEventsOnLoop::openApplication() {
   found->second.handler(open, reply, found->second.refCon);
 }
 
-// Qt's own way of quitting asks each window to close, which a sheet refuses.
+// Qt's own way of quitting asks each window to close, which sheets do not.
 bool QtEventsOnLoop::eventFilter(QObject* watched, QEvent* filtered) {
   if (filtered->type() != QEvent::Quit) return QObject::eventFilter(watched, filtered);
-  quitForSession();
+  if (!mMayQuit || mMayQuit()) quitInEveryState();
   return true;
 }
 
-void QtEventsOnLoop::quitForSession() {
+void QtEventsOnLoop::quitInEveryState() {
   HICommand quit;
   quit.commandId = "quit"_4cc;
   mLoop.guard([&] { processCommand(quit); });

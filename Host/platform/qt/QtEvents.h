@@ -1,8 +1,10 @@
 // Events and commands on Qt's event loop. Posted events wait in Qt's queue and are dropped with the
-// object. A request of the session or of a signal (SIGTERM, SIGINT, SIGHUP) to end the program is
-// issued as the command 'quit', whatever a sheet blocks, and ends the loop in every state.
+// object. A signal to end the program (SIGTERM, SIGINT, SIGHUP) is issued as the command 'quit',
+// whatever a sheet blocks, and ends the loop in every state; so does a request of the session,
+// unless the user is to be asked first.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/Events.h"
@@ -16,6 +18,9 @@ class QtEvents : public Events {
   // Takes an event to the handlers on its target and returns their answer: what the toolkit tells
   // of windows and controls.
   virtual OSStatus sendToTarget(const EventTarget& target, const Event& event) = 0;
+
+  // `mayQuit` answers whether a request of the session is granted at once; without it, it is.
+  virtual void whenAskedToQuit(std::function<bool()> mayQuit) = 0;
 };
 
 // Needs the QCoreApplication. `loop` must outlive the events.

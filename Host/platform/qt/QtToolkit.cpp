@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QMenuBar>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <map>
@@ -22,11 +23,15 @@
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtEvents.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/QuitQuestions.h"
 #include "platform/qt/SheetDialog.h"
+#include "platform/qt/SheetGuard.h"
 #include "platform/qt/WindowStack.h"
 
 namespace platform {
 namespace {
+
+constexpr FourCharCode kQuit = "quit"_4cc;
 
 constexpr int kLongWord = 20;  // in average characters
 
@@ -68,7 +73,9 @@ std::vector<Notice*> noticesIn(const QWidget& window) {
 class QtToolkit final : public Toolkit {
  public:
   QtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle)
-      : mLoop(loop), mEvents(events), mBundle(bundle) {}
+      : mLoop(loop), mEvents(events), mBundle(bundle) {
+    mEvents.whenAskedToQuit([this] { return !mQuitQuestions.ask(); });
+  }
   ~QtToolkit() override;
 
   OSStatus createNibReference(const Text& name, NibRef& nib) override;
@@ -109,6 +116,8 @@ class QtToolkit final : public Toolkit {
                                std::uint16_t width) override;
 
  private:
+  OSStatus addWindow(NibRef nib, const Text& name, WindowRef& window);
+  void addQuitQuestion(NibRef nib, WindowRef sheet);
   OSStatus loadWindow(NibRef nib, const Text& name, std::unique_ptr<QWidget>& window) const;
   void wireButtons(QWidget& window);
   void wireList(WindowRef window, ListControl& list);
@@ -125,10 +134,14 @@ class QtToolkit final : public Toolkit {
   std::uint64_t mLastNib = 0;
   ControlTable mControls;
   WindowStack mWindows;
+  QuitQuestions mQuitQuestions{mWindows};
+  QPointer<QAction> mQuitAction;
+  SheetGuard mSheetGuard;
 };
 
 // The program is gone by now: its handlers and callbacks are not called any more.
 QtToolkit::~QtToolkit() {
+  mEvents.whenAskedToQuit({});
   for (const WindowRef window : mWindows.all()) {
     for (ListControl* list : mWindows.widget(window)->findChildren<ListControl*>()) {
       list->disconnectProgram();
@@ -173,7 +186,11 @@ OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
     for (QAction* action : drawnOn->findChildren<QAction*>()) {
       if (commandOf(*action) == 0) continue;
       action->setParent(bar);
-      group->addAction(action);
+      if (commandOf(*action) == kQuit) {
+        mQuitAction = action;
+      } else {
+        group->addAction(action);
+      }
       wireAction(*window, *action);
     }
     window->setMenuBar(bar);
@@ -184,6 +201,12 @@ OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
 }
 
 OSStatus QtToolkit::createWindowFromNib(NibRef nib, const Text& name, WindowRef& window) {
+  const OSStatus status = addWindow(nib, name, window);
+  if (status == noErr) addQuitQuestion(nib, window);
+  return status;
+}
+
+OSStatus QtToolkit::addWindow(NibRef nib, const Text& name, WindowRef& window) {
   window = WindowRef::None;
   std::unique_ptr<QWidget> loaded;
   const OSStatus status = loadWindow(nib, name, loaded);
@@ -198,7 +221,7 @@ OSStatus QtToolkit::createWindowFromNib(NibRef nib, const Text& name, WindowRef&
   if (mainWindow != nullptr) {
     mainWindow->whenCloseRequested([this, window] { return closeRequested(window); });
   } else {
-    sheet->whenCancelled([this, sheet](FourCharCode command) { issue(*sheet, command); });
+    sheet->whenCommanded([this, sheet](FourCharCode command) { issue(*sheet, command); });
   }
   layOut(widget);
   for (ListControl* list : widget.findChildren<ListControl*>()) wireList(window, *list);
@@ -208,9 +231,18 @@ OSStatus QtToolkit::createWindowFromNib(NibRef nib, const Text& name, WindowRef&
   return noErr;
 }
 
+// Without its file, Quit is not asked about.
+void QtToolkit::addQuitQuestion(NibRef nib, WindowRef sheet) {
+  const QString name = mWindows.widget(sheet)->property("quitQuestion").toString();
+  WindowRef question = WindowRef::None;
+  if (name.isEmpty() || addWindow(nib, toText(name), question) != noErr) return;
+  mQuitQuestions.add(question, sheet);
+}
+
 // Handlers for the end of a control may still use it.
 void QtToolkit::disposeWindow(WindowRef window) {
   if (mWindows.widget(window) == nullptr) return;
+  mQuitQuestions.withdraw(window);
   for (const ControlRef control : mControls.ownedBy(window)) {
     Event disposed("cntl"_4cc, 1001);
     disposed.setParameter("----"_4cc, control);
@@ -221,12 +253,18 @@ void QtToolkit::disposeWindow(WindowRef window) {
   mWindows.remove(window);
 }
 
+// What the program has to say about a download comes instead of the question about it. The sheet
+// has Quit's key, since the menu bar is in another window.
 OSStatus QtToolkit::showSheetWindow(WindowRef sheet, WindowRef parent) {
-  const bool isSheet = dynamic_cast<SheetDialog*>(mWindows.widget(sheet)) != nullptr;
-  return isSheet && mWindows.attach(sheet, parent) ? noErr : errInvalidWindowRef;
+  auto* const shown = dynamic_cast<SheetDialog*>(mWindows.widget(sheet));
+  if (shown == nullptr) return errInvalidWindowRef;
+  mQuitQuestions.withdraw(parent);
+  if (mQuitAction != nullptr) shown->addAction(mQuitAction);
+  return mWindows.attach(sheet, parent) ? noErr : errInvalidWindowRef;
 }
 
 OSStatus QtToolkit::hideSheetWindow(WindowRef sheet) {
+  mQuitQuestions.withdraw(sheet);
   return mWindows.detach(sheet) ? noErr : errInvalidWindowRef;
 }
 
@@ -378,7 +416,7 @@ void QtToolkit::boundsChanged(ControlRef control, const QRect& before, const QRe
 }
 
 bool QtToolkit::closeRequested(WindowRef window) {
-  if (mWindows.isBlocked(window)) return false;
+  if (mQuitQuestions.ask()) return false;
   OSStatus answer = noErr;
   mLoop.guard([&] { answer = mEvents.sendToTarget(window, Event("wind"_4cc, 72)); });
   if (answer != eventNotHandledErr) return false;
@@ -386,11 +424,18 @@ bool QtToolkit::closeRequested(WindowRef window) {
   return true;
 }
 
-// The one place where the activation of a control becomes a command.
+// The one place where the activation of a control becomes a command. Of the answers to a question
+// about Quit, the program gets only Quit.
 void QtToolkit::issue(const QWidget& source, FourCharCode command) {
   const WindowRef window = mWindows.refOf(*source.window());
-  if (window == WindowRef::None || mWindows.isBlocked(window)) return;
+  if (window == WindowRef::None || (command != kQuit && mWindows.isBlocked(window))) return;
   if (!source.isVisible() || !source.isEnabled()) return;
+  if (mQuitQuestions.isQuestion(window)) {
+    mQuitQuestions.withdraw(window);
+    if (command != kQuit) return;
+  } else if (command == kQuit && mQuitQuestions.ask()) {
+    return;
+  }
   for (Notice* notice : noticesIn(*source.window())) notice->noteCommand(command);
   HICommand issued;
   issued.commandId = command;

@@ -1,7 +1,6 @@
 #include "platform/qt/SheetDialog.h"
 
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QLayout>
 #include <QPushButton>
 #include <QScreen>
@@ -18,11 +17,11 @@ constexpr int kWidthInCharacters = 62;
 
 SheetDialog::SheetDialog(QWidget* parent) : QDialog(parent) {}
 
+// Not modal in the sense of Qt, which would close what the sheet blocks to Quit as well.
 void SheetDialog::showOver(QWidget& over) {
   Qt::WindowFlags flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
-  if (codeFrom(property("cancelCommand").toString()) != 0) flags |= Qt::WindowCloseButtonHint;
+  if (closeCommand() != 0) flags |= Qt::WindowCloseButtonHint;
   if (parentWidget() != &over || windowFlags() != flags) setParent(&over, flags);
-  setWindowModality(Qt::WindowModal);
   setAttribute(Qt::WA_Moved, false);  // centred on the parent each time
   fitToContents();
   for (QPushButton* button : findChildren<QPushButton*>()) {
@@ -31,19 +30,22 @@ void SheetDialog::showOver(QWidget& over) {
   show();
 }
 
-void SheetDialog::reject() {
-  const FourCharCode command = codeFrom(property("cancelCommand").toString());
-  if (command != 0 && mCancelled) mCancelled(command);
-}
+void SheetDialog::reject() { issue(codeFrom(property("cancelCommand").toString())); }
 
 void SheetDialog::closeEvent(QCloseEvent* event) {
   event->ignore();
-  reject();
+  issue(closeCommand());
 }
 
-// A key that is still held down from before must not answer the sheet.
-void SheetDialog::keyPressEvent(QKeyEvent* event) {
-  if (!event->isAutoRepeat()) QDialog::keyPressEvent(event);
+bool SheetDialog::isAnsweredByClosing() const { return !property("closeCommand").isValid(); }
+
+FourCharCode SheetDialog::closeCommand() const {
+  const FourCharCode own = codeFrom(property("closeCommand").toString());
+  return own != 0 ? own : codeFrom(property("cancelCommand").toString());
+}
+
+void SheetDialog::issue(FourCharCode command) {
+  if (command != 0 && mCommanded) mCommanded(command);
 }
 
 void SheetDialog::changeEvent(QEvent* event) {

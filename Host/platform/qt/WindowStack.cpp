@@ -1,13 +1,23 @@
 #include "platform/qt/WindowStack.h"
 
+#include <QApplication>
 #include <QEvent>
-#include <QGuiApplication>
+#include <QMainWindow>
 #include <QWindow>
 #include <utility>
 
 #include "platform/qt/SheetDialog.h"
 
 namespace platform {
+namespace {
+
+QWidget& contentsOf(QWidget& window) {
+  const auto* mainWindow = qobject_cast<QMainWindow*>(&window);
+  const bool hasContents = mainWindow != nullptr && mainWindow->centralWidget() != nullptr;
+  return hasContents ? *mainWindow->centralWidget() : window;
+}
+
+}  // namespace
 
 // Some window managers give the keyboard to a blocked window when it is clicked; Escape would then
 // reach nobody.
@@ -104,17 +114,31 @@ void WindowStack::setActions(WindowRef window, QActionGroup& actions) {
 
 bool WindowStack::isBlocked(WindowRef window) const { return !sheetsOf(window).empty(); }
 
+bool WindowStack::isUp(WindowRef window) const {
+  const auto found = mWindows.find(window);
+  return found != mWindows.end() && isOnScreen(found->second);
+}
+
+void WindowStack::activate(WindowRef window) {
+  if (isUp(window)) widget(window)->activateWindow();
+}
+
 bool WindowStack::isOnScreen(const Window& window) const {
   if (window.parent == WindowRef::None) return window.shown;
   return isOnScreen(mWindows.at(window.parent));
 }
 
-void WindowStack::block(Window& window, bool blocked) {
-  if (window.widget->isEnabled() == !blocked) return;
+void WindowStack::updateBlockingOf(WindowRef ref) {
+  Window& window = *find(ref);
+  QWidget& contents = contentsOf(*window.widget);
+  const bool blocked = isBlocked(ref);
+  if (contents.isEnabled() == !blocked) return;
   if (blocked) window.focus = window.widget->focusWidget();
-  window.widget->setEnabled(!blocked);
+  contents.setEnabled(!blocked);
   if (window.actions != nullptr) window.actions->setEnabled(!blocked);
-  if (!blocked && window.focus != nullptr) window.focus->setFocus();
+  if (blocked) return;
+  if (window.focus != nullptr) window.focus->setFocus();
+  activate(ref);
 }
 
 void WindowStack::updateBlocking() { updateBlockingBelow(WindowRef::None); }
@@ -122,7 +146,7 @@ void WindowStack::updateBlocking() { updateBlockingBelow(WindowRef::None); }
 // From the bottom up, since disabling a window reaches the sheets among its children too.
 void WindowStack::updateBlockingBelow(WindowRef parent) {
   for (const WindowRef window : sheetsOf(parent)) {
-    block(*find(window), isBlocked(window));
+    updateBlockingOf(window);
     if (isBlocked(window)) updateBlockingBelow(window);
   }
 }
@@ -142,8 +166,9 @@ void WindowStack::present(WindowRef window) {
   for (const WindowRef each : sheetsOf(window)) present(each);
 }
 
+// An open menu needs the keyboard.
 void WindowStack::passKeyboardOn(const QWindow* focused) {
-  if (focused == nullptr) return;
+  if (focused == nullptr || QApplication::activePopupWidget() != nullptr) return;
   for (const auto& [ref, each] : mWindows) {
     if (each.widget->windowHandle() != focused || !isBlocked(ref)) continue;
     WindowRef top = ref;

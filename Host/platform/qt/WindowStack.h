@@ -1,5 +1,7 @@
 // The windows, which sheet is up on which, and what that blocks and shows. A sheet whose parent is
-// not on screen appears together with it. Used by the toolkit, which owns it.
+// not on screen appears together with it. Of a blocked main window the contents are disabled, and
+// not its menu bar: Quit is there. When a sheet goes, what it blocked is made the active window,
+// and the control that had the focus gets it back. Used by the toolkit, which owns it.
 #pragma once
 
 #include <QActionGroup>
@@ -44,6 +46,12 @@ class WindowStack {
 
   bool isBlocked(WindowRef window) const;
 
+  // Whether it is on screen, a sheet together with its parent.
+  bool isUp(WindowRef window) const;
+
+  // Makes it the active window.
+  void activate(WindowRef window);
+
  private:
   struct Window {
     QWidget* widget = nullptr;
@@ -55,7 +63,7 @@ class WindowStack {
 
   Window* find(WindowRef window);
   bool isOnScreen(const Window& window) const;
-  void block(Window& window, bool blocked);
+  void updateBlockingOf(WindowRef window);
   void updateBlocking();
   void updateBlockingBelow(WindowRef parent);
   void present(WindowRef window);

@@ -132,7 +132,16 @@ TEST_F(DownloadFlowTest, NothingBehindASheetIssuesACommand) {
   EXPECT_FALSE(pressDownload());
   EXPECT_FALSE(screen().chooseMenuItem("Down"_4cc));
   EXPECT_FALSE(screen().select("PrinterSelectWindow", kList, 0));
-  EXPECT_FALSE(screen().closeWindow("PrinterSelectWindow"));
+}
+
+TEST_F(DownloadFlowTest, QuitWhileTheQuestionIsUpEndsTheLoop) {
+  doubles.toolkit.setMenuBarFromNib(nib.get(), text("MenuBar"));
+  addNetworkPrinter();
+  select(1);
+  pressDownload();
+  EXPECT_TRUE(screen().chooseMenuItem("quit"_4cc));
+  EXPECT_EQ(onScreen(), "");
+  EXPECT_THAT(doubles.events.takeCalls(), testing::Contains("command quit"));
 }
 
 }  // namespace

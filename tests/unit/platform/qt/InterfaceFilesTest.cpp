@@ -17,12 +17,15 @@ namespace {
 class InterfaceFiles : public QtWindows {
  protected:
   InterfaceFiles() {
-    for (const char* sheet : kSheets) create(sheet);
+    // The question about Quit comes with the progress.
+    for (const char* sheet : kSheets) {
+      if (window(sheet) == nullptr) create(sheet);
+    }
     showMain();
   }
 
   static constexpr std::array kSheets{"ConfirmDownloadSheet", "ProgressSheet", "FailedSheet",
-                                      "UpToDateSheet"};
+                                      "UpToDateSheet", "QuitSheet"};
   static constexpr const char* kMain = "PrinterSelectWindow";
 
   static std::string accessibleName(QObject* object) {
@@ -37,10 +40,12 @@ TEST_F(InterfaceFiles, ButtonsHaveTheirLabels) {
   EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "No  "_4cc)), "No");
   EXPECT_EQ(accessibleName(button("FailedSheet", "Clos"_4cc)), "Close");
   EXPECT_EQ(accessibleName(button("UpToDateSheet", "Clos"_4cc)), "Close");
+  EXPECT_EQ(accessibleName(button("QuitSheet", "Keep"_4cc)), "Keep downloading");
+  EXPECT_EQ(accessibleName(button("QuitSheet", "quit"_4cc)), "Quit anyway");
 }
 
 TEST_F(InterfaceFiles, EveryWindowAndControlHasAnAccessibleName) {
-  for (const char* name : {kMain, kSheets[0], kSheets[1], kSheets[2], kSheets[3]}) {
+  for (const char* name : {kMain, kSheets[0], kSheets[1], kSheets[2], kSheets[3], kSheets[4]}) {
     EXPECT_FALSE(window(name)->windowTitle().isEmpty()) << name;
     for (QWidget* widget : window(name)->findChildren<QWidget*>()) {
       const bool isControl = qobject_cast<QAbstractButton*>(widget) != nullptr ||
