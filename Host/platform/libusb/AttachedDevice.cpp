@@ -1,4 +1,4 @@
-#include "AttachedDevice.h"
+#include "platform/libusb/AttachedDevice.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <utility>
 
-#include "GiveBackAtExit.h"
-#include "LibusbResults.h"
-#include "SysfsAttribute.h"
+#include "platform/libusb/GiveBackAtExit.h"
+#include "platform/libusb/LibusbResults.h"
+#include "platform/libusb/SysfsAttribute.h"
 
 namespace platform {
 namespace {

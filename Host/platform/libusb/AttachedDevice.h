@@ -10,8 +10,8 @@
 #include <map>
 #include <memory>
 
-#include "LibusbContext.h"
-#include "UsbDescription.h"
+#include "platform/libusb/LibusbContext.h"
+#include "platform/libusb/UsbDescription.h"
 
 namespace platform {
 

@@ -1,4 +1,4 @@
-#include "AttachedDevices.h"
+#include "platform/libusb/AttachedDevices.h"
 
 #include <algorithm>
 #include <chrono>

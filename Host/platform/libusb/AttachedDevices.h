@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "InterfaceChanges.h"
-#include "RegistryObjects.h"
+#include "platform/libusb/InterfaceChanges.h"
+#include "platform/libusb/RegistryObjects.h"
 
 namespace platform {
 

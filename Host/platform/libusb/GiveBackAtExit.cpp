@@ -1,4 +1,4 @@
-#include "GiveBackAtExit.h"
+#include "platform/libusb/GiveBackAtExit.h"
 
 #include <linux/usbdevice_fs.h>
 #include <sys/ioctl.h>

@@ -1,4 +1,4 @@
-#include "InterfaceChanges.h"
+#include "platform/libusb/InterfaceChanges.h"
 
 #include <linux/netlink.h>
 #include <sys/socket.h>

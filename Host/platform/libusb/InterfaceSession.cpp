@@ -1,9 +1,9 @@
-#include "InterfaceSession.h"
+#include "platform/libusb/InterfaceSession.h"
 
 #include <limits>
 #include <utility>
 
-#include "LibusbResults.h"
+#include "platform/libusb/LibusbResults.h"
 
 namespace platform {
 

@@ -12,8 +12,8 @@
 #include <memory>
 #include <vector>
 
-#include "AttachedDevice.h"
 #include "platform/UsbRegistry.h"
+#include "platform/libusb/AttachedDevice.h"
 
 namespace platform {
 

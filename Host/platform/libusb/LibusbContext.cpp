@@ -1,11 +1,11 @@
-#include "LibusbContext.h"
+#include "platform/libusb/LibusbContext.h"
 
 #include <poll.h>
 #include <sys/time.h>
 
 #include <utility>
 
-#include "LibusbResults.h"
+#include "platform/libusb/LibusbResults.h"
 
 namespace platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "LibusbDeviceObject.h"
+#include "platform/libusb/LibusbDeviceObject.h"
 
 #include <utility>
 

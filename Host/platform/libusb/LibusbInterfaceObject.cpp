@@ -1,9 +1,9 @@
-#include "LibusbInterfaceObject.h"
+#include "platform/libusb/LibusbInterfaceObject.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "InterfaceSession.h"
+#include "platform/libusb/InterfaceSession.h"
 
 namespace platform {
 namespace {

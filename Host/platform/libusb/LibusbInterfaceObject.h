@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <memory>
 
-#include "AttachedDevice.h"
 #include "platform/UsbRegistry.h"
+#include "platform/libusb/AttachedDevice.h"
 
 namespace platform {
 

@@ -1,9 +1,9 @@
-#include "LibusbPlugIn.h"
+#include "platform/libusb/LibusbPlugIn.h"
 
 #include <utility>
 
-#include "LibusbDeviceObject.h"
-#include "LibusbInterfaceObject.h"
+#include "platform/libusb/LibusbDeviceObject.h"
+#include "platform/libusb/LibusbInterfaceObject.h"
 
 namespace platform {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "RegistryObjects.h"
+#include "platform/libusb/RegistryObjects.h"
 
 namespace platform {
 

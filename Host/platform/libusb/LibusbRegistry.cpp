@@ -1,14 +1,14 @@
-#include "LibusbRegistry.h"
+#include "platform/libusb/LibusbRegistry.h"
 
 #include <algorithm>
 #include <cstring>
 #include <utility>
 #include <vector>
 
-#include "AttachedDevices.h"
-#include "LibusbPlugIn.h"
-#include "Notifications.h"
-#include "PropertyMatching.h"
+#include "platform/libusb/AttachedDevices.h"
+#include "platform/libusb/LibusbPlugIn.h"
+#include "platform/libusb/Notifications.h"
+#include "platform/libusb/PropertyMatching.h"
 
 namespace platform {
 namespace {

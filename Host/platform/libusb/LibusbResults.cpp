@@ -1,4 +1,4 @@
-#include "LibusbResults.h"
+#include "platform/libusb/LibusbResults.h"
 
 #include <array>
 #include <cerrno>

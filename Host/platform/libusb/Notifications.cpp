@@ -1,4 +1,4 @@
-#include "Notifications.h"
+#include "platform/libusb/Notifications.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "RegistryObjects.h"
+#include "platform/libusb/RegistryObjects.h"
 
 namespace platform {
 

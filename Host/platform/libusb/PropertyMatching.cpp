@@ -1,4 +1,4 @@
-#include "PropertyMatching.h"
+#include "platform/libusb/PropertyMatching.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "RegistryObjects.h"
+#include "platform/libusb/RegistryObjects.h"
 
 namespace platform {
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "AttachedDevice.h"
 #include "platform/UsbRegistry.h"
+#include "platform/libusb/AttachedDevice.h"
 
 namespace platform {
 

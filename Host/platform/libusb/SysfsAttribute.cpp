@@ -1,4 +1,4 @@
-#include "SysfsAttribute.h"
+#include "platform/libusb/SysfsAttribute.h"
 
 #include <fstream>
 #include <string>

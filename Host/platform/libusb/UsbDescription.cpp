@@ -1,4 +1,4 @@
-#include "UsbDescription.h"
+#include "platform/libusb/UsbDescription.h"
 
 #include <sys/stat.h>
 
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "SysfsAttribute.h"
+#include "platform/libusb/SysfsAttribute.h"
 
 namespace platform {
 namespace {
