@@ -39,6 +39,14 @@ void FakeEvents::fail(Operation operation, OSStatus status, int successes) {
 
 std::vector<std::string> FakeEvents::takeCalls() { return std::exchange(mCalls, {}); }
 
+std::vector<std::string> FakeEvents::takeCommands() { return std::exchange(mCommands, {}); }
+
+std::vector<std::string> FakeEvents::waiting() const {
+  std::vector<std::string> waiting;
+  for (const auto& event : mQueue) waiting.push_back(described(*event));
+  return waiting;
+}
+
 OSStatus FakeEvents::record(Operation operation, const std::string& call) {
   mCalls.push_back(call);
   const auto failure = mFailures.find(operation);
@@ -136,6 +144,7 @@ OSStatus FakeEvents::installAppleEventHandler(FourCharCode eventClass, FourCharC
 
 OSStatus FakeEvents::processCommand(const HICommand& command) {
   mCalls.push_back("command " + fourCharText(command.commandId));
+  mCommands.push_back(fourCharText(command.commandId));
   Event event("cmds"_4cc, 1);
   event.setParameter("----"_4cc, command);
   const OSStatus status = send(kApplicationTarget, event);

@@ -28,6 +28,13 @@ class FakeEvents : public platform::Events {
   const std::vector<std::string>& calls() const { return mCalls; }
   std::vector<std::string> takeCalls();
 
+  // The commands so far: "DlNo". The second forgets them.
+  const std::vector<std::string>& commands() const { return mCommands; }
+  std::vector<std::string> takeCommands();
+
+  // The events that were posted and wait for their delivery: "FwDl 1".
+  std::vector<std::string> waiting() const;
+
   // Delivers the event that was posted first; false when none waits.
   bool deliverNext();
   void deliverAll();
@@ -90,6 +97,7 @@ class FakeEvents : public platform::Events {
   std::deque<std::unique_ptr<platform::Event>> mQueue;
   std::map<Operation, Failure> mFailures;
   std::vector<std::string> mCalls;
+  std::vector<std::string> mCommands;
   std::function<bool()> mIdle;
   platform::EventHandlerRef mLastHandler = 0;
   bool mQuit = false;

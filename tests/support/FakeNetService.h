@@ -28,6 +28,8 @@ class FakeNetService : public platform::NetService {
   // Ends a resolve under way, as the end of the browser does.
   void silence();
 
+  bool isResolving() const { return mPending != nullptr; }
+
   // Described as NAME.TYPE.DOMAIN.
   platform::Text description() const override;
   platform::Text name() const override;

@@ -21,6 +21,7 @@ class FakeNetwork::Socket : public StreamSocket {
 
   int connectInBackground(const Data& address) override {
     mNetwork.mCalls.push_back("connect");
+    mNetwork.mIsConnecting = true;
     mNetwork.mConnectedTo = address;
     return mNetwork.mConnectResult;
   }
@@ -88,6 +89,7 @@ std::unique_ptr<StreamSocket> FakeNetwork::createStreamSocket(unsigned long call
   mCalls.push_back("create " + std::to_string(callbackTypes));
   auto socket = std::make_unique<Socket>(*this, callbackTypes, callout, info);
   mOpen = socket.get();
+  mIsConnecting = false;
   return socket;
 }
 

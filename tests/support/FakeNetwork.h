@@ -37,6 +37,9 @@ class FakeNetwork : public platform::Network {
 
   bool isOpen() const { return mOpen != nullptr; }
 
+  // Whether the last socket was told to connect, to connectedTo().
+  bool isConnecting() const { return mIsConnecting; }
+
   std::unique_ptr<platform::StreamSocket> createStreamSocket(
       unsigned long callbackTypes, platform::StreamSocket::Callout callout, void* info) override;
   platform::Text numericAddress(int family, std::span<const std::uint8_t> address) override;
@@ -47,6 +50,7 @@ class FakeNetwork : public platform::Network {
   bool callBackIfEnabled(unsigned long bit, unsigned long type, const void* data);
 
   Socket* mOpen = nullptr;
+  bool mIsConnecting = false;
   int mConnectResult = 0;
   int mSendResult = 0;
   platform::Data mConnectedTo;

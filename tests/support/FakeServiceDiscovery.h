@@ -2,6 +2,7 @@
 // come from the platform's run loop. Must outlive its browsers.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <set>
 #include <string>
@@ -20,6 +21,8 @@ class FakeServiceDiscovery : public platform::ServiceDiscovery {
 
   void announce(FakeNetService::Announcement announcement);
   void withdraw(const std::string& name);
+  std::size_t browsers() const { return mBrowsers.size(); }
+
   // Tells the browsers an error of their own.
   void fail(platform::StreamError error);
 

@@ -38,7 +38,10 @@ void FakeUsbPort::addTo(platform::RunLoop& runLoop) {
   mRunLoop = &runLoop;
 }
 
-FakeUsbPlugIn::~FakeUsbPlugIn() { mRegistry.mRecord.note("releasePlugIn " + mEntry->label); }
+FakeUsbPlugIn::~FakeUsbPlugIn() {
+  mRegistry.mRecord.note("releasePlugIn " + mEntry->label);
+  --mRegistry.mPlugIns;
+}
 
 IOReturn FakeUsbPlugIn::queryDevice(std::unique_ptr<platform::UsbDeviceObject>& device) {
   const auto answer =
@@ -255,6 +258,8 @@ IOReturn FakeUsbInterfaceObject::start(const std::string& call, const FakeUsbTra
                               .result;
   if (result != kIOReturnSuccess) return result;
   const auto transfer = std::make_shared<FakeUsbTransfer>(started);
+  transfer->noDataTimeout = noDataTimeout;
+  transfer->completionTimeout = completionTimeout;
   mStarted.push_back(transfer);
   mRegistry.mTransfers.push_back(transfer);
   limitTime(transfer, shorter(noDataTimeout, completionTimeout));

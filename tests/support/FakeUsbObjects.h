@@ -49,7 +49,9 @@ class FakeUsbPort : public platform::UsbNotificationPort {
 class FakeUsbPlugIn : public platform::UsbPlugIn {
  public:
   FakeUsbPlugIn(FakeUsbRegistry& registry, std::shared_ptr<FakeUsbEntry> entry)
-      : mRegistry(registry), mEntry(std::move(entry)) {}
+      : mRegistry(registry), mEntry(std::move(entry)) {
+    ++mRegistry.mPlugIns;
+  }
   ~FakeUsbPlugIn() override;
   platform::IOReturn queryDevice(std::unique_ptr<platform::UsbDeviceObject>& device) override;
   platform::IOReturn queryInterface(

@@ -169,6 +169,11 @@ int FakeUsbRegistry::references(platform::io_object_t object) const {
   return mReferences.at(object);
 }
 
+bool FakeUsbRegistry::isOpen(platform::io_service_t service) const {
+  const auto asked = entry(service);
+  return asked->openedBy != nullptr || asked->wholeOpenedBy != nullptr;
+}
+
 std::shared_ptr<FakeUsbTransfer> FakeUsbRegistry::oldest() {
   if (!mTransfers.empty()) return mTransfers.front();
   mRecord.complain("no transfer is under way");

@@ -30,6 +30,8 @@ struct FakeUsbTransfer {
   const void* source = nullptr;  // of a write
   std::string written;           // by a write
   std::uint32_t size = 0;
+  std::uint32_t noDataTimeout = 0;      // in milliseconds
+  std::uint32_t completionTimeout = 0;  // in milliseconds
   platform::IOAsyncCallback callback = nullptr;
   void* refCon = nullptr;
   FakeUsbInterfaceObject* object = nullptr;
@@ -83,6 +85,12 @@ class FakeUsbRegistry : public platform::UsbRegistry {
   std::vector<std::string> problems() const;
 
   int references(platform::io_object_t object) const;
+
+  // Whether the product has this interface open, or this device as a whole.
+  bool isOpen(platform::io_service_t service) const;
+
+  // Plug-ins that are not released yet.
+  int plugIns() const { return mPlugIns; }
 
   // Ends the oldest transfer under way, or records a problem. A read gets the bytes.
   void completeRead(const std::string& bytes);
@@ -161,6 +169,7 @@ class FakeUsbRegistry : public platform::UsbRegistry {
   std::map<platform::io_service_t, std::shared_ptr<FakeUsbEntry>> mEntries;
   std::map<platform::io_iterator_t, std::deque<platform::io_service_t>> mIterators;
   std::map<std::string, int> mCounters;
+  int mPlugIns = 0;
   std::vector<Interest> mInterests;
   std::vector<Match> mMatches;
   std::deque<std::shared_ptr<FakeUsbTransfer>> mTransfers;

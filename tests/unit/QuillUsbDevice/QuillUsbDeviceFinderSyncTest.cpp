@@ -7,7 +7,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
@@ -40,9 +39,7 @@ TEST_F(QuillUsbDeviceFinderSyncTest, ReportsEachAttachedDevice) {
 TEST_F(QuillUsbDeviceFinderSyncTest, AsksForVendorAndProduct) {
   mFinder.findAttached();
   EXPECT_THAT(mUsb.takeCalls(),
-              ElementsAre("serviceMatching IOUSBDevice",
-                          "matchingServices IOUSBDevice idVendor=14961:2 idProduct=3112:4",
-                          "iteratorNext iterator1", "release iterator1"));
+              Contains("matchingServices IOUSBDevice idVendor=14961:2 idProduct=3112:4"));
 }
 
 TEST_F(QuillUsbDeviceFinderSyncTest, OtherDevicesAndThoseThatAreGoneAreNotReported) {

@@ -7,6 +7,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char* kFindPrinterClass =
@@ -48,7 +49,7 @@ TEST_F(UsbDeviceTest, IsReleasedWithoutBeingClosed) {
 TEST_F(UsbDeviceTest, NoPlugIn) {
   mUsb.script("createPlugIn", platform::kIOReturnNoMemory);
   EXPECT_EQ(makeFails(), "Unable to create a plug-in. [return value = 0xe00002bd]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("createPlugIn printer device"));
+  EXPECT_EQ(mUsb.references(mService), 0);
 }
 
 TEST_F(UsbDeviceTest, SuccessWithoutPlugInIsAFailure) {
@@ -59,8 +60,7 @@ TEST_F(UsbDeviceTest, SuccessWithoutPlugInIsAFailure) {
 TEST_F(UsbDeviceTest, FailureWithAPlugInReleasesIt) {
   mUsb.script("createPlugIn", platform::kIOReturnNoMemory, true);
   EXPECT_EQ(makeFails(), "Unable to create a plug-in. [return value = 0xe00002bd]");
-  EXPECT_THAT(mUsb.takeCalls(),
-              ElementsAre("createPlugIn printer device", "releasePlugIn printer"));
+  EXPECT_EQ(mUsb.plugIns(), 0);
 }
 
 TEST_F(UsbDeviceTest, FailedQueryReleasesThePlugIn) {
@@ -68,8 +68,7 @@ TEST_F(UsbDeviceTest, FailedQueryReleasesThePlugIn) {
   EXPECT_EQ(makeFails(),
             "Couldn\u2019t create a device interface for the device."
             " [return value = 0xe00002c7]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("createPlugIn printer device", "queryDevice printer",
-                                            "releasePlugIn printer"));
+  EXPECT_EQ(mUsb.plugIns(), 0);
 }
 
 TEST_F(UsbDeviceTest, NegativeQueryResultWithAnObjectReleasesBoth) {
@@ -77,8 +76,8 @@ TEST_F(UsbDeviceTest, NegativeQueryResultWithAnObjectReleasesBoth) {
   EXPECT_EQ(makeFails(),
             "Couldn\u2019t create a device interface for the device."
             " [return value = 0xe00002bc]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("createPlugIn printer device", "queryDevice printer",
-                                            "releasePlugIn printer", "releaseObject printer"));
+  EXPECT_EQ(mUsb.plugIns(), 0);
+  EXPECT_THAT(mUsb.takeCalls(), Contains("releaseObject printer"));
 }
 
 TEST_F(UsbDeviceTest, SuccessfulQueryWithoutObjectIsAFailure) {
@@ -98,10 +97,8 @@ TEST_F(UsbDeviceTest, GivesAnInterfaceByItsClass) {
   {
     const std::unique_ptr<UsbInterface> interface = device.getInterface(7);
     ASSERT_NE(interface, nullptr);
-    EXPECT_THAT(mUsb.takeCalls(),
+    EXPECT_THAT(takeCallsOf({"createInterfaceIterator", "iteratorNext", "retain", "release "}),
                 ElementsAre(kFindPrinterClass, "iteratorNext iterator1", "release iterator1",
-                            "entryName printer/7", "createPlugIn printer/7 interface",
-                            "queryInterface printer/7", "releasePlugIn printer/7",
                             "retain printer/7", "release printer/7"));
     EXPECT_EQ(mUsb.references(entry), 1);
   }
@@ -115,17 +112,10 @@ TEST_F(UsbDeviceTest, OnlyTheFirstInterfaceOfAClassCounts) {
   std::ostringstream out;
   interface->print(out);
   EXPECT_EQ(out.str(), "  IORegistry property dictionary for interface First:\n");
-  EXPECT_THAT(mUsb.takeCalls(), Not(Contains("entryName printer/7#2")));
+  EXPECT_THAT(mUsb.takeCalls(), Not(Contains(HasSubstr("printer/7#2"))));
 }
 
-TEST_F(UsbDeviceTest, MissingInterfaceIsNoFailure) {
-  EXPECT_EQ(make().getInterface(3), nullptr);
-  EXPECT_THAT(
-      mUsb.takeCalls(),
-      ElementsAre(
-          "createInterfaceIterator printer class=3 subclass=65535 protocol=65535 alternate=65535",
-          "iteratorNext iterator1", "release iterator1"));
-}
+TEST_F(UsbDeviceTest, MissingInterfaceIsNoFailure) { EXPECT_EQ(make().getInterface(3), nullptr); }
 
 TEST_F(UsbDeviceTest, InterfaceClassIsCutTo16Bits) {
   EXPECT_NE(make().getInterface(0x70007), nullptr);
@@ -145,7 +135,6 @@ TEST_F(UsbDeviceTest, FailureWithAnIteratorReleasesIt) {
   mUsb.script("createInterfaceIterator", platform::kIOReturnNoDevice, true);
   EXPECT_EQ(thrown<IoKitException>([&] { make().getInterface(7); }),
             "Failed to get interface iterator for device. [return value = 0xe00002c0]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre(kFindPrinterClass, "release iterator1"));
 }
 
 TEST_F(UsbDeviceTest, InterfaceThatCannotBeMadeLeavesNothingBehind) {
@@ -165,14 +154,15 @@ TEST_F(UsbDeviceTest, DeviceThatAnotherProgramHasOpenIsNotReEnumerated) {
   mUsb.script("open", platform::kIOReturnExclusiveAccess);
   EXPECT_EQ(thrown<IoKitException>([&] { make().reEnumerate(); }),
             "Failed to open device. [return value = 0xe00002c5]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("open printer"));
+  EXPECT_FALSE(mUsb.isOpen(mService));
 }
 
 TEST_F(UsbDeviceTest, DeviceThatFailsToReEnumerateStaysOpen) {
   mUsb.script("reEnumerate", platform::kIOReturnNotResponding);
   EXPECT_EQ(thrown<IoKitException>([&] { make().reEnumerate(); }),
             "Failed to re-enumerate device. [return value = 0xe00002ed]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre("open printer", "reEnumerate printer options=0"));
+  EXPECT_TRUE(mUsb.isOpen(mService));
+  mUsb.takeCalls();
   mDevice.reset();
   EXPECT_THAT(mUsb.takeCalls(), ElementsAre("releaseObject printer", "release printer"));
 }

@@ -226,10 +226,8 @@ TEST_F(UsbInterfaceReadTest, StreamArrivesUnbrokenHoweverItIsCut) {
 
 TEST_F(UsbInterfaceReadTest, FailedTransferIsToldWithItsCodeAndNotRetried) {
   read(64);
-  mUsb.takeCalls();
   fail(platform::kIOUSBTransactionTimeout);
   EXPECT_THAT(mNotifier.told(), ElementsAre("failed: Async read failed: I/O Kit error=0xe0004051"));
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
   EXPECT_TRUE(mUsb.transfers().empty());
 }
 
@@ -317,7 +315,7 @@ TEST_F(UsbInterfaceReadTest, LengthBeyond32BitsIsRefusedBeforeAnythingIsDone) {
   EXPECT_EQ(
       thrown<IoKitException>([&] { mInterface->read(&byte, std::size_t{1} << 32, mNotifier, 1); }),
       "Async read request failed. [return value = 0xe00002c2]");
-  EXPECT_THAT(mUsb.takeCalls(), ElementsAre());
+  EXPECT_TRUE(mUsb.transfers().empty());
 }
 
 TEST_F(UsbInterfaceReadTest, CompletionWithoutContextIsIgnored) {

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,17 @@ inline FakeUsbDevice labelled(const std::string& serialNumber) {
 class UsbTest : public testing::Test {
  protected:
   ~UsbTest() override { EXPECT_THAT(mUsb.problems(), testing::ElementsAre()); }
+
+  // The calls so far that begin with one of these, in their order: what one layer does itself,
+  // without what the layers below it do on the way.
+  std::vector<std::string> takeCallsOf(const std::vector<std::string>& beginnings) {
+    std::vector<std::string> calls = mUsb.takeCalls();
+    std::erase_if(calls, [&](const std::string& call) {
+      return std::ranges::none_of(
+          beginnings, [&](const std::string& wanted) { return call.starts_with(wanted); });
+    });
+    return calls;
+  }
 
   // The text of the exception that `action` throws, which must be an `Exception`.
   template <typename Exception, typename Action>

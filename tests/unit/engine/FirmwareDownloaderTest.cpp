@@ -102,7 +102,7 @@ TEST_F(FirmwareDownloaderTest, OutcomeIsTheOnlyCommand) {
   mRecord.mReplies = {kDeviceIdResponse, kDeviceId100, kBurnResponse};
   start();
   resume(9);
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlOk"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlOk"));
 }
 
 TEST_F(FirmwareDownloaderTest, UpToDatePrinterEndsBeforeTheBurnHeader) {
@@ -128,7 +128,7 @@ TEST_F(FirmwareDownloaderTest, RefusedBurnEndsAsFailed) {
   start();
   resume(9);
   EXPECT_THAT(mRecord.mCalls.back(), "delete");
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
 }
 
 TEST_F(FirmwareDownloaderTest, ConnectThatThrowsEndsInsideStart) {
@@ -221,7 +221,7 @@ TEST_F(FirmwareDownloaderTest, TellsEachOutcomeByItsCommand) {
   mDownloader.failed();
   mDownloader.upToDate();
   mDownloader.succeeded();
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo", "command DlUd", "command DlOk"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo", "DlUd", "DlOk"));
 }
 
 TEST_F(FirmwareDownloaderTest, DestructionDropsTheDownloadWithoutAnOutcome) {

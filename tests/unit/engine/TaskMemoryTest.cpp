@@ -29,7 +29,7 @@ TEST_F(TaskMemoryTest, StaysValidUntilEachOperationIsComplete) {
   complete(9);
   EXPECT_THAT(mRecord.mSent, ElementsAre(kUstatusOffText, kDeviceIdRequest, kBurnHeader200,
                                          kFirmware200, kUelText));
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlOk"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlOk"));
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST_F(TaskResultsTest, DoneByTheLastTaskEndsWithoutAnOutcome) {
   EXPECT_TRUE(isRunning());
   mDownloader.resume();
   EXPECT_FALSE(isRunning());
-  EXPECT_THAT(mEvents.calls(), IsEmpty());
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
 }
 
 TEST_F(TaskResultsTest, ContinueRunsTheNextTaskAtOnce) {
@@ -86,7 +86,7 @@ TEST_F(TaskResultsTest, ContinueByTheLastTaskEndsWithoutAnOutcome) {
   start();
   EXPECT_THAT(taskScript().mRan, testing::ElementsAreArray(kTasks));
   EXPECT_FALSE(isRunning());
-  EXPECT_THAT(mEvents.calls(), IsEmpty());
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
 }
 
 TEST_F(TaskResultsTest, NotDoneRunsTheSameTaskAgain) {
@@ -95,7 +95,7 @@ TEST_F(TaskResultsTest, NotDoneRunsTheSameTaskAgain) {
   mDownloader.resume();
   EXPECT_THAT(taskScript().mRan, ElementsAre("ConnectTask", "ConnectTask"));
   EXPECT_TRUE(isRunning());
-  EXPECT_THAT(mEvents.calls(), IsEmpty());
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
 }
 
 TEST_F(TaskResultsTest, OutcomesEndTheDownload) {
@@ -105,7 +105,7 @@ TEST_F(TaskResultsTest, OutcomesEndTheDownload) {
   start();
   answer("ConnectTask", kDownloadFailed);
   start();
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlOk", "command DlUd", "command DlNo"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlOk", "DlUd", "DlNo"));
   EXPECT_THAT(mRecord.mCalls, ElementsAre("delete", "delete", "delete"));
 }
 
@@ -113,7 +113,7 @@ TEST_F(TaskResultsTest, AnyOtherCodeWithTheTopBitEndsAsFailed) {
   for (const std::uint32_t code : {0x80000000u, 0x80000001u, 0x80000006u, 0xFFFFFFFFu}) {
     answer("ConnectTask", static_cast<AsyncTaskResult>(code));
     start();
-    EXPECT_THAT(mEvents.takeCalls(), ElementsAre("command DlNo")) << std::hex << code;
+    EXPECT_THAT(mEvents.takeCommands(), ElementsAre("DlNo")) << std::hex << code;
     EXPECT_THAT(mRecord.mCalls, ElementsAre("delete")) << std::hex << code;
     mRecord.mCalls.clear();
   }
@@ -129,15 +129,14 @@ TEST_F(TaskResultsTest, AnyOtherCodeTellsFailureAndKeepsTheTask) {
     EXPECT_TRUE(isRunning()) << std::hex << code;
     EXPECT_THAT(taskScript().mRan, ElementsAre("ConnectTask", "ConnectTask")) << std::hex << code;
     mDownloader.stopTasks();
-    EXPECT_THAT(mEvents.takeCalls(), ElementsAre("command DlNo", "command DlNo", "command DlNo"))
-        << std::hex << code;
+    EXPECT_THAT(mEvents.takeCommands(), ElementsAre("DlNo", "DlNo", "DlNo")) << std::hex << code;
   }
 }
 
 TEST_F(TaskResultsTest, IoKitErrorEndsAsFailed) {
   raise("ConnectTask", IoKitException("Failed to open device.", 0xe00002c5));
   start();
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
   EXPECT_FALSE(isRunning());
   EXPECT_THAT(mLog.entries(),
               ElementsAre(LogEntry{3,
@@ -148,7 +147,7 @@ TEST_F(TaskResultsTest, IoKitErrorEndsAsFailed) {
 TEST_F(TaskResultsTest, RuntimeErrorEndsAsFailed) {
   raise("ConnectTask", std::runtime_error("Unable to write data"));
   start();
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
   EXPECT_FALSE(isRunning());
   EXPECT_THAT(mLog.entries(),
               ElementsAre(LogEntry{
@@ -158,7 +157,7 @@ TEST_F(TaskResultsTest, RuntimeErrorEndsAsFailed) {
 TEST_F(TaskResultsTest, ExhaustedMemoryEndsAsFailed) {
   raise("ConnectTask", std::bad_alloc());
   start();
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
   EXPECT_FALSE(isRunning());
   EXPECT_THAT(
       mLog.entries(),
@@ -169,7 +168,7 @@ TEST_F(TaskResultsTest, ExceptionOfALaterTaskEndsAsFailed) {
   raise("HandleFirmwareBurnResponseTask", std::runtime_error("late"));
   start();
   for (int i = 0; i < 10; ++i) mDownloader.resume();
-  EXPECT_THAT(mEvents.calls(), ElementsAre("command DlNo"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
   EXPECT_FALSE(isRunning());
 }
 
@@ -177,7 +176,7 @@ TEST_F(TaskResultsTest, AnyOtherExceptionLeavesTheController) {
   raise("ConnectTask", std::logic_error("misuse"));
   EXPECT_THAT([&] { start(); }, testing::ThrowsMessage<std::logic_error>("misuse"));
   EXPECT_TRUE(isRunning());
-  EXPECT_THAT(mEvents.calls(), IsEmpty());
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
   EXPECT_THAT(mLog.entries(), IsEmpty());
 }
 
@@ -188,7 +187,7 @@ TEST_F(TaskResultsTest, DownloadThatCannotBeBuiltDeletesItsTransport) {
     EXPECT_THROW(mDownloader.start(std::move(transport)), std::bad_alloc);
   }
   EXPECT_THAT(mRecord.mCalls, ElementsAre("delete"));
-  EXPECT_THAT(mEvents.calls(), IsEmpty());
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
 
   mRecord.mCalls.clear();
   start();

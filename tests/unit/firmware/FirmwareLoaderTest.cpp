@@ -129,7 +129,6 @@ TEST_F(FirmwareLoaderTest, ResourcesDirectoryThatDoesNotExistIsLoggedWithoutStat
   mBundle.setResourcesDirectory("/elsewhere");
   EXPECT_FALSE(load());
   EXPECT_THAT(mRecorder.entries(), ElementsAre(LogEntry{3, kNoReference}));
-  EXPECT_THAT(mFiles.calls(), ElementsAre("checkDirectory /elsewhere"));
   expectNothingLoaded();
 }
 
@@ -180,15 +179,20 @@ TEST_F(FirmwareLoaderTest, ResourcesAreCheckedBeforeTheModel) {
 }
 
 TEST_F(FirmwareLoaderTest, FileIsChosenBeforeItIsLookedFor) {
+  mFiles.fail(Operation::MakeReference, 5);
   EXPECT_FALSE(load(L"MDL:KX350T;LIC:ZZ;"));
-  EXPECT_THAT(mFiles.calls(), ElementsAre("checkDirectory /resources"));
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{3, "Could not find a firmware file to download."},
+                          LogEntry{3, kNoReference}));
 }
 
 TEST_F(FirmwareLoaderTest, FileThatIsNotThereHasNoSize) {
   mFiles.fail(Operation::DataSize, 5);
   EXPECT_FALSE(load());
-  EXPECT_THAT(mFiles.calls(), ElementsAre("checkDirectory /resources",
-                                          "makeReference /resources/product.brand.bin"));
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{3,
+                                   "Failed to make file system reference for firmware file. "
+                                   "<status=2 => ENOENT; desc: No such file or directory>"}));
 }
 
 TEST_F(FirmwareLoaderTest, FileWithoutASizeIsNotRead) {
@@ -196,8 +200,11 @@ TEST_F(FirmwareLoaderTest, FileWithoutASizeIsNotRead) {
   mFiles.fail(Operation::DataSize, 5);
   mFiles.fail(Operation::DataFork, 2);
   EXPECT_FALSE(load());
-  EXPECT_EQ(mFiles.calls().back(), "dataSize /resources/product.brand.bin");
-  EXPECT_EQ(mRecorder.entries().size(), 1u);
+  EXPECT_EQ(mFiles.destination(), nullptr);
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{3,
+                                   "Failed to get file info. "
+                                   "<status=5 => EIO; desc: Input/output error>"}));
 }
 
 TEST_F(FirmwareLoaderTest, FormatVersionIsCheckedBeforeTheFields) {

@@ -188,11 +188,9 @@ TEST_F(PrinterTest, DestroyIgnoresNull) { Printer::destroy(nullptr); }
 
 TEST_F(PrinterTest, UsbRecordKeepsItsDeviceUntilDestroyed) {
   OwnedPrinter printer = usbPrinter();
-  doubles.usb.takeCalls();
-  EXPECT_EQ(shown(printer->getInfo()), "VX0042");
-  EXPECT_EQ(doubles.usb.takeCalls(), Lines{});
+  EXPECT_NE(doubles.usb.problems(), Lines{});
   printer.reset();
-  EXPECT_NE(doubles.usb.takeCalls(), Lines{});
+  EXPECT_EQ(doubles.usb.problems(), Lines{});
 }
 
 TEST_F(PrinterTest, DownloadIsLoggedWithTypeNameAndInfo) {
@@ -213,8 +211,8 @@ TEST_F(PrinterTest, NetworkDownloadConnectsToTheRecordsAddress) {
   {
     FirmwareDownloader downloader;
     printer->download(downloader);
+    EXPECT_TRUE(network.isConnecting());
     EXPECT_EQ(network.connectedTo(), address);
-    EXPECT_EQ(network.takeCalls(), (Lines{"create 15", "connect"}));
   }
   const Entries expected{
       {5, "Downloading firmware to Bonjour printer: Front desk(192.0.2.7)"},
@@ -229,8 +227,8 @@ TEST_F(PrinterTest, DownloadWithoutAddressHandsOnTheNullAddress) {
   const OwnedPrinter printer = networkPrinter(nullptr);
   FirmwareDownloader downloader;
   printer->download(downloader);
+  EXPECT_TRUE(network.isConnecting());
   EXPECT_EQ(network.connectedTo(), nullptr);
-  EXPECT_EQ(network.takeCalls(), (Lines{"create 15", "connect"}));
 }
 
 TEST_F(PrinterTest, WhatTheTransportThrowsPassesThrough) {
@@ -250,7 +248,7 @@ TEST_F(PrinterTest, UsbDownloadPostsItsFirstResume) {
   {
     FirmwareDownloader downloader;
     printer->download(downloader);
-    EXPECT_EQ(doubles.events.takeCalls(), (Lines{"create FwDl 1", "set ----", "post FwDl 1"}));
+    EXPECT_EQ(doubles.events.waiting(), Lines{"FwDl 1"});
   }
   const Entries expected{
       {5, "Downloading firmware to USB printer: Veltra KX350T(VX0042)"},

@@ -31,12 +31,19 @@ class CarbonEventHandlerFixture : public UiFixture {
     forget();
   }
 
+  // What was done to windows and controls so far, in its order, without what was only asked.
+  Lines takeToolkitChanges() {
+    Lines calls = doubles.takeToolkitCalls();
+    std::erase_if(calls, [](const std::string& call) { return call.starts_with("get"); });
+    return calls;
+  }
+
   // Forgets what the doubles have recorded so far.
   void forget() {
     doubles.takeToolkitCalls();
     doubles.events.takeCalls();
+    doubles.events.takeCommands();
     doubles.log.takeEntries();
-    network.takeCalls();
   }
 
   void addNetworkPrinter(const std::string& name = "Front desk") {

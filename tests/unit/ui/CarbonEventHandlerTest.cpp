@@ -46,9 +46,10 @@ TEST_F(CarbonEventHandlerInstallationTest, InstallsItsHandlersInOrder) {
 }
 
 TEST_F(CarbonEventHandlerInstallationTest, FailedOpenHandlerThrows) {
+  const std::size_t before = doubles.events.installedHandlers();
   doubles.events.fail(FakeEvents::Operation::InstallAppleEventHandler, -50);
   expectRuntimeError(withStatus("Failed to install open handler."), [&] { other->initialise(); });
-  EXPECT_EQ(doubles.events.takeCalls(), Lines{"installAppleEvent aevt oapp"});
+  EXPECT_EQ(doubles.events.installedHandlers(), before);
 }
 
 TEST_F(CarbonEventHandlerInstallationTest, AnyOtherFailedHandlerThrows) {
@@ -120,14 +121,14 @@ TEST_F(CarbonEventHandlerTest, ApplicationQuitWithoutUserDataRemovesNothing) {
 TEST_F(CarbonEventHandlerTest, ResumeEventResumesItsDownload) {
   startDownload();
   EXPECT_EQ(caught(Downloader)(downloaderEvent(1, &downloader)), 0);
-  EXPECT_EQ(network.takeCalls(), (Lines{"enable 11", "send 34 within 5"}));
+  EXPECT_EQ(network.sent().size(), 1u);
 }
 
 TEST_F(CarbonEventHandlerTest, FailureEventStopsItsDownload) {
   startDownload();
   EXPECT_EQ(caught(Downloader)(downloaderEvent(2, &downloader)), 0);
-  EXPECT_EQ(network.takeCalls(), Lines{"close"});
-  EXPECT_EQ(doubles.events.takeCalls(), Lines{"command DlNo"});
+  EXPECT_FALSE(network.isOpen());
+  EXPECT_EQ(doubles.events.commands(), Lines{"DlNo"});
   EXPECT_TRUE(screen().isVisible("FailedSheet"));
 }
 
@@ -136,7 +137,7 @@ TEST_F(CarbonEventHandlerTest, ControllerComesFromTheEventAlone) {
   FirmwareDownloader other;
   EXPECT_EQ(caught(Downloader).withoutUserData(downloaderEvent(2, &other)), 0);
   EXPECT_TRUE(network.isOpen());
-  EXPECT_EQ(doubles.events.takeCalls(), Lines{"command DlNo"});
+  EXPECT_EQ(doubles.events.commands(), Lines{"DlNo"});
 }
 
 TEST_F(CarbonEventHandlerTest, DownloaderEventWithoutControllerIsNotHandled) {
@@ -145,7 +146,8 @@ TEST_F(CarbonEventHandlerTest, DownloaderEventWithoutControllerIsNotHandled) {
     EXPECT_EQ(caught(Downloader)(downloaderEvent(kind, nullptr)), -9874);
     EXPECT_EQ(caught(Downloader)(Event("FwDl"_4cc, kind)), -9874);
   }
-  EXPECT_EQ(network.takeCalls(), Lines{});
+  EXPECT_TRUE(network.isOpen());
+  EXPECT_TRUE(network.sent().empty());
 }
 
 TEST_F(CarbonEventHandlerTest, DownloaderEventOfAnotherKindIsNotHandled) {
@@ -153,8 +155,9 @@ TEST_F(CarbonEventHandlerTest, DownloaderEventOfAnotherKindIsNotHandled) {
   for (const std::uint32_t kind : {0u, 3u, 0xFFFFFFFFu}) {
     EXPECT_EQ(caught(Downloader)(downloaderEvent(kind, &downloader)), -9874);
   }
-  EXPECT_EQ(network.takeCalls(), Lines{});
-  EXPECT_EQ(doubles.events.takeCalls(), Lines{});
+  EXPECT_TRUE(network.isOpen());
+  EXPECT_TRUE(network.sent().empty());
+  EXPECT_EQ(doubles.events.commands(), Lines{});
 }
 
 TEST_F(CarbonEventHandlerTest, PostedResumeIsDelivered) {
