@@ -193,7 +193,7 @@ class Bench {
 constexpr int kRounds = 15;
 constexpr milliseconds kQuiet{2500};
 
-// The D-Bus library looks for the bus once in the life of a process.
+// One may change the environment, which the others must not see.
 void inProcessOfItsOwn(const char* title, const std::function<void(Bench&)>& measure) {
   std::printf("%s:\n", title);
   std::fflush(stdout);
