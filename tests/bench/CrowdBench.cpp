@@ -116,7 +116,7 @@ class Daemon {
 
 class CrowdBench {
  public:
-  explicit CrowdBench(bool namesOnly) : mNamesOnly(namesOnly) {
+  explicit CrowdBench(const std::string& manner) : mManner(manner) {
     unsetenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
   }
 
@@ -189,7 +189,7 @@ class CrowdBench {
     for (unsigned link = 0; link < setting.links; ++link) {
       arguments.insert(arguments.end(), {"--link", "net" + std::to_string(link)});
     }
-    if (mNamesOnly) arguments.emplace_back("--names-only");
+    if (!mManner.empty()) arguments.push_back(mManner);
     return arguments;
   }
 
@@ -209,7 +209,7 @@ class CrowdBench {
     result.seconds = bench::milliseconds(Clock::now() - began) / 1000;
   }
 
-  bool mNamesOnly;
+  std::string mManner;  // of the crowd, an option of its own
   TemporaryDirectory mDirectory;
   desktop::VirtualDesktop mDesktop{mDirectory.path()};
 };
@@ -272,17 +272,17 @@ void measure(CrowdBench& bench, const std::vector<unsigned>& sizes, const char* 
 
 int main(int argc, char** argv) try {
   privatenetwork::enter(argc, argv, {"--no-daemon", "--links", "2"});
-  bool namesOnly = false;
+  std::string manner;
   std::vector<unsigned> sizes;
   for (int i = 1; i < argc; ++i) {
-    if (std::string(argv[i]) == "--names-only") {
-      namesOnly = true;
+    if (std::string(argv[i]).starts_with("--")) {
+      manner = argv[i];
     } else {
       sizes.push_back(static_cast<unsigned>(std::stoul(argv[i])));
     }
   }
   if (sizes.empty()) sizes = {100, 300, 1000, 2000};
-  CrowdBench bench(namesOnly);
+  CrowdBench bench(manner);
   measure(bench, sizes, PLOT_FILE);
   return EXIT_SUCCESS;
 } catch (const std::exception& error) {

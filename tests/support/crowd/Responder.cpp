@@ -145,7 +145,35 @@ std::vector<Datagram> Responder::takeDue(Time now) {
     mStatements.erase(mStatements.begin());
     say(statement, now, datagrams);
   }
+  if (mOptions.isOneMachine) join(datagrams);
   return datagrams;
+}
+
+// The answers to everybody at each place, in as few packets as they fit into.
+void Responder::join(std::vector<Datagram>& datagrams) const {
+  std::vector<Datagram> joined;
+  for (std::size_t place = 0; place < mOptions.places.size(); ++place) {
+    dns::MessageWriter packet(0, kAnswerFlags);
+    bool isEmpty = true;
+    const auto finish = [&] {
+      if (!isEmpty) joined.push_back({place, std::nullopt, packet.bytes()});
+      packet = dns::MessageWriter(0, kAnswerFlags);
+      isEmpty = true;
+    };
+    for (const Datagram& datagram : datagrams) {
+      if (datagram.place != place || datagram.to) continue;
+      for (const dns::Record& record : dns::parse(datagram.bytes).answers) {
+        if (!packet.addRecordWithin(kPacketSize, dns::Section::Answers, record)) {
+          finish();
+          packet.addRecord(dns::Section::Answers, record);
+        }
+        isEmpty = false;
+      }
+    }
+    finish();
+  }
+  std::erase_if(datagrams, [](const Datagram& datagram) { return !datagram.to; });
+  datagrams.insert(datagrams.end(), joined.begin(), joined.end());
 }
 
 // The rest of the known answers got lost.
@@ -241,7 +269,8 @@ void Responder::schedule(const Statement& answer, Time now) {
     }
   }
   std::uniform_int_distribution<Time::rep> pause(kPauseLeast.count(), kPauseMost.count());
-  const Time wait = (soon.records & kPointer) != 0 ? Time(pause(mRandom)) : Time(0);
+  const Time drawn = mOptions.isOneMachine ? kPauseMost : Time(pause(mRandom));
+  const Time wait = (soon.records & kPointer) != 0 ? drawn : Time(0);
   scheduleFor(now + wait, soon);
 }
 

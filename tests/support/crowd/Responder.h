@@ -40,6 +40,8 @@ class Responder {
     unsigned ours = 1;
     // Whether an answer with a service's name has its other records, too.
     bool tellsAllAtOnce = true;
+    // Whether one machine shares them all: its answers with names fill packets together.
+    bool isOneMachine = false;
     // Of each place, that is link and protocol, the number of the link.
     std::vector<std::size_t> places{0};
   };
@@ -101,6 +103,7 @@ class Responder {
   void scheduleFor(Time due, Statement statement);
   void sayEverywhere(Kind kind, const Member& member, unsigned records, Time due);
   void say(const Statement& statement, Time now, std::vector<Datagram>& datagrams);
+  void join(std::vector<Datagram>& datagrams) const;
   unsigned withoutTold(const Statement& statement, unsigned records, Time now);
   void pack(const Statement& statement, unsigned additional, std::vector<Datagram>& datagrams);
   void finishQuestions(Time now);

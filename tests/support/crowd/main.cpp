@@ -38,6 +38,7 @@ and L: N in two bytes) on the first link, 10.101.H.L and fe80::65:0:HL on the se
   --link NAME   a link to answer on; may be given again (net0)
   --names-only  whoever asks for services gets their names, and has to ask for everything else;
                 otherwise a name comes with its other records, as from most printers
+  --one-machine a print server shares them all: names only, many in each packet
 
 An ORDER is one argument, or one line of standard input while it runs, each answered with "ok" or
 with what is wrong. MEMBERS is a number or a range such as 1-200.
@@ -58,7 +59,7 @@ with what is wrong. MEMBERS is a number or a range such as 1-200.
 )";
 
 struct Options {
-  crowd::Responder::Options crowd{300, 100, true, {}};
+  crowd::Responder::Options crowd{300, 100, true, false, {}};
   std::vector<std::string> links;
   std::vector<std::string> orders;
 };
@@ -68,9 +69,13 @@ unsigned numberIn(const char* text) { return static_cast<unsigned>(std::stoul(te
 Options parse(int argc, char** argv) {
   Options options;
   const option known[] = {
-      {"count", required_argument, nullptr, 'c'}, {"ours", required_argument, nullptr, 'o'},
-      {"link", required_argument, nullptr, 'l'},  {"names-only", no_argument, nullptr, 'n'},
-      {"help", no_argument, nullptr, 'h'},        {nullptr, 0, nullptr, 0},
+      {"count", required_argument, nullptr, 'c'},
+      {"ours", required_argument, nullptr, 'o'},
+      {"link", required_argument, nullptr, 'l'},
+      {"names-only", no_argument, nullptr, 'n'},
+      {"one-machine", no_argument, nullptr, 'm'},
+      {"help", no_argument, nullptr, 'h'},
+      {nullptr, 0, nullptr, 0},
   };
   for (int key; (key = getopt_long(argc, argv, "", known, nullptr)) != -1;) {
     if (key == '?') throw std::invalid_argument(kUsage);
@@ -78,6 +83,10 @@ Options parse(int argc, char** argv) {
     if (key == 'o') options.crowd.ours = numberIn(optarg);
     if (key == 'l') options.links.emplace_back(optarg);
     if (key == 'n') options.crowd.tellsAllAtOnce = false;
+    if (key == 'm') {
+      options.crowd.tellsAllAtOnce = false;
+      options.crowd.isOneMachine = true;
+    }
     if (key == 'h') {
       std::cout << kUsage;
       std::exit(EXIT_SUCCESS);

@@ -15,7 +15,7 @@ class OrdersTest : public testing::Test {
  protected:
   void obey(const std::string& order) { crowd::obey(responder, order, Time(1000)); }
 
-  Responder responder{{5, 2, true, {0}}};
+  Responder responder{{5, 2, true, false, {0}}};
 };
 
 TEST_F(OrdersTest, OrderIsForAllOfItsRange) {

@@ -38,7 +38,7 @@ Bytes text(const char* characters) {
 
 class ResponderTest : public testing::Test {
  protected:
-  explicit ResponderTest(const Responder::Options& options = {2, 1, true, {0}})
+  explicit ResponderTest(const Responder::Options& options = {2, 1, true, false, {0}})
       : responder(options) {}
 
   void ask(std::vector<dns::Question> questions, std::vector<dns::Record> known = {},
@@ -86,13 +86,18 @@ class ResponderTest : public testing::Test {
 
 class TerseResponderTest : public ResponderTest {
  protected:
-  TerseResponderTest() : ResponderTest({2, 1, false, {0}}) {}
+  TerseResponderTest() : ResponderTest({2, 1, false, false, {0}}) {}
+};
+
+class PrintServerTest : public ResponderTest {
+ protected:
+  PrintServerTest() : ResponderTest({100, 100, false, true, {0, 0}}) {}
 };
 
 // Two protocols on each of two links.
 class TwoLinksResponderTest : public ResponderTest {
  protected:
-  TwoLinksResponderTest() : ResponderTest({2, 1, true, {0, 0, 1, 1}}) {}
+  TwoLinksResponderTest() : ResponderTest({2, 1, true, false, {0, 0, 1, 1}}) {}
 };
 
 TEST_F(ResponderTest, AnswerToTheTypeHasAllRecordsOfOneService) {
@@ -132,6 +137,32 @@ TEST_F(TerseResponderTest, AnswerToTheTypeIsTheNameOnly) {
   const auto datagrams = responder.takeDue(now);
   ASSERT_EQ(datagrams.size(), 2u);
   for (const Datagram& datagram : datagrams) EXPECT_EQ(datagram.bytes[11], 0);  // additional
+}
+
+TEST_F(PrintServerTest, NamesShareThePacketsThatTheyFill) {
+  ask({{kType, dns::kTypePtr, dns::kClassIn}});
+  now += kAnswered;
+  std::size_t names = 0;
+  const auto datagrams = responder.takeDue(now);
+  ASSERT_EQ(datagrams.size(), 2u);
+  for (const Datagram& datagram : datagrams) {
+    EXPECT_LE(datagram.bytes.size(), 1452u);
+    EXPECT_EQ(datagram.place, 0u);
+    names += dns::parse(datagram.bytes).answers.size();
+  }
+  EXPECT_EQ(names, 100u);
+}
+
+TEST_F(PrintServerTest, AnswersForOneAskerAndOtherPlacesStayApart) {
+  ask({{kFirstHost, dns::kTypeA, dns::kClassIn}});
+  ask({{kFirstHost, dns::kTypeA, dns::kClassIn | dns::kTopBit}});
+  responder.announce(responder.member(2), now);
+  EXPECT_THAT(saidAfter(Time(0)),
+              ElementsAre("1 crowd-0001.10.100.0.1, to asker",
+                          "1 crowd-0001.10.100.0.1, 12 Printer 0002, 33 crowd-0002, "
+                          "16 Printer 0002, 1 crowd-0002.10.100.0.2, 28 crowd-0002, ",
+                          "12 Printer 0002, 33 crowd-0002, 16 Printer 0002, "
+                          "1 crowd-0002.10.100.0.2, 28 crowd-0002, at 1"));
 }
 
 TEST_F(ResponderTest, ServicesAnswerAfterPausesOfTheirOwn) {
