@@ -12,7 +12,6 @@ using platform::io_service_t;
 using platform::IOReturn;
 using platform::kIOReturnSuccess;
 using testing::AnyOf;
-using testing::Each;
 using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
@@ -151,7 +150,7 @@ TEST_P(UsbTransferContract, BothInterfacesAreUsedTogether) {
   TransferRecorder writing;
   TransferRecorder reading;
   const std::string hello = "hello";
-  std::string echo(2 * kPacketSize, '\0');
+  std::string echo(std::size_t{2} * kPacketSize, '\0');
   ASSERT_EQ(mHost.startRead(*ews, echo, reading), kIOReturnSuccess);
   ASSERT_EQ(mHost.startWrite(*ews, hello, writing), kIOReturnSuccess);
   EXPECT_EQ(ask(), kIdAnswer);

@@ -5,11 +5,8 @@
 
 namespace {
 
-using desktop::Node;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
 class UpdateFromTheWindow : public DesktopTest {};
 

@@ -26,7 +26,7 @@ void require(bool holds) {
 // What the C library makes of the bytes; false when they are not UTF-8. It knows characters beyond
 // Unicode, too.
 bool decode(std::string bytes, std::wstring& characters) {
-  static const iconv_t conversion = ::iconv_open("WCHAR_T", "UTF-8");
+  static const auto conversion = ::iconv_open("WCHAR_T", "UTF-8");
   characters.resize(bytes.size());
   char* from = bytes.data();
   std::size_t fromLeft = bytes.size();

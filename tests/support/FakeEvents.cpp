@@ -106,7 +106,7 @@ OSStatus FakeEvents::createEvent(FourCharCode eventClass, std::uint32_t kind,
 
 OSStatus FakeEvents::setParameter(Event& event, FourCharCode name, Event::Parameter value) {
   const OSStatus status = record(Operation::SetParameter, "set " + fourCharText(name));
-  if (status == noErr) event.setParameter(name, std::move(value));
+  if (status == noErr) event.setParameter(name, value);
   return status;
 }
 

@@ -116,10 +116,10 @@ class FakeUsbRegistry : public platform::UsbRegistry {
   void retain(platform::io_object_t object) override;
   void release(platform::io_object_t object) override;
   platform::io_object_t iteratorNext(platform::io_iterator_t iterator) override;
-  platform::IOReturn entryName(platform::io_registry_entry_t entry, std::string& name) override;
-  std::optional<platform::PropertyValue> property(platform::io_registry_entry_t entry,
+  platform::IOReturn entryName(platform::io_registry_entry_t number, std::string& name) override;
+  std::optional<platform::PropertyValue> property(platform::io_registry_entry_t number,
                                                   const char* key) override;
-  platform::IOReturn properties(platform::io_registry_entry_t entry,
+  platform::IOReturn properties(platform::io_registry_entry_t number,
                                 platform::PropertyDictionary& dictionary) override;
   std::optional<platform::MatchingDictionary> serviceMatching(const char* className) override;
   platform::IOReturn matchingServices(const platform::MatchingDictionary& matching,

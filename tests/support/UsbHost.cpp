@@ -4,7 +4,7 @@
 
 #include <utility>
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using platform::io_iterator_t;
 using platform::io_service_t;
 using platform::IOReturn;

@@ -14,8 +14,6 @@ namespace {
 using platform::io_service_t;
 using platform::kIOReturnSuccess;
 
-constexpr std::size_t kPacket = 512;
-
 // The devices' nodes that this process has open.
 std::size_t openNodes() {
   std::size_t count = 0;

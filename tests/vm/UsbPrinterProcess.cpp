@@ -3,12 +3,11 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <stdexcept>
 #include <utility>
-
-extern char** environ;
 
 UsbPrinterProcess::UsbPrinterProcess(const std::vector<std::string>& options)
     : mJournal((mDirectory.path() / "journal").string()) {

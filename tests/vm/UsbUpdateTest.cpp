@@ -21,8 +21,6 @@
 
 using namespace platform::literals;
 using platform::OSStatus;
-using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
@@ -57,8 +55,8 @@ const Lines kSteps{
     "5 Reading IEEE 1284 device ID...",
     "5 Async read request for 106 bytes.",
     "5 Validating IEEE 1284 device ID...",
-    "5 IEEE 1284 device ID is MFG:Veltra;CMD:PJL,ACL;MDL:KX350T;CLS:PRINTER;DES:Veltra KX350T;"
-    "SN:VP000001;LIC:QT725013;FWVER:00000100;",
+    ("5 IEEE 1284 device ID is MFG:Veltra;CMD:PJL,ACL;MDL:KX350T;CLS:PRINTER;DES:Veltra KX350T;"
+     "SN:VP000001;LIC:QT725013;FWVER:00000100;"),
     "5 Choosing and loading a firmware file...",
     "5 Firmware version in IEEE 1284 string: 00000100",
     "5 Firmware version in file: 00000200",
@@ -67,8 +65,8 @@ const Lines kSteps{
     "5 Async write request for 100000 bytes.",
     "5 Finalising the firmware download...",
     "5 Async write request for 9 bytes.",
-    "5 New firmware sent to printer, waiting for the printer to burn it to flash and send "
-    "response.",
+    ("5 New firmware sent to printer, waiting for the printer to burn it to flash and send "
+     "response."),
     "5 This will take some time; using a timeout of 6000ms.",
     "5 Async read request for 16 bytes.",
 };

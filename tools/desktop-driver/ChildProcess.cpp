@@ -28,6 +28,7 @@ using namespace std::chrono_literals;
   for (const auto& [name, value] : added) setenv(name.c_str(), value.c_str(), 1);
 
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command) {
     arguments.push_back(const_cast<char*>(argument.c_str()));
   }

@@ -54,7 +54,7 @@ std::string Node::text() const {
   AtspiText* text = atspi_accessible_get_text_iface(mAccessible.get());
   if (!text) return name();
   GError* error = nullptr;
-  const std::string value = take(atspi_text_get_text(text, 0, -1, &error), error);
+  std::string value = take(atspi_text_get_text(text, 0, -1, &error), error);
   g_object_unref(text);
   return value;
 }

@@ -60,7 +60,7 @@ void printFields(Bytes block) {
 }
 
 std::string sizeOf(const LoadedFile& file) {
-  const std::string size = std::to_string(file.size) + " bytes";
+  std::string size = std::to_string(file.size) + " bytes";
   if (file.size == file.image.size()) return size;
   return size + ", of which the updater takes the first " + std::to_string(file.image.size());
 }

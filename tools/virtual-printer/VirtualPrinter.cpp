@@ -117,7 +117,7 @@ Announcement VirtualPrinter::announcement() const {
               {"usb_MDL", settings.model}};
   for (const auto& [key, value] : mOptions.txt) {
     const auto found = std::find_if(text.txt.begin(), text.txt.end(),
-                                    [&](const auto& pair) { return pair.first == key; });
+                                    [&key = key](const auto& pair) { return pair.first == key; });
     if (!value) {
       if (found != text.txt.end()) text.txt.erase(found);
     } else if (found != text.txt.end()) {

@@ -24,8 +24,6 @@
 #include "PrivateNetwork.h"
 #include "platform/avahi/AvahiServiceDiscovery.h"
 
-extern char** environ;
-
 namespace {
 
 using Clock = std::chrono::steady_clock;

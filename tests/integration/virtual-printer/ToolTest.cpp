@@ -16,9 +16,7 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 

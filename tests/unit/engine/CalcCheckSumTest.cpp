@@ -35,7 +35,7 @@ TEST(CalcCheckSum, OfNothingIsAllOnes) { EXPECT_EQ(CalcCheckSum(nullptr, 0), 0xF
 TEST(CalcCheckSum, OfFourFFIsZero) { EXPECT_EQ(checkSumOfFF(4), 0x0000); }
 
 TEST(CalcCheckSum, OfEveryByteRepeated) {
-  std::vector<unsigned char> bytes(256 * 1024);
+  std::vector<unsigned char> bytes(std::size_t{256} * 1024);
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<unsigned char>(i);
   EXPECT_EQ(checkSum(bytes), 0x0100);
 }

@@ -11,7 +11,6 @@
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 
 std::wstring deviceIdOfVersion(const wchar_t* version) {

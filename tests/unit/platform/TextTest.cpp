@@ -150,9 +150,7 @@ TEST(Text, ReadsAnInteger) {
 }
 
 TEST(Text, ReadsNoDigitsAsZero) {
-  for (const char* bytes : {"", "a12", "-", "+", "+-1", "--1", "- 1", "   ",
-                            "\xC2\xA0"
-                            "1"}) {
+  for (const char* bytes : {"", "a12", "-", "+", "+-1", "--1", "- 1", "   ", "\xC2\xA0\x31"}) {
     EXPECT_EQ(text(bytes).intValue(), 0) << bytes;
   }
 }

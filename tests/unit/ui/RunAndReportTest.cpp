@@ -16,10 +16,14 @@ TEST_F(RunAndReportTest, ProgramThatReturnsEndsWithZero) {
 }
 
 TEST_F(RunAndReportTest, IoKitErrorIsNamedBeforeOtherRuntimeErrors) {
-  const IoKitException error("IOServiceAddMatchingNotification failed.", 0xe00002c0);
-  EXPECT_EQ(runAndReport([&] { throw error; }), 1);
+  EXPECT_EQ(runAndReport([] {
+              throw IoKitException("IOServiceAddMatchingNotification failed.", 0xe00002c0);
+            }),
+            1);
   EXPECT_EQ(doubles.log.entries(),
-            (Entries{{3, std::string("I/O Kit error occurred: ") + error.what()}}));
+            (Entries{{3,
+                      "I/O Kit error occurred: IOServiceAddMatchingNotification failed. "
+                      "[return value = 0xe00002c0]"}}));
 }
 
 TEST_F(RunAndReportTest, RuntimeErrorIsLogged) {

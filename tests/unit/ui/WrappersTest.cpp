@@ -4,8 +4,6 @@
 
 namespace {
 
-using platform::WindowRef;
-
 class WrappersTest : public UiFixture {};
 
 TEST_F(WrappersTest, NibIsOpenForAsLongAsItsWrapperLives) {

@@ -10,7 +10,6 @@ using namespace virtualprinter;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::ThrowsMessage;
 
 // What add() throws for a text.
 std::string refusal(const std::string& text) {

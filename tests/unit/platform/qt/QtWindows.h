@@ -32,7 +32,7 @@ class QtWindows : public testing::Test {
 
   // The widget of a window that was made from that file; null when there is none.
   QWidget* window(const char* name);
-  QAbstractButton* button(const char* window, platform::FourCharCode command);
+  QAbstractButton* button(const char* name, platform::FourCharCode command);
   QAction* action(platform::FourCharCode command);
   platform::ListControl& list();
 
