@@ -300,6 +300,7 @@ void Responder::say(const Statement& statement, Time now, std::vector<Datagram>&
     if ((said.records & kLocation) != 0) additional |= kAddresses;
     if ((said.records & kAddresses) != 0) additional |= kAddresses;
     additional = withoutTold(said, additional & tells(member, now) & ~said.records, now);
+    if (mOptions.isOneMachine && !said.to) said.records |= std::exchange(additional, 0u);
   } else {
     said.records &= tells(member, now);
   }

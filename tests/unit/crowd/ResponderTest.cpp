@@ -159,7 +159,7 @@ TEST_F(PrintServerTest, AnswersForOneAskerAndOtherPlacesStayApart) {
   responder.announce(responder.member(2), now);
   EXPECT_THAT(saidAfter(Time(0)),
               ElementsAre("1 crowd-0001.10.100.0.1, to asker",
-                          "1 crowd-0001.10.100.0.1, 12 Printer 0002, 33 crowd-0002, "
+                          "1 crowd-0001.10.100.0.1, 28 crowd-0001, 12 Printer 0002, 33 crowd-0002, "
                           "16 Printer 0002, 1 crowd-0002.10.100.0.2, 28 crowd-0002, ",
                           "12 Printer 0002, 33 crowd-0002, 16 Printer 0002, "
                           "1 crowd-0002.10.100.0.2, 28 crowd-0002, at 1"));
