@@ -359,9 +359,11 @@ void Responder::pack(const Statement& statement, unsigned additional,
     }
   }
   if (isEmpty) return;
-  for (const Records which : kEach) {
-    const auto record = (additional & which) != 0 ? made(which) : std::nullopt;
-    if (record) packet.addRecordWithin(kPacketSize, dns::Section::Additional, *record);
+  for (std::size_t i = 0; i < kRecordCount; ++i) {
+    const auto record = (additional & kEach[i]) != 0 ? made(kEach[i]) : std::nullopt;
+    if (record && !packet.addRecordWithin(kPacketSize, dns::Section::Additional, *record)) {
+      told(statement).when[i].reset();
+    }
   }
   datagrams.push_back({statement.place, statement.to, packet.bytes()});
 }

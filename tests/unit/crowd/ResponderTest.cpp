@@ -346,6 +346,14 @@ TEST_F(ResponderTest, LongTextHasAPacketOfItsOwn) {
   EXPECT_EQ(Bytes(bytes.begin() + 61, bytes.begin() + 63), (Bytes{0x20, 0}));
 }
 
+TEST_F(ResponderTest, LongTextThatHadNoRoomIsToldWhenItIsAskedFor) {
+  responder.member(1).hasLongText = true;
+  ask({{kType, dns::kTypePtr, dns::kClassIn}}, {known("Other 0002", 4500)});
+  EXPECT_THAT(saidAfter(kAnswered), ElementsAre("12 Printer 0001, "));
+  ask({{kFirst, dns::kTypeTxt, dns::kClassIn}});
+  EXPECT_THAT(saidAfter(Time(0)), ElementsAre("16 Printer 0001, "));
+}
+
 TEST_F(ResponderTest, TextThatIsMissingIsNotTold) {
   responder.member(1).hasText = false;
   ask({{kFirst, dns::kTypeSrv, dns::kClassIn}, {kFirst, dns::kTypeTxt, dns::kClassIn}});
