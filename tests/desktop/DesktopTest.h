@@ -59,8 +59,8 @@ class DesktopTest : public testing::Test {
 
   // Answers a sheet as a person does who reads it first, since it takes nothing before, and waits
   // until it is gone: by one of its buttons, or by keys.
-  void answer(const std::string& button);
-  void answerByKey(const std::string& keys, const std::string& button);
+  void answer(const std::string& name);
+  void answerByKey(const std::string& keys, const std::string& name);
 
   // Clicks the row, Download and Yes, and waits for the progress.
   void startUpdate(const std::string& printer);
@@ -81,7 +81,7 @@ class DesktopTest : public testing::Test {
  private:
   desktop::Node find(const std::string& what,
                      const std::function<bool(const desktop::Node&)>& condition);
-  void answer(const std::string& button, const std::function<void()>& act);
+  void answer(const std::string& name, const std::function<void()>& act);
 
   std::filesystem::path mOutput;
   desktop::VirtualDesktop mDesktop;
