@@ -90,7 +90,7 @@ dns::Bytes Member::text() const {
 // The last two bytes are the member's number; the second, or the sixth, tells the link and the
 // moves.
 dns::Bytes Member::address(Records family, std::size_t link) const {
-  const auto at = static_cast<std::uint8_t>(100 + (link + 2 * moves) % 100);
+  const auto at = static_cast<std::uint8_t>(100 + (link + std::size_t{2} * moves) % 100);
   const auto high = static_cast<std::uint8_t>(mNumber >> 8);
   const auto low = static_cast<std::uint8_t>(mNumber & 0xFF);
   if (family == kIPv4Address) return {10, at, high, low};

@@ -9,6 +9,6 @@
 namespace crowd {
 
 // Throws std::invalid_argument, and does nothing, when there is no such order or no such member.
-void obey(Responder& responder, const std::string& order, Time now);
+void obey(Responder& responder, const std::string& line, Time now);
 
 }  // namespace crowd
