@@ -89,6 +89,16 @@ TEST_F(UpdateFromTheWindow, EscapeMeansNo) {
   EXPECT_THAT(printer->entries("connected"), IsEmpty());
 }
 
+TEST_F(UpdateFromTheWindow, ADoubleClickAsksAgainAfterTheButtonDid) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  askForUpdate("Office");
+  answerByKey("Escape", "Yes");
+  waitForActive("Printer Firmware Update");
+  click(cell("Office"), 2);
+  button("Yes");
+}
+
 TEST_F(UpdateFromTheWindow, AnUpdatedPrinterReturnsAndIsUpToDate) {
   const auto printer = startPrinter("Office");
   startProgram();

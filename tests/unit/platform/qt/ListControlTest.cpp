@@ -77,6 +77,15 @@ TEST_F(QtList, DoubleClickOnARowPressesTheDefaultButton) {
   EXPECT_THAT(mCommands, ElementsAre("Down"));
 }
 
+TEST_F(QtList, RowPressesTheDefaultButtonAlsoAfterThatHadTheFocus) {
+  fillList(2);
+  button("PrinterSelectWindow", "Down"_4cc)->setFocus();
+  list().setFocus();
+  doubleClick(0);
+  press(list(), Qt::Key_Return);
+  EXPECT_THAT(mCommands, ElementsAre("Down", "Down"));
+}
+
 TEST_F(QtList, RowDoesNotPressADisabledButton) {
   fillList(2);
   button("PrinterSelectWindow", "Down"_4cc)->setEnabled(false);
