@@ -76,8 +76,10 @@ struct IOUSBFindInterfaceRequest {
   std::uint16_t bAlternateSetting = kIOUSBFindInterfaceDontCare;
 };
 
+enum class UsbDirection : std::uint8_t { Out, In, Any };
+
 struct UsbPipeProperties {
-  std::uint8_t direction = 0;  // 0 out, 1 in, anything else neither
+  UsbDirection direction = UsbDirection::Out;
   std::uint8_t number = 0;
   std::uint8_t transferType = 0;
   std::uint16_t maxPacketSize = 0;  // bytes
@@ -132,7 +134,7 @@ class UsbDeviceObject {
 
   virtual IOReturn open() = 0;
   virtual IOReturn close() = 0;
-  virtual IOReturn reEnumerate(std::uint32_t options) = 0;
+  virtual IOReturn reEnumerate() = 0;
 
   // The interfaces of the current configuration that match, in descriptor order.
   virtual IOReturn createInterfaceIterator(const IOUSBFindInterfaceRequest& request,

@@ -280,13 +280,13 @@ TEST_P(UsbRegistryContract, ADeviceThatStartsOverIsAnotherEntry) {
   watchForPrinters();
   watchFor(mArrivals.at(0));
   const auto device = mHost.deviceObject(mArrivals[0]);
-  EXPECT_EQ(device->reEnumerate(0), platform::kIOReturnNotOpen);
+  EXPECT_EQ(device->reEnumerate(), platform::kIOReturnNotOpen);
   EXPECT_EQ(device->close(), platform::kIOReturnNotOpen);
   ASSERT_EQ(device->open(), kIOReturnSuccess);
   EXPECT_EQ(device->open(), platform::kIOReturnExclusiveAccess);
   ASSERT_EQ(device->close(), kIOReturnSuccess);
   ASSERT_EQ(device->open(), kIOReturnSuccess);
-  EXPECT_EQ(device->reEnumerate(0), kIOReturnSuccess);
+  EXPECT_EQ(device->reEnumerate(), kIOReturnSuccess);
   EXPECT_THAT(mGone, IsEmpty());
   EXPECT_THAT(mArrivals, SizeIs(1));
   EXPECT_EQ(device->close(), kIOReturnSuccess);
@@ -303,7 +303,7 @@ TEST_P(UsbRegistryContract, ADeviceIsOpenForOneObject) {
   const auto other = mHost.deviceObject(service);
   ASSERT_EQ(device->open(), kIOReturnSuccess);
   EXPECT_EQ(other->open(), platform::kIOReturnExclusiveAccess);
-  EXPECT_EQ(other->reEnumerate(0), platform::kIOReturnNotOpen);
+  EXPECT_EQ(other->reEnumerate(), platform::kIOReturnNotOpen);
   EXPECT_EQ(device->close(), kIOReturnSuccess);
   EXPECT_EQ(other->open(), kIOReturnSuccess);
   EXPECT_EQ(device->open(), platform::kIOReturnExclusiveAccess);
@@ -318,12 +318,12 @@ TEST_P(UsbRegistryContract, ADeviceThatAnotherProgramUsesDoesNotStartOver) {
   const auto device = mHost.deviceObject(service);
   mWorld->claimElsewhere("VP000001", true);
   EXPECT_EQ(device->open(), platform::kIOReturnExclusiveAccess);
-  EXPECT_EQ(device->reEnumerate(0), platform::kIOReturnNotOpen);
+  EXPECT_EQ(device->reEnumerate(), platform::kIOReturnNotOpen);
   EXPECT_EQ(mHost.interfaceObject(service, UsbHost::kPrinterClass)->open(),
             platform::kIOReturnExclusiveAccess);
   mWorld->claimElsewhere("VP000001", false);
   EXPECT_EQ(device->open(), kIOReturnSuccess);
-  EXPECT_EQ(device->reEnumerate(0), kIOReturnSuccess);
+  EXPECT_EQ(device->reEnumerate(), kIOReturnSuccess);
 }
 
 // What is configured, and when.

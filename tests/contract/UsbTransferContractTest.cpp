@@ -11,6 +11,7 @@ namespace {
 using platform::io_service_t;
 using platform::IOReturn;
 using platform::kIOReturnSuccess;
+using platform::UsbDirection;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::Field;
@@ -111,11 +112,11 @@ TEST_P(UsbTransferContract, PipesCountInTheOrderOfTheDescriptors) {
   EXPECT_EQ(count, 2);
   platform::UsbPipeProperties properties;
   ASSERT_EQ(mAcl->getPipeProperties(1, properties), kIOReturnSuccess);
-  EXPECT_EQ(properties.direction, 1);
+  EXPECT_EQ(properties.direction, UsbDirection::In);
   EXPECT_EQ(properties.transferType, 2);
   EXPECT_EQ(properties.maxPacketSize, kPacketSize);
   ASSERT_EQ(mAcl->getPipeProperties(2, properties), kIOReturnSuccess);
-  EXPECT_EQ(properties.direction, 0);
+  EXPECT_EQ(properties.direction, UsbDirection::Out);
   EXPECT_EQ(ask(), kIdAnswer);
 }
 
@@ -136,8 +137,8 @@ TEST_P(UsbTransferContract, PipesThatCannotDoItRefuse) {
     EXPECT_EQ(readFrom(pipe), platform::kIOUSBUnknownPipeErr);
     EXPECT_EQ(writeTo(pipe), platform::kIOUSBUnknownPipeErr);
   }
-  EXPECT_EQ(readFrom(UsbHost::pipe(*mAcl, 0)), platform::kIOReturnBadArgument);
-  EXPECT_EQ(writeTo(UsbHost::pipe(*mAcl, 1)), platform::kIOReturnBadArgument);
+  EXPECT_EQ(readFrom(UsbHost::pipe(*mAcl, UsbDirection::Out)), platform::kIOReturnBadArgument);
+  EXPECT_EQ(writeTo(UsbHost::pipe(*mAcl, UsbDirection::In)), platform::kIOReturnBadArgument);
   settle();
   EXPECT_THAT(recorder.ends(), IsEmpty());
 }
@@ -190,8 +191,8 @@ TEST_P(UsbTransferContract, TheShorterOfTwoTimeOutsCounts) {
     TransferRecorder recorder;
     mBuffer.assign(kPacketSize, '\0');
     EXPECT_EQ(
-        mAcl->readPipeAsyncTO(UsbHost::pipe(*mAcl, 1), mBuffer.data(), kPacketSize, noDataTimeout,
-                              completionTimeout, TransferRecorder::ended, &recorder),
+        mAcl->readPipeAsyncTO(UsbHost::pipe(*mAcl, UsbDirection::In), mBuffer.data(), kPacketSize,
+                              noDataTimeout, completionTimeout, TransferRecorder::ended, &recorder),
         kIOReturnSuccess);
     return mHost.await(recorder);
   };
@@ -219,23 +220,24 @@ TEST_P(UsbTransferContract, AStallLastsUntilItIsCleared) {
   std::string bytes;
   EXPECT_EQ(mHost.read(*mAcl, bytes, kPacketSize), stalled);
   EXPECT_EQ(write("x"), stalled);
-  EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, 1)), kIOReturnSuccess);
-  EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, 0)), kIOReturnSuccess);
+  EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, UsbDirection::In)), kIOReturnSuccess);
+  EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, UsbDirection::Out)),
+            kIOReturnSuccess);
   EXPECT_EQ(read(), kIdAnswer.substr(0, 16));
 }
 
 TEST_P(UsbTransferContract, ClearingAPipeThatIsNotStalledLosesNothing) {
   openAcl();
-  const auto clear = [&](std::uint8_t direction) {
+  const auto clear = [&](UsbDirection direction) {
     EXPECT_EQ(mAcl->clearPipeStallBothEnds(UsbHost::pipe(*mAcl, direction)), kIOReturnSuccess);
   };
   for (const std::string& message : {kStatusOff, kIdRequest}) {
-    clear(0);
+    clear(UsbDirection::Out);
     EXPECT_EQ(write(message), success(message.size()));
   }
-  clear(1);
+  clear(UsbDirection::In);
   const std::string head = read();
-  clear(1);
+  clear(UsbDirection::In);
   EXPECT_EQ(head + read(), kIdAnswer);
 }
 
@@ -263,7 +265,7 @@ TEST_P(UsbTransferContract, WhatWasOpenEndsWhenTheDeviceStartsOver) {
   startSilentRead(recorder);
   const auto device = mHost.deviceObject(mDevice);
   ASSERT_EQ(device->open(), kIOReturnSuccess);
-  ASSERT_EQ(device->reEnumerate(0), kIOReturnSuccess);
+  ASSERT_EQ(device->reEnumerate(), kIOReturnSuccess);
   device->close();
   EXPECT_THAT(
       mHost.await(recorder),
@@ -311,7 +313,7 @@ TEST_P(UsbTransferContract, ObjectsMayEndInACompletion) {
   } owner{{std::move(mAcl), mHost.openInterface(mDevice, UsbHost::kVendorClass)}};
   for (const auto& interface : owner.interfaces) {
     ASSERT_EQ(interface->writePipeAsyncTO(
-                  UsbHost::pipe(*interface, 0), kStatusOff.data(), 34, 0, 0,
+                  UsbHost::pipe(*interface, UsbDirection::Out), kStatusOff.data(), 34, 0, 0,
                   [](void* refCon, IOReturn, void*) {
                     auto* const self = static_cast<Owner*>(refCon);
                     for (auto& each : self->interfaces) each.reset();

@@ -51,7 +51,7 @@ class CountingNotifier : public AsyncIoNotifier {
 std::vector<platform::UsbPipeProperties> pipes(Input& input) {
   std::vector<platform::UsbPipeProperties> pipes(input.byte() % 8);
   for (platform::UsbPipeProperties& pipe : pipes) {
-    pipe.direction = input.byte() % 4;
+    pipe.direction = static_cast<platform::UsbDirection>(input.byte() % 4);
     pipe.maxPacketSize = input.byte();
     pipe.maxPacketSize = static_cast<std::uint16_t>(pipe.maxPacketSize | (input.byte() & 0x7) << 8);
   }

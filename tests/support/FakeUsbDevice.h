@@ -31,11 +31,17 @@ struct FakeUsbDevice {
 };
 
 inline platform::UsbPipeProperties outPipe(std::uint16_t maxPacketSize = 64) {
-  return {.direction = 0, .number = 1, .transferType = 2, .maxPacketSize = maxPacketSize};
+  return {.direction = platform::UsbDirection::Out,
+          .number = 1,
+          .transferType = 2,
+          .maxPacketSize = maxPacketSize};
 }
 
 inline platform::UsbPipeProperties inPipe(std::uint16_t maxPacketSize = 64) {
-  return {.direction = 1, .number = 1, .transferType = 2, .maxPacketSize = maxPacketSize};
+  return {.direction = platform::UsbDirection::In,
+          .number = 1,
+          .transferType = 2,
+          .maxPacketSize = maxPacketSize};
 }
 
 // The shape of the real printer: the ACL channel on class 7, the EWS channel on class 255.

@@ -85,10 +85,10 @@ void FakeUsbDeviceObject::endSession() {
   if (isOpen()) mEntry->wholeOpenedBy = nullptr;
 }
 
-IOReturn FakeUsbDeviceObject::reEnumerate(std::uint32_t options) {
+IOReturn FakeUsbDeviceObject::reEnumerate() {
   IOReturn usual = mEntry->attached ? kIOReturnSuccess : platform::kIOReturnNoDevice;
   if (!isOpen()) usual = platform::kIOReturnNotOpen;
-  const std::string call = "reEnumerate " + mEntry->label + " options=" + std::to_string(options);
+  const std::string call = "reEnumerate " + mEntry->label;
   const IOReturn result = mRegistry.mRecord.note(call, usual).result;
   if (result == kIOReturnSuccess) {
     mRegistry.detach(mEntry->number);
@@ -196,8 +196,9 @@ IOReturn FakeUsbInterfaceObject::usualFor(const FakeUsbTransfer& transfer) const
   const IOReturn result = usualFor(transfer.pipe);
   if (result != kIOReturnSuccess) return result;
   if (!mHasSource) return platform::kIOUSBNoAsyncPortErr;
-  const std::uint8_t direction = mEntry->interface.pipes[transfer.pipe - 1u].direction;
-  if (direction != (transfer.isRead ? 1 : 0)) return platform::kIOReturnBadArgument;
+  const platform::UsbDirection direction = mEntry->interface.pipes[transfer.pipe - 1u].direction;
+  if (direction != (transfer.isRead ? platform::UsbDirection::In : platform::UsbDirection::Out))
+    return platform::kIOReturnBadArgument;
   return mEntry->attached ? kIOReturnSuccess : platform::kIOReturnNoDevice;
 }
 

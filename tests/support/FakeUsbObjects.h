@@ -69,7 +69,7 @@ class FakeUsbDeviceObject : public platform::UsbDeviceObject {
   ~FakeUsbDeviceObject() override;
   platform::IOReturn open() override;
   platform::IOReturn close() override;
-  platform::IOReturn reEnumerate(std::uint32_t options) override;
+  platform::IOReturn reEnumerate() override;
   platform::IOReturn createInterfaceIterator(const platform::IOUSBFindInterfaceRequest& request,
                                              platform::io_iterator_t& iterator) override;
 

@@ -144,7 +144,8 @@ void UsbHost::addEventSource(platform::UsbInterfaceObject& interface) {
   source->addTo(mRunLoop);
 }
 
-std::uint8_t UsbHost::pipe(platform::UsbInterfaceObject& interface, std::uint8_t direction) {
+std::uint8_t UsbHost::pipe(platform::UsbInterfaceObject& interface,
+                           platform::UsbDirection direction) {
   std::uint8_t count = 0;
   interface.getNumEndpoints(count);
   for (std::uint8_t pipe = 1; pipe <= count; ++pipe) {
@@ -157,14 +158,14 @@ std::uint8_t UsbHost::pipe(platform::UsbInterfaceObject& interface, std::uint8_t
 
 IOReturn UsbHost::startWrite(platform::UsbInterfaceObject& interface, const std::string& bytes,
                              TransferRecorder& recorder, std::uint32_t timeout) {
-  return interface.writePipeAsyncTO(pipe(interface, 0), bytes.data(),
+  return interface.writePipeAsyncTO(pipe(interface, platform::UsbDirection::Out), bytes.data(),
                                     static_cast<std::uint32_t>(bytes.size()), timeout, timeout,
                                     TransferRecorder::ended, &recorder);
 }
 
 IOReturn UsbHost::startRead(platform::UsbInterfaceObject& interface, std::string& bytes,
                             TransferRecorder& recorder, std::uint32_t timeout) {
-  return interface.readPipeAsyncTO(pipe(interface, 1), bytes.data(),
+  return interface.readPipeAsyncTO(pipe(interface, platform::UsbDirection::In), bytes.data(),
                                    static_cast<std::uint32_t>(bytes.size()), timeout, timeout,
                                    TransferRecorder::ended, &recorder);
 }

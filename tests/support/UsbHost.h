@@ -56,8 +56,9 @@ class UsbHost {
                                                               std::uint16_t wantedClass);
   void addEventSource(platform::UsbInterfaceObject& interface);
 
-  // The pipe of that direction (0 out, 1 in).
-  static std::uint8_t pipe(platform::UsbInterfaceObject& interface, std::uint8_t direction);
+  // The pipe of that direction.
+  static std::uint8_t pipe(platform::UsbInterfaceObject& interface,
+                           platform::UsbDirection direction);
 
   // Start a transfer. The bytes, and the recorder, must live until it ends.
   platform::IOReturn startWrite(platform::UsbInterfaceObject& interface, const std::string& bytes,

@@ -113,7 +113,7 @@ TEST_F(UsbKernelTest, APrinterThatIsUnpluggedCostsNoNode) {
   mPrinter.stop();
   ASSERT_TRUE(mHost.awaitGone());
   EXPECT_EQ(openNodes(), 0u);
-  EXPECT_EQ(device->reEnumerate(0), platform::kIOReturnNoDevice);
+  EXPECT_EQ(device->reEnumerate(), platform::kIOReturnNoDevice);
   EXPECT_EQ(device->close(), kIOReturnSuccess);
 }
 

@@ -32,7 +32,7 @@ class LibusbDeviceObject : public UsbDeviceObject {
     return kIOReturnSuccess;
   }
 
-  IOReturn reEnumerate(std::uint32_t) override {
+  IOReturn reEnumerate() override {
     if (!mOpen) return kIOReturnNotOpen;
     return mEntry->device()->reset(*mOpen);
   }

@@ -54,7 +54,7 @@ class LibusbInterfaceObject : public UsbInterfaceObject {
   IOReturn readPipeAsyncTO(std::uint8_t pipe, void* buffer, std::uint32_t size,
                            std::uint32_t noDataTimeout, std::uint32_t completionTimeout,
                            IOAsyncCallback callback, void* refCon) override {
-    return start(pipe, kDirectionIn, buffer, size, shorter(noDataTimeout, completionTimeout),
+    return start(pipe, UsbDirection::In, buffer, size, shorter(noDataTimeout, completionTimeout),
                  callback, refCon);
   }
 
@@ -62,14 +62,11 @@ class LibusbInterfaceObject : public UsbInterfaceObject {
                             std::uint32_t noDataTimeout, std::uint32_t completionTimeout,
                             IOAsyncCallback callback, void* refCon) override {
     // libusb has one type for both directions, and only reads what it sends.
-    return start(pipe, kDirectionOut, const_cast<void*>(buffer), size,
+    return start(pipe, UsbDirection::Out, const_cast<void*>(buffer), size,
                  shorter(noDataTimeout, completionTimeout), callback, refCon);
   }
 
  private:
-  static constexpr std::uint8_t kDirectionOut = 0;
-  static constexpr std::uint8_t kDirectionIn = 1;
-
   // libusb knows one time, for the whole of a transfer, and nothing of its progress.
   static std::uint32_t shorter(std::uint32_t a, std::uint32_t b) {
     return a == 0 || b == 0 ? std::max(a, b) : std::min(a, b);
@@ -82,7 +79,7 @@ class LibusbInterfaceObject : public UsbInterfaceObject {
     return kIOReturnSuccess;
   }
 
-  IOReturn start(std::uint8_t pipe, std::uint8_t direction, void* buffer, std::uint32_t size,
+  IOReturn start(std::uint8_t pipe, UsbDirection direction, void* buffer, std::uint32_t size,
                  std::uint32_t timeout, IOAsyncCallback callback, void* refCon) {
     const UsbEndpointDescription* endpoint = nullptr;
     const IOReturn result = find(pipe, endpoint);

@@ -80,7 +80,8 @@ std::string entryName(const Text& text, const char* otherwise) {
 UsbEndpointDescription describeEndpoint(const libusb_endpoint_descriptor& endpoint) {
   UsbEndpointDescription description;
   description.address = endpoint.bEndpointAddress;
-  description.properties.direction = endpoint.bEndpointAddress >> 7;
+  description.properties.direction =
+      (endpoint.bEndpointAddress & LIBUSB_ENDPOINT_IN) != 0 ? UsbDirection::In : UsbDirection::Out;
   description.properties.number = endpoint.bEndpointAddress & LIBUSB_ENDPOINT_ADDRESS_MASK;
   description.properties.transferType = endpoint.bmAttributes & LIBUSB_TRANSFER_TYPE_MASK;
   // The bits above the size count further transactions in one microframe.

@@ -45,7 +45,7 @@ platform::io_service_t UsbDevice::firstInterface(
 
 void UsbDevice::reEnumerate() {
   checkIoKitResult("Failed to open device.", mDevice->open());
-  checkIoKitResult("Failed to re-enumerate device.", mDevice->reEnumerate(0));
+  checkIoKitResult("Failed to re-enumerate device.", mDevice->reEnumerate());
   mDevice->close();
 }
 

@@ -18,9 +18,6 @@ using platform::kIOReturnSuccess;
 
 namespace {
 
-constexpr std::uint8_t kDirectionOut = 0;
-constexpr std::uint8_t kDirectionIn = 1;
-
 // A pipe takes 32-bit lengths; a longer request must not be cut to what its low bits say.
 std::uint32_t transferLength(std::size_t len, const char* message) {
   if (len > std::numeric_limits<std::uint32_t>::max()) {
@@ -93,9 +90,9 @@ void UsbInterface::findPipes() {
     platform::UsbPipeProperties properties;
     checkIoKitResult("Unable to get properties of pipe.",
                      mInterface->getPipeProperties(pipeReference(pipe), properties));
-    if (properties.direction == kDirectionOut) {
+    if (properties.direction == platform::UsbDirection::Out) {
       mOutPipe = pipe;
-    } else if (properties.direction == kDirectionIn) {
+    } else if (properties.direction == platform::UsbDirection::In) {
       mInPipe = pipe;
       mMaxPacketSize = properties.maxPacketSize;
     }

@@ -53,13 +53,13 @@ TEST_F(UsbDescriptionTest, EndpointsComeInTheirOrderWithWhatTheirFieldsSay) {
   const auto endpoints = describe().endpoints;
   ASSERT_THAT(endpoints, SizeIs(2));
   EXPECT_EQ(endpoints[0].address, 0x82);
-  EXPECT_EQ(endpoints[0].properties.direction, 1);
+  EXPECT_EQ(endpoints[0].properties.direction, platform::UsbDirection::In);
   EXPECT_EQ(endpoints[0].properties.number, 2);
   EXPECT_EQ(endpoints[0].properties.transferType, 2);
   EXPECT_EQ(endpoints[0].properties.maxPacketSize, 512);
   EXPECT_EQ(endpoints[0].properties.interval, 0);
   EXPECT_EQ(endpoints[1].address, 0x01);
-  EXPECT_EQ(endpoints[1].properties.direction, 0);
+  EXPECT_EQ(endpoints[1].properties.direction, platform::UsbDirection::Out);
   EXPECT_EQ(endpoints[1].properties.number, 1);
   EXPECT_EQ(endpoints[1].properties.transferType, 3);
   EXPECT_EQ(endpoints[1].properties.maxPacketSize, 64);
