@@ -34,10 +34,26 @@ struct EventSpec {
   std::uint32_t kind;
 };
 
+// What the platform sends, and the parameters that it comes with. A command's direct object is its
+// HICommand, a control event's the control (ControlRef).
+inline constexpr EventSpec kOpenApplicationEvent{0x61657674, 0x6F617070};  // 'aevt', 'oapp'
+inline constexpr EventSpec kCommandEvent{0x636D6473, 1};                   // 'cmds'
+inline constexpr EventSpec kWindowCloseEvent{0x77696E64, 72};              // 'wind'
+inline constexpr EventSpec kApplicationQuitEvent{0x6170706C, 3};           // 'appl'
+inline constexpr EventSpec kControlBoundsChangedEvent{0x636E746C, 154};    // 'cntl'
+inline constexpr EventSpec kControlDisposedEvent{0x636E746C, 1001};        // 'cntl'
+inline constexpr FourCharCode kEventParamDirectObject = 0x2D2D2D2D;        // '----'
+inline constexpr FourCharCode kEventParamOriginalBounds = 0x6F726374;      // 'orct', FloatRect
+inline constexpr FourCharCode kEventParamCurrentBounds = 0x63726374;       // 'crct', FloatRect
+
+// The command that the platform itself knows.
+inline constexpr FourCharCode kQuitCommand = 0x71756974;  // 'quit'
+
 class Event {
  public:
   using Parameter = std::variant<void*, HICommand, ControlRef, FloatRect>;
 
+  explicit Event(const EventSpec& spec) : mSpec(spec) {}
   Event(FourCharCode eventClass, std::uint32_t kind) : mSpec{eventClass, kind} {}
 
   FourCharCode eventClass() const { return mSpec.eventClass; }
@@ -93,13 +109,12 @@ class Events {
                                   EventHandlerRef& installed) = 0;
   virtual void removeHandler(EventHandlerRef installed) = 0;
 
-  // For the events that the session sends to a program: ('aevt', 'oapp') when the loop starts.
+  // For the events that the session sends to a program: kOpenApplicationEvent when the loop starts.
   virtual OSStatus installAppleEventHandler(FourCharCode eventClass, FourCharCode eventId,
                                             AppleEventHandler handler, void* refCon) = 0;
 
-  // Dispatches ('cmds', 1) with the command as its direct object to the application target, and
-  // returns the handlers' answer. A 'quit' that no handler takes sends ('appl', 3) and ends the
-  // loop.
+  // Dispatches kCommandEvent to the application target, and returns the handlers' answer. A
+  // kQuitCommand that no handler takes sends kApplicationQuitEvent and ends the loop.
   virtual OSStatus processCommand(const HICommand& command) = 0;
 
   virtual void runApplicationEventLoop() = 0;

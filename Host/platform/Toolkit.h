@@ -46,7 +46,8 @@ class Toolkit {
   virtual void disposeNibReference(NibRef nib) = 0;
   virtual OSStatus setMenuBarFromNib(NibRef nib, const Text& name) = 0;
 
-  // A window is created hidden. Closing the main window by its frame or keys sends ('wind', 72).
+  // A window is created hidden. Closing the main window by its frame or keys sends
+  // kWindowCloseEvent.
   virtual OSStatus createWindowFromNib(NibRef nib, const Text& name, WindowRef& window) = 0;
   virtual void disposeWindow(WindowRef window) = 0;
   virtual void showWindow(WindowRef window) = 0;
@@ -71,8 +72,8 @@ class Toolkit {
   virtual OSStatus getControlProperty(ControlRef control, FourCharCode creator, FourCharCode tag,
                                       void*& value) = 0;
 
-  // The list control. Its bounds changes send ('cntl', 154) with '----' (ControlRef), 'orct' and
-  // 'crct' (FloatRect); its end sends ('cntl', 1001).
+  // The list control. Its bounds changes send kControlBoundsChangedEvent with the bounds before and
+  // after; its end sends kControlDisposedEvent. See Events.h.
   virtual OSStatus dataBrowserChangeAttributes(ControlRef control, std::uint32_t set,
                                                std::uint32_t clear) = 0;
   virtual OSStatus initDataBrowserCallbacks(DataBrowserCallbacks& callbacks) = 0;

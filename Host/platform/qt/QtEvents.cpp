@@ -119,11 +119,11 @@ void QtEventsOnLoop::askForDelivery() {
 }
 
 OSStatus QtEventsOnLoop::processCommand(const HICommand& command) {
-  Event issued("cmds"_4cc, 1);
-  issued.setParameter("----"_4cc, command);
+  Event issued(kCommandEvent);
+  issued.setParameter(kEventParamDirectObject, command);
   const OSStatus answer = sendToTarget(kApplicationTarget, issued);
-  if (answer == eventNotHandledErr && command.commandId == "quit"_4cc) {
-    sendToTarget(kApplicationTarget, Event("appl"_4cc, 3));
+  if (answer == eventNotHandledErr && command.commandId == kQuitCommand) {
+    sendToTarget(kApplicationTarget, Event(kApplicationQuitEvent));
     mLoop.quit();
   }
   return answer;
@@ -171,9 +171,10 @@ void QtEventsOnLoop::deliverNext() {
 }
 
 void QtEventsOnLoop::openApplication() {
-  const auto found = mAppleHandlers.find({"aevt"_4cc, "oapp"_4cc});
+  const auto found =
+      mAppleHandlers.find({kOpenApplicationEvent.eventClass, kOpenApplicationEvent.kind});
   if (found == mAppleHandlers.end()) return;
-  const Event open("aevt"_4cc, "oapp"_4cc);
+  const Event open(kOpenApplicationEvent);
   Event reply("aevt"_4cc, "ansr"_4cc);
   found->second.handler(open, reply, found->second.refCon);
 }
@@ -187,7 +188,7 @@ bool QtEventsOnLoop::eventFilter(QObject* watched, QEvent* filtered) {
 
 void QtEventsOnLoop::quitInEveryState() {
   HICommand quit;
-  quit.commandId = "quit"_4cc;
+  quit.commandId = kQuitCommand;
   mLoop.guard([&] { processCommand(quit); });
   mLoop.quit();
 }

@@ -31,8 +31,6 @@
 namespace platform {
 namespace {
 
-constexpr FourCharCode kQuit = "quit"_4cc;
-
 constexpr int kLongWord = 20;  // in average characters
 
 FloatRect toFloatRect(const QRect& bounds) {
@@ -186,7 +184,7 @@ OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
     for (QAction* action : drawnOn->findChildren<QAction*>()) {
       if (commandOf(*action) == 0) continue;
       action->setParent(bar);
-      if (commandOf(*action) == kQuit) {
+      if (commandOf(*action) == kQuitCommand) {
         mQuitAction = action;
       } else {
         group->addAction(action);
@@ -244,8 +242,8 @@ void QtToolkit::disposeWindow(WindowRef window) {
   if (mWindows.widget(window) == nullptr) return;
   mQuitQuestions.withdraw(window);
   for (const ControlRef control : mControls.ownedBy(window)) {
-    Event disposed("cntl"_4cc, 1001);
-    disposed.setParameter("----"_4cc, control);
+    Event disposed(kControlDisposedEvent);
+    disposed.setParameter(kEventParamDirectObject, control);
     mLoop.guard([&] { mEvents.sendToTarget(control, disposed); });
     if (ListControl* list = mControls.list(control)) list->disconnectProgram();
     mControls.forget(control);
@@ -408,17 +406,17 @@ void QtToolkit::activateRow(const ListControl& list) {
 }
 
 void QtToolkit::boundsChanged(ControlRef control, const QRect& before, const QRect& after) {
-  Event changed("cntl"_4cc, 154);
-  changed.setParameter("----"_4cc, control);
-  changed.setParameter("orct"_4cc, toFloatRect(before));
-  changed.setParameter("crct"_4cc, toFloatRect(after));
+  Event changed(kControlBoundsChangedEvent);
+  changed.setParameter(kEventParamDirectObject, control);
+  changed.setParameter(kEventParamOriginalBounds, toFloatRect(before));
+  changed.setParameter(kEventParamCurrentBounds, toFloatRect(after));
   mLoop.guard([&] { mEvents.sendToTarget(control, changed); });
 }
 
 bool QtToolkit::closeRequested(WindowRef window) {
   if (mQuitQuestions.ask()) return false;
   OSStatus answer = noErr;
-  mLoop.guard([&] { answer = mEvents.sendToTarget(window, Event("wind"_4cc, 72)); });
+  mLoop.guard([&] { answer = mEvents.sendToTarget(window, Event(kWindowCloseEvent)); });
   if (answer != eventNotHandledErr) return false;
   disposeWindow(window);
   return true;
@@ -428,12 +426,12 @@ bool QtToolkit::closeRequested(WindowRef window) {
 // about Quit, the program gets only Quit.
 void QtToolkit::issue(const QWidget& source, FourCharCode command) {
   const WindowRef window = mWindows.refOf(*source.window());
-  if (window == WindowRef::None || (command != kQuit && mWindows.isBlocked(window))) return;
+  if (window == WindowRef::None || (command != kQuitCommand && mWindows.isBlocked(window))) return;
   if (!source.isVisible() || !source.isEnabled()) return;
   if (mQuitQuestions.isQuestion(window)) {
     mQuitQuestions.withdraw(window);
-    if (command != kQuit) return;
-  } else if (command == kQuit && mQuitQuestions.ask()) {
+    if (command != kQuitCommand) return;
+  } else if (command == kQuitCommand && mQuitQuestions.ask()) {
     return;
   }
   for (Notice* notice : noticesIn(*source.window())) notice->noteCommand(command);

@@ -13,8 +13,6 @@
 #include "platform/Events.h"
 #include "platform/Platform.h"
 
-using namespace platform::literals;
-
 namespace {
 
 bool isTerminal(AsyncTaskResult result) { return (result & 0x80000000) != 0; }
@@ -107,11 +105,11 @@ void FirmwareDownloader::enqueueResume() { postEvent(kFwDlEventResume); }
 
 void FirmwareDownloader::notifyAsyncFailure() { postEvent(kFwDlEventAsyncFailure); }
 
-void FirmwareDownloader::failed() { dispatch("DlNo"_4cc); }
+void FirmwareDownloader::failed() { dispatch(kDownloadFailedCommand); }
 
-void FirmwareDownloader::upToDate() { dispatch("DlUd"_4cc); }
+void FirmwareDownloader::upToDate() { dispatch(kUpToDateCommand); }
 
-void FirmwareDownloader::succeeded() { dispatch("DlOk"_4cc); }
+void FirmwareDownloader::succeeded() { dispatch(kDownloadSucceededCommand); }
 
 void FirmwareDownloader::postEvent(unsigned long kind) {
   platform::Events& events = *platform::current().events;
@@ -119,7 +117,8 @@ void FirmwareDownloader::postEvent(unsigned long kind) {
   platform::OSStatus status =
       events.createEvent(kFwDlEventClass, static_cast<std::uint32_t>(kind), event);
   if (status == platform::noErr) {
-    status = events.setParameter(*event, "----"_4cc, static_cast<void*>(this));
+    status =
+        events.setParameter(*event, platform::kEventParamDirectObject, static_cast<void*>(this));
   }
   if (status != platform::noErr) {
     event.reset();

@@ -16,6 +16,11 @@ inline constexpr platform::FourCharCode kFwDlEventClass = 0x4677446C;  // 'FwDl'
 inline constexpr std::uint32_t kFwDlEventResume = 1;
 inline constexpr std::uint32_t kFwDlEventAsyncFailure = 2;
 
+// The commands that tell an outcome.
+inline constexpr platform::FourCharCode kDownloadSucceededCommand = 0x446C4F6B;  // 'DlOk'
+inline constexpr platform::FourCharCode kDownloadFailedCommand = 0x446C4E6F;     // 'DlNo'
+inline constexpr platform::FourCharCode kUpToDateCommand = 0x446C5564;           // 'DlUd'
+
 class FirmwareDownloader {
  public:
   FirmwareDownloader();

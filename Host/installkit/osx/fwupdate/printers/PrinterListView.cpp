@@ -31,10 +31,6 @@ constexpr FourCharCode kInfoColumn = "lcId"_4cc;
 constexpr FourCharCode kPropertyCreator = "MjFd"_4cc;
 constexpr FourCharCode kListPropertyTag = "ldPl"_4cc;
 
-constexpr FourCharCode kEventClassControl = "cntl"_4cc;
-constexpr std::uint32_t kEventBoundsChanged = 154;
-constexpr std::uint32_t kEventDispose = 1001;
-
 platform::Toolkit& toolkit() { return *platform::current().toolkit; }
 
 void CheckStatus(const char* name, OSStatus status) {
@@ -82,13 +78,13 @@ std::uint16_t changedWidth(std::uint16_t width, float delta) {
 void resizeNameColumn(const platform::Event& event) {
   ControlRef control = ControlRef::None;
   CheckStatus("GetEventParameter(kEventParamDirectObject)",
-              event.getParameter("----"_4cc, control));
+              event.getParameter(platform::kEventParamDirectObject, control));
   FloatRect original;
   CheckStatus("GetEventParameter(kEventParamOriginalBounds)",
-              event.getParameter("orct"_4cc, original));
+              event.getParameter(platform::kEventParamOriginalBounds, original));
   FloatRect current;
   CheckStatus("GetEventParameter(kEventParamCurrentBounds)",
-              event.getParameter("crct"_4cc, current));
+              event.getParameter(platform::kEventParamCurrentBounds, current));
   std::uint16_t width = 0;
   CheckStatus("GetDataBrowserTableViewNamedColumnWidth",
               toolkit().getNamedColumnWidth(control, kNameColumn, width));
@@ -120,11 +116,11 @@ void PrinterListView::attachToControl() {
   CheckStatus("SetControlProperty", toolkit().setControlProperty(mControl, kPropertyCreator,
                                                                  kListPropertyTag, &mPrinters));
 
-  constexpr platform::EventSpec boundsChanged[] = {{kEventClassControl, kEventBoundsChanged}};
+  constexpr platform::EventSpec boundsChanged[] = {platform::kControlBoundsChangedEvent};
   CheckStatus(
       "InstallEventHandler (resize)",
       events.installHandler(mControl, boundsChanged, resizeEventHandler, nullptr, mResizeHandler));
-  constexpr platform::EventSpec disposed[] = {{kEventClassControl, kEventDispose}};
+  constexpr platform::EventSpec disposed[] = {platform::kControlDisposedEvent};
   CheckStatus(
       "InstallEventHandler (dispose)",
       events.installHandler(mControl, disposed, disposeEventHandler, this, mDisposeHandler));
@@ -203,7 +199,7 @@ void PrinterListView::terminate() {
 
 OSStatus PrinterListView::resizeEventHandler(platform::EventHandlerCallRef,
                                              const platform::Event& event, void*) {
-  if (event.kind() != kEventBoundsChanged) {
+  if (event.kind() != platform::kControlBoundsChangedEvent.kind) {
     Log<3>() << "Unexpected event " << std::dec << event.kind() << std::flush;
     return platform::eventNotHandledErr;
   }

@@ -22,11 +22,6 @@ using platform::OSStatus;
 
 namespace {
 
-constexpr platform::FourCharCode kDirectObject = "----"_4cc;
-
-constexpr platform::EventSpec kProcessCommand{"cmds"_4cc, 1};
-constexpr platform::EventSpec kWindowClose{"wind"_4cc, 72};
-constexpr platform::EventSpec kApplicationQuit{"appl"_4cc, 3};
 constexpr platform::EventSpec kDownloaderResume{kFwDlEventClass, kFwDlEventResume};
 constexpr platform::EventSpec kDownloaderAsyncFailure{kFwDlEventClass, kFwDlEventAsyncFailure};
 
@@ -50,14 +45,15 @@ CarbonEventHandler::~CarbonEventHandler() { handleExit(); }
 
 void CarbonEventHandler::initialise() {
   const OSStatus status = platform::current().events->installAppleEventHandler(
-      "aevt"_4cc, "oapp"_4cc, openHandler, this);
+      platform::kOpenApplicationEvent.eventClass, platform::kOpenApplicationEvent.kind, openHandler,
+      this);
   if (status != noErr) {
     throw std::runtime_error(buildErrorMessage("Failed to install open handler.", status));
   }
 
-  const platform::EventSpec commands[] = {kProcessCommand};
-  const platform::EventSpec windowClose[] = {kWindowClose};
-  const platform::EventSpec applicationQuit[] = {kApplicationQuit};
+  const platform::EventSpec commands[] = {platform::kCommandEvent};
+  const platform::EventSpec windowClose[] = {platform::kWindowCloseEvent};
+  const platform::EventSpec applicationQuit[] = {platform::kApplicationQuitEvent};
   const platform::EventSpec downloader[] = {kDownloaderResume, kDownloaderAsyncFailure};
   installHandler(commands, commandHandler, platform::kApplicationTarget, mCommandHandler);
   installHandler(windowClose, windowCloseHandler, mWindow, mWindowCloseHandler);
@@ -90,7 +86,8 @@ OSStatus CarbonEventHandler::openHandler(const platform::Event&, platform::Event
 OSStatus CarbonEventHandler::commandHandler(Call, const platform::Event& event, void* userData) {
   if (userData == nullptr) return eventNotHandledErr;
   platform::HICommand command;
-  if (event.getParameter(kDirectObject, command) != noErr) return eventNotHandledErr;
+  if (event.getParameter(platform::kEventParamDirectObject, command) != noErr)
+    return eventNotHandledErr;
   return static_cast<CarbonEventHandler*>(userData)->handleCommand(command);
 }
 
@@ -106,7 +103,7 @@ OSStatus CarbonEventHandler::exitHandler(Call, const platform::Event&, void* use
 
 OSStatus CarbonEventHandler::resumeHandler(Call, const platform::Event& event, void*) {
   void* posted = nullptr;
-  event.getParameter(kDirectObject, posted);
+  event.getParameter(platform::kEventParamDirectObject, posted);
   if (posted == nullptr) return eventNotHandledErr;
 
   auto& downloader = *static_cast<FirmwareDownloader*>(posted);
@@ -143,15 +140,15 @@ OSStatus CarbonEventHandler::handleCommand(const platform::HICommand& command) {
       return handleCmdYes();
     case "No  "_4cc:
       return handleCmdNo();
-    case "DlOk"_4cc:
+    case kDownloadSucceededCommand:
       return handleCmdDownloadDone();
-    case "DlNo"_4cc:
+    case kDownloadFailedCommand:
       return handleCmdDownloadFailed();
-    case "DlUd"_4cc:
+    case kUpToDateCommand:
       return handleCmdDownloadUpToDate();
     case "Clos"_4cc:
       return handleCmdCloseAlert();
-    case "quit"_4cc:
+    case platform::kQuitCommand:
       return handleCmdQuit();
     default:
       Log<5>() << "Unknown UI command: " << command.commandId << std::flush;
