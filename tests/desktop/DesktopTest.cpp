@@ -133,9 +133,9 @@ std::vector<std::string> DesktopTest::printersInList() {
   return names;
 }
 
-void DesktopTest::click(const Node& node, int times) {
-  const Node::Rectangle at = node.extents();
-  mDesktop.click(mScale * (at.x + at.width / 2), mScale * (at.y + at.height / 2), times);
+void DesktopTest::click(const Node::Rectangle& place, int times) {
+  mDesktop.click(mScale * (place.x + place.width / 2), mScale * (place.y + place.height / 2),
+                 times);
 }
 
 void DesktopTest::askForUpdate(const std::string& printer) {

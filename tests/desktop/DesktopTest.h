@@ -51,7 +51,8 @@ class DesktopTest : public testing::Test {
   // The first column of the list from top to bottom.
   std::vector<std::string> printersInList();
 
-  void click(const desktop::Node& node, int times = 1);
+  void click(const desktop::Node& node, int times = 1) { click(node.extents(), times); }
+  void click(const desktop::Node::Rectangle& place, int times = 1);
 
   // The program measures in its own units, each so many pixels wide.
   void setScale(int scale) { mScale = scale; }
