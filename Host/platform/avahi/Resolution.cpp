@@ -73,8 +73,8 @@ void Resolution::update() {
 
 Question Resolution::nextQuestion() const {
   const bool first = mUnanswered < kFirstTurnCount || mSecondBest;
-  const auto later = static_cast<std::size_t>(mUnanswered - kFirstTurnCount + 1);
-  const Kind kind = kKinds[first ? 0 : later % kKinds.size()];
+  const auto turn = first ? 0u : static_cast<unsigned>(mUnanswered) - kFirstTurnCount + 1;
+  const Kind kind = kKinds[turn % kKinds.size()];
   const auto order = [&](Place place) {
     const auto asked = mAsked.find({place, kind.addressFamily, kind.wantsTxt});
     return std::tuple(asked == mAsked.end() ? 0 : asked->second, isLoopback(place),

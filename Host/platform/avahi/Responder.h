@@ -6,10 +6,10 @@
 
 #include <avahi-common/address.h>
 
-#include <compare>
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "platform/Data.h"
 
@@ -21,7 +21,9 @@ struct ServiceName {
   std::string type;
   std::string domain;
 
-  auto operator<=>(const ServiceName&) const = default;
+  bool operator<(const ServiceName& other) const {
+    return std::tie(name, type, domain) < std::tie(other.name, other.type, other.domain);
+  }
 };
 
 // Where a service is announced. One service may be announced in several places.
@@ -29,7 +31,10 @@ struct Place {
   AvahiIfIndex interface = AVAHI_IF_UNSPEC;
   AvahiProtocol protocol = AVAHI_PROTO_UNSPEC;
 
-  auto operator<=>(const Place&) const = default;
+  bool operator==(const Place&) const = default;
+  bool operator<(const Place& other) const {
+    return std::tie(interface, protocol) < std::tie(other.interface, other.protocol);
+  }
 };
 
 // What is asked of a service in one place.
@@ -38,7 +43,11 @@ struct Question {
   AvahiProtocol addressFamily = AVAHI_PROTO_INET;
   bool wantsTxt = true;  // otherwise a service without a TXT record answers, too
 
-  auto operator<=>(const Question&) const = default;
+  bool operator==(const Question&) const = default;
+  bool operator<(const Question& other) const {
+    return std::tie(place, addressFamily, wantsTxt) <
+           std::tie(other.place, other.addressFamily, other.wantsTxt);
+  }
 };
 
 struct Resolved {

@@ -63,7 +63,7 @@ class WindowStack {
 
   Window* find(WindowRef window);
   bool isOnScreen(const Window& window) const;
-  void updateBlockingOf(WindowRef window);
+  void updateBlockingOf(WindowRef ref);
   void updateBlocking();
   void updateBlockingBelow(WindowRef parent);
   void present(WindowRef window);
