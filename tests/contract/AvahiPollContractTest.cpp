@@ -39,7 +39,7 @@ class AdapterWorld : public AvahiPollWorld {
 
  private:
   std::unique_ptr<RunLoopWorld> mWorld;
-  platform::avahi::AvahiPollAdapter mAdapter;
+  platform::AvahiPollAdapter mAdapter;
 };
 
 class SimplePollWorld : public AvahiPollWorld {

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 // A responder that takes over has told of what answered its first question. A printer that has just
@@ -163,4 +163,4 @@ void AvahiBrowser::deliver() {
   mCallback(this, flags, event.service.get(), &error, mInfo);
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -22,7 +22,7 @@
 #include "platform/avahi/Responder.h"
 #include "platform/avahi/ResponderChoice.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class AvahiBrowser : public NetServiceBrowser,
                      public ResponderChoice::Listener,
@@ -80,4 +80,4 @@ class AvahiBrowser : public NetServiceBrowser,
   DeferredCalls mDeferred;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

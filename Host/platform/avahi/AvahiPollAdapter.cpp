@@ -73,7 +73,7 @@ struct AvahiTimeout {
   std::unique_ptr<platform::RunLoop::Timer> mTimer;
 };
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 RunLoop& runLoopOf(const AvahiPoll* api) { return *static_cast<RunLoop*>(api->userdata); }
@@ -105,4 +105,4 @@ AvahiPollAdapter::AvahiPollAdapter(RunLoop& runLoop)
                                 const timeval* time) { timeout->update(time); },
            .timeout_free = [](AvahiTimeout* timeout) { delete timeout; }} {}
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -6,7 +6,7 @@
 
 #include "platform/RunLoop.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class AvahiPollAdapter {
  public:
@@ -20,4 +20,4 @@ class AvahiPollAdapter {
   AvahiPoll mApi;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

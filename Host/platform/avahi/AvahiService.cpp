@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 // As long as the program waits for a first address.
@@ -151,4 +151,4 @@ void AvahiService::deliver() {
   if (mCallback != nullptr) mCallback(this, &error, mInfo);
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -14,7 +14,7 @@
 #include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Resolution.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class AvahiService : public NetService {
  public:
@@ -71,4 +71,4 @@ class AvahiService : public NetService {
   DeferredCalls mDeferred;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

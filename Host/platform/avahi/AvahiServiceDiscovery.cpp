@@ -14,7 +14,7 @@ class AvahiServiceDiscovery : public ServiceDiscovery {
 
   std::unique_ptr<NetServiceBrowser> createBrowser(NetServiceBrowser::Callback callback,
                                                    void* info) override {
-    return std::make_unique<avahi::AvahiBrowser>(mRunLoop, mAskedFirst, callback, info);
+    return std::make_unique<AvahiBrowser>(mRunLoop, mAskedFirst, callback, info);
   }
 
  private:

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 // So many messages at a time, that the window has its turn between them.
@@ -126,4 +126,4 @@ DBusHandlerResult BusConnection::received(DBusMessage* message) {
   return DBUS_HANDLER_RESULT_HANDLED;
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -16,7 +16,7 @@
 #include "platform/avahi/BusMessage.h"
 #include "platform/avahi/DeferredCalls.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class BusConnection {
  public:
@@ -58,4 +58,4 @@ class BusConnection {
   DeferredCalls mDeferred;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

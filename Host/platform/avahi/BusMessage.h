@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace platform::avahi {
+namespace platform {
 
 struct BusMessageRelease {
   void operator()(DBusMessage* message) const { dbus_message_unref(message); }
@@ -31,4 +31,4 @@ inline const char* textOf(DBusMessage* reply) {
   return text;
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -7,7 +7,7 @@
 
 #include "platform/Network.h"
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 constexpr std::size_t kIPv4RecordSize = 16;
@@ -56,4 +56,4 @@ Data txtRecord(AvahiStringList* strings) {
   return makeData(std::move(bytes));
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -8,7 +8,7 @@
 
 #include "platform/Data.h"
 
-namespace platform::avahi {
+namespace platform {
 
 // A socket address record (see Network.h); null for an address that is neither IPv4 nor IPv6. A
 // link-local IPv6 address gets the interface as its scope.
@@ -18,4 +18,4 @@ Data addressRecord(const AvahiAddress& address, std::uint16_t port, AvahiIfIndex
 // without strings is one empty string, as on the wire; other empty strings are left out.
 Data txtRecord(AvahiStringList* strings);
 
-}  // namespace platform::avahi
+}  // namespace platform

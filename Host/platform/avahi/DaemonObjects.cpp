@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace platform::avahi {
+namespace platform {
 
 DaemonObjects::DaemonObjects(BusConnection& bus, std::string daemon)
     : mBus(bus), mDaemon(std::move(daemon)) {}
@@ -58,4 +58,4 @@ DaemonObjects::Object::~Object() {
   mObjects.free(*mEntry);
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

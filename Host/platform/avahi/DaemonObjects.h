@@ -9,7 +9,7 @@
 
 #include "platform/avahi/BusConnection.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class DaemonObjects {
  public:
@@ -63,4 +63,4 @@ class DaemonObjects::Object {
   const std::shared_ptr<Entry> mEntry;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

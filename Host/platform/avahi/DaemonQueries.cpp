@@ -11,7 +11,7 @@
 
 #include "platform/avahi/Conversions.h"
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 class DaemonQuery : public Responder::Query, public DaemonObjects::Client {
@@ -227,4 +227,4 @@ std::unique_ptr<Responder::Query> resolveByDaemon(DaemonObjects& objects,
   return started<ResolveQuery>(objects, service, question, std::move(callback));
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

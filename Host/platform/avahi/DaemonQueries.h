@@ -8,7 +8,7 @@
 #include "platform/avahi/DaemonObjects.h"
 #include "platform/avahi/Responder.h"
 
-namespace platform::avahi {
+namespace platform {
 
 std::unique_ptr<Responder::Query> browseByDaemon(DaemonObjects& objects, const std::string& type,
                                                  const std::string& domain,
@@ -22,4 +22,4 @@ std::unique_ptr<Responder::Query> resolveByDaemon(DaemonObjects& objects,
                                                   const Question& question,
                                                   Responder::ResolveCallback callback);
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -7,7 +7,7 @@
 #include "platform/avahi/DaemonObjects.h"
 #include "platform/avahi/DaemonQueries.h"
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 constexpr char kDaemonName[] = "org.freedesktop.Avahi";
@@ -117,4 +117,4 @@ std::unique_ptr<DaemonResponder> connectToDaemon(
   return responder->open() ? std::move(responder) : nullptr;
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -9,7 +9,7 @@
 #include "platform/RunLoop.h"
 #include "platform/avahi/Responder.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class DaemonResponder : public Responder {
  public:
@@ -28,4 +28,4 @@ class DaemonResponder : public Responder {
 std::unique_ptr<DaemonResponder> connectToDaemon(
     RunLoop& runLoop, std::function<void(DaemonResponder::State)> stateChanged);
 
-}  // namespace platform::avahi
+}  // namespace platform

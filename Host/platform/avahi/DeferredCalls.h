@@ -9,7 +9,7 @@
 
 #include "platform/RunLoop.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class DeferredCalls {
  public:
@@ -33,4 +33,4 @@ class DeferredCalls {
   std::shared_ptr<Owner> mOwner = std::make_shared<Owner>();
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

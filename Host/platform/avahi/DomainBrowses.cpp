@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 constexpr std::size_t kMostOthers = 16;
@@ -74,4 +74,4 @@ void DomainBrowses::domainDisappeared(const std::string& domain) {
   mOthers.erase(other);
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -10,7 +10,7 @@
 
 #include "platform/avahi/Responder.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class DomainBrowses : private DomainListener {
  public:
@@ -37,4 +37,4 @@ class DomainBrowses : private DomainListener {
   std::unique_ptr<Responder::Query> mDomains;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

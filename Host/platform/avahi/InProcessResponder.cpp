@@ -8,7 +8,7 @@
 
 #include "platform/avahi/Conversions.h"
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 // A question to the stack as an object.
@@ -166,4 +166,4 @@ std::unique_ptr<Responder> startInProcessResponder(const AvahiPollAdapter& poll)
   return responder->started() ? std::move(responder) : nullptr;
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -7,9 +7,9 @@
 #include "platform/avahi/AvahiPollAdapter.h"
 #include "platform/avahi/Responder.h"
 
-namespace platform::avahi {
+namespace platform {
 
 // Null when it cannot start, for example because another stack keeps the port to itself.
 std::unique_ptr<Responder> startInProcessResponder(const AvahiPollAdapter& poll);
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 constexpr std::size_t kMostFresh = 32;
@@ -70,4 +70,4 @@ void QuestionQueue::Ticket::makeRoom() {
   mQueue.callNextSoon();
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

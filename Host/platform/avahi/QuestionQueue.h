@@ -17,7 +17,7 @@
 #include "platform/RunLoop.h"
 #include "platform/avahi/DeferredCalls.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class QuestionQueue {
  public:
@@ -73,4 +73,4 @@ class QuestionQueue::Ticket {
   std::unique_ptr<RunLoop::Timer> mRoomTimer;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -5,7 +5,7 @@
 #include <tuple>
 #include <utility>
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 using std::chrono::milliseconds;
@@ -162,4 +162,4 @@ void Resolution::finish(const Resolved* resolved, Place place) {
   done(resolved, place);
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

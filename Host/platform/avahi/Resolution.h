@@ -23,7 +23,7 @@
 #include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Responder.h"
 
-namespace platform::avahi {
+namespace platform {
 
 // Where a service can be asked for: the places belong to the responder.
 struct Whereabouts {
@@ -87,4 +87,4 @@ class Resolution {
   DeferredCalls mDeferred;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

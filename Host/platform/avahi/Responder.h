@@ -13,7 +13,7 @@
 
 #include "platform/Data.h"
 
-namespace platform::avahi {
+namespace platform {
 
 // The bytes as they came from the network: not necessarily valid UTF-8.
 struct ServiceName {
@@ -99,4 +99,4 @@ class Responder {
   virtual std::string defaultDomain() const = 0;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -5,7 +5,7 @@
 
 #include "platform/avahi/InProcessResponder.h"
 
-namespace platform::avahi {
+namespace platform {
 namespace {
 
 // How long a daemon that has ended may take to return before the stack in this process takes over.
@@ -108,4 +108,4 @@ void ResponderChoice::switchTo(Responder* responder) {
   mListener.responderChanged(responder);
 }
 
-}  // namespace platform::avahi
+}  // namespace platform

@@ -17,7 +17,7 @@
 #include "platform/avahi/DeferredCalls.h"
 #include "platform/avahi/Responder.h"
 
-namespace platform::avahi {
+namespace platform {
 
 class ResponderChoice {
  public:
@@ -68,4 +68,4 @@ class ResponderChoice {
   DeferredCalls mDeferred;
 };
 
-}  // namespace platform::avahi
+}  // namespace platform

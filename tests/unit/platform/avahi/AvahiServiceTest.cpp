@@ -11,9 +11,9 @@
 
 namespace {
 
-using platform::avahi::AvahiService;
-using platform::avahi::Place;
-using platform::avahi::QuestionQueue;
+using platform::AvahiService;
+using platform::Place;
+using platform::QuestionQueue;
 using testing::ElementsAre;
 using testing::IsEmpty;
 

@@ -9,8 +9,8 @@
 
 namespace {
 
-using platform::avahi::addressRecord;
-using platform::avahi::txtRecord;
+using platform::addressRecord;
+using platform::txtRecord;
 using Bytes = std::vector<std::uint8_t>;
 
 AvahiAddress parsed(const char* text) {

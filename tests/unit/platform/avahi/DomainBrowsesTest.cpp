@@ -9,13 +9,13 @@
 
 namespace {
 
-using platform::avahi::DomainBrowses;
-using platform::avahi::Place;
-using platform::avahi::ServiceName;
+using platform::DomainBrowses;
+using platform::Place;
+using platform::ServiceName;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class DomainBrowsesTest : public testing::Test, public platform::avahi::BrowseListener {
+class DomainBrowsesTest : public testing::Test, public platform::BrowseListener {
  protected:
   void appeared(const ServiceName& service, Place) override {
     told.push_back("appeared " + service.domain);

@@ -13,13 +13,13 @@
 
 #include "platform/avahi/Responder.h"
 
-class FakeResponder : public platform::avahi::Responder {
+class FakeResponder : public platform::Responder {
  public:
-  using Place = platform::avahi::Place;
+  using Place = platform::Place;
   using Lines = std::vector<std::string>;
 
   std::unique_ptr<Query> browse(const std::string& type, const std::string& domain,
-                                platform::avahi::BrowseListener& listener) override {
+                                platform::BrowseListener& listener) override {
     EXPECT_EQ(type, "_pdl-datastream._tcp");
     if (refuses) return nullptr;
     browses.push_back(domain);
@@ -27,13 +27,12 @@ class FakeResponder : public platform::avahi::Responder {
     return std::make_unique<Ended>([this, domain] { std::erase(browses, domain); });
   }
 
-  std::unique_ptr<Query> browseDomains(platform::avahi::DomainListener& listener) override {
+  std::unique_ptr<Query> browseDomains(platform::DomainListener& listener) override {
     domains = &listener;
     return std::make_unique<Ended>([this] { domains = nullptr; });
   }
 
-  std::unique_ptr<Query> resolve(const platform::avahi::ServiceName&,
-                                 const platform::avahi::Question& question,
+  std::unique_ptr<Query> resolve(const platform::ServiceName&, const platform::Question& question,
                                  ResolveCallback callback) override {
     asked.push_back(text(question));
     if (refuses) return nullptr;
@@ -53,15 +52,15 @@ class FakeResponder : public platform::avahi::Responder {
 
   void accept(const std::string& question) { tell(question, News::Accepted, {}); }
   void refuse(const std::string& question) { tell(question, News::Refused, {}); }
-  void answer(const std::string& question, const platform::avahi::Resolved& resolved = {}) {
+  void answer(const std::string& question, const platform::Resolved& resolved = {}) {
     tell(question, News::Answered, resolved);
   }
 
   bool refuses = false;
   Lines asked;  // since the start
   Lines browses;
-  std::map<std::string, platform::avahi::BrowseListener*> listeners;
-  platform::avahi::DomainListener* domains = nullptr;
+  std::map<std::string, platform::BrowseListener*> listeners;
+  platform::DomainListener* domains = nullptr;
 
  private:
   struct Open {
@@ -80,7 +79,7 @@ class FakeResponder : public platform::avahi::Responder {
     const std::function<void()> mEnded;
   };
 
-  static std::string text(const platform::avahi::Question& question) {
+  static std::string text(const platform::Question& question) {
     const auto shown = [](AvahiProtocol protocol) -> std::string {
       if (protocol == AVAHI_PROTO_UNSPEC) return "any";
       return protocol == AVAHI_PROTO_INET ? "4" : "6";
@@ -89,7 +88,7 @@ class FakeResponder : public platform::avahi::Responder {
            " for " + shown(question.addressFamily) + (question.wantsTxt ? "" : " without TXT");
   }
 
-  void tell(const std::string& question, News news, const platform::avahi::Resolved& resolved) {
+  void tell(const std::string& question, News news, const platform::Resolved& resolved) {
     const auto hasText = [&](const auto& open) { return open.second.text == question; };
     const auto found = std::find_if(mOpen.begin(), mOpen.end(), hasText);
     ASSERT_NE(found, mOpen.end()) << question;

@@ -12,7 +12,7 @@
 
 namespace {
 
-using platform::avahi::QuestionQueue;
+using platform::QuestionQueue;
 using std::chrono::milliseconds;
 using testing::ElementsAre;
 

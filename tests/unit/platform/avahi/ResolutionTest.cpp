@@ -13,12 +13,12 @@
 
 namespace {
 
-using platform::avahi::Place;
-using platform::avahi::QuestionQueue;
-using platform::avahi::Resolution;
-using platform::avahi::Resolved;
-using platform::avahi::ServiceName;
-using platform::avahi::Whereabouts;
+using platform::Place;
+using platform::QuestionQueue;
+using platform::Resolution;
+using platform::Resolved;
+using platform::ServiceName;
+using platform::Whereabouts;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 using testing::ElementsAre;
