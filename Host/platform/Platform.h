@@ -5,6 +5,7 @@
 namespace platform {
 
 class Bundle;
+class DownloadObserver;
 class Events;
 class Files;
 class LocalizedStrings;
@@ -29,6 +30,7 @@ struct Platform {
   ServiceDiscovery* services = nullptr;
   UsbRegistry* usb = nullptr;
   Toolkit* toolkit = nullptr;
+  DownloadObserver* downloadObserver = nullptr;  // null: nobody watches
 };
 
 // The installed platform; all members null when none is.
