@@ -6,7 +6,9 @@
 //   IPv6: bytes 4-7 flow, bytes 8-23 address, bytes 24-27 scope in host order   (28 bytes)
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -30,6 +32,10 @@ class StreamSocket {
   using Callout = void (*)(StreamSocket* socket, unsigned long type, const Data& address,
                            const void* data, void* info);
 
+  // Told from inside send(), each time that the host has taken some of its bytes: how many they
+  // are by then. Leaves the socket alone. May be empty.
+  using Progress = std::function<void(std::size_t taken)>;
+
   // Closes the connection; nothing is called back afterwards.
   virtual ~StreamSocket() = default;
 
@@ -43,7 +49,8 @@ class StreamSocket {
   // Blocks until all bytes are handed to the host: 0, or an error, also when `timeoutSeconds` pass
   // before that. The bytes are not copied. A send that runs out of time ends the connection: none
   // of the rest is sent later, and nothing is called back.
-  virtual int send(std::span<const std::uint8_t> bytes, double timeoutSeconds) = 0;
+  virtual int send(std::span<const std::uint8_t> bytes, double timeoutSeconds,
+                   const Progress& progress) = 0;
 };
 
 class Network {

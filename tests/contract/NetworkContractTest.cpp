@@ -78,6 +78,29 @@ TEST_P(NetworkContract, SentBytesReachThePrinterInOrder) {
   EXPECT_EQ(mWorld->printerReceives(4), (Bytes{1, 2, 3, 4}));
 }
 
+TEST_P(NetworkContract, BytesThatTheHostHasTakenAreToldFromInsideTheSend) {
+  SocketRecorder recorder(*mWorld, kConnectOnly);
+  connect(recorder);
+  EXPECT_EQ(recorder.send({1, 2, 3}), 0);
+  EXPECT_THAT(recorder.taken, testing::WhenSorted(testing::ElementsAreArray(recorder.taken)));
+  ASSERT_THAT(recorder.taken, testing::Not(IsEmpty()));
+  EXPECT_EQ(recorder.taken.back(), 3u);
+  recorder.taken.clear();
+  EXPECT_EQ(recorder.send({4}), 0);
+  EXPECT_THAT(recorder.taken, ElementsAre(1));
+  recorder.taken.clear();
+  EXPECT_EQ(recorder.send({}), 0);
+  EXPECT_THAT(recorder.taken, IsEmpty());
+}
+
+TEST_P(NetworkContract, SendNeedsNobodyWhoWatchesIt) {
+  SocketRecorder recorder(*mWorld, kConnectOnly);
+  connect(recorder);
+  const Bytes bytes{1, 2, 3};
+  EXPECT_EQ(recorder.socket->send(bytes, 5.0, {}), 0);
+  EXPECT_EQ(mWorld->printerReceives(3), (Bytes{1, 2, 3}));
+}
+
 TEST_P(NetworkContract, ArrivingBytesAreTold) {
   SocketRecorder recorder(*mWorld, kAll);
   connect(recorder);
@@ -115,6 +138,7 @@ TEST_P(NetworkContract, SendOnABrokenConnectionFails) {
   mWorld->breakConnection();
   EXPECT_NE(recorder.send({1}), 0);
   EXPECT_NE(recorder.send({1}), 0);
+  EXPECT_THAT(recorder.taken, IsEmpty());
 }
 
 TEST_P(NetworkContract, NothingIsToldAfterTheSocketIsGone) {

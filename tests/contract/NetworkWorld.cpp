@@ -58,6 +58,8 @@ class PosixNetworkWorld : public NetworkWorld {
 
 class FakeNetworkWorld : public NetworkWorld {
  public:
+  FakeNetworkWorld() { mNetwork.takeAtOnce(2); }
+
   platform::Network& network() override { return mNetwork; }
 
   Data printerAddress(bool listening) override {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -51,13 +52,15 @@ class SocketRecorder {
 
   int connect(const platform::Data& address) { return socket->connectInBackground(address); }
   int send(const std::vector<std::uint8_t>& bytes, double timeoutSeconds = 5.0) {
-    return socket->send(bytes, timeoutSeconds);
+    return socket->send(bytes, timeoutSeconds,
+                        [this](std::size_t count) { taken.push_back(count); });
   }
   std::vector<std::string> takeTold() { return std::exchange(told, {}); }
 
   std::unique_ptr<platform::StreamSocket> socket;
   std::vector<std::string> told;
   std::vector<std::uint8_t> arrived;
+  std::vector<std::size_t> taken;  // what the sends told of their bytes, in order
   platform::Data toldAddress;
   std::string destroyWhenTold;  // the socket goes when it is told this
 

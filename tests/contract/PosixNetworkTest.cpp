@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <numeric>
@@ -270,6 +271,27 @@ TEST_F(PosixNetworkTest, LargeImageIsSentWhole) {
   EXPECT_EQ(recorder.send(image, 30.0), 0);
   reader.join();
   EXPECT_EQ(received, image);
+}
+
+TEST_F(PosixNetworkTest, LargeImageIsTakenPieceByPiece) {
+  mPrinter.useSmallBuffers();
+  SocketRecorder recorder(*this, kConnectOnly);
+  connect(recorder);
+  std::thread reader([&] { mPrinter.receives(tooMuch().size()); });
+  EXPECT_EQ(recorder.send(tooMuch(), 30.0), 0);
+  reader.join();
+  EXPECT_GE(recorder.taken.size(), 3u);
+  EXPECT_TRUE(std::ranges::is_sorted(recorder.taken));
+  EXPECT_EQ(recorder.taken.back(), 16777216u);
+}
+
+TEST_F(PosixNetworkTest, SendThatRunsOutOfTimeTellsWhatWasTaken) {
+  mPrinter.useSmallBuffers();
+  SocketRecorder recorder(*this, kConnectOnly);
+  connect(recorder);
+  EXPECT_EQ(recorder.send(tooMuch(), 0.05), ETIMEDOUT);
+  EXPECT_THAT(recorder.taken, testing::Not(IsEmpty()));
+  EXPECT_LT(recorder.taken.back(), 16777216u);
 }
 
 TEST_F(PosixNetworkTest, SendToAPrinterThatDoesNotReadEndsWithinItsBound) {

@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 
@@ -31,13 +32,19 @@ class FakeNetwork::Socket : public StreamSocket {
     mEnabled |= types;
   }
 
-  int send(std::span<const std::uint8_t> bytes, double timeoutSeconds) override {
+  int send(std::span<const std::uint8_t> bytes, double timeoutSeconds,
+           const Progress& progress) override {
     std::ostringstream call;
     call << "send " << bytes.size() << " within " << timeoutSeconds;
     mNetwork.mCalls.push_back(call.str());
     mNetwork.mLastSendBuffer = bytes.data();
-    if (mNetwork.mSendResult == 0) mNetwork.mSent.emplace_back(bytes.begin(), bytes.end());
-    return mNetwork.mSendResult;
+    if (mNetwork.mSendResult != 0) return mNetwork.mSendResult;
+    mNetwork.mSent.emplace_back(bytes.begin(), bytes.end());
+    for (std::size_t taken = 0; taken < bytes.size();) {
+      taken += std::min(bytes.size() - taken, mNetwork.mTakenAtOnce);
+      if (progress) progress(taken);
+    }
+    return 0;
   }
 
   // The callout may destroy this socket.

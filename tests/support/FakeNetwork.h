@@ -3,7 +3,9 @@
 // "create 15", "connect", "enable 11", "send 34 within 5", "close".
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,9 @@ class FakeNetwork : public platform::Network {
   // What the next calls answer; 0 at first.
   void setConnectResult(int result) { mConnectResult = result; }
   void setSendResult(int result) { mSendResult = result; }
+
+  // The most that a send hands over at once; all at first. One that fails hands over nothing.
+  void takeAtOnce(std::size_t bytes) { mTakenAtOnce = bytes; }
 
   const std::vector<std::string>& calls() const { return mCalls; }
   std::vector<std::string> takeCalls();
@@ -53,6 +58,7 @@ class FakeNetwork : public platform::Network {
   bool mIsConnecting = false;
   int mConnectResult = 0;
   int mSendResult = 0;
+  std::size_t mTakenAtOnce = std::numeric_limits<std::size_t>::max();
   platform::Data mConnectedTo;
   std::vector<std::vector<std::uint8_t>> mSent;
   const void* mLastSendBuffer = nullptr;

@@ -68,14 +68,18 @@ void PosixStreamSocket::enableCallbacks(unsigned long types) {
   mReadable->setEnabled(isEnabled(kDataCallback) && !mEnded);
 }
 
-int PosixStreamSocket::send(std::span<const std::uint8_t> bytes, double timeoutSeconds) {
+int PosixStreamSocket::send(std::span<const std::uint8_t> bytes, double timeoutSeconds,
+                            const Progress& progress) {
   if (mState != State::Connected) return mSocketError != 0 ? mSocketError : ENOTCONN;
   const auto timeout = std::chrono::duration<double>(timeoutSeconds);
   const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout);
-  while (!bytes.empty()) {
-    const ssize_t count = ::send(mSocket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
+  std::size_t taken = 0;
+  while (taken < bytes.size()) {
+    const auto rest = bytes.subspan(taken);
+    const ssize_t count = ::send(mSocket.get(), rest.data(), rest.size(), MSG_NOSIGNAL);
     if (count >= 0) {
-      bytes = bytes.subspan(static_cast<std::size_t>(count));
+      taken += static_cast<std::size_t>(count);
+      if (progress) progress(taken);
     } else if (errno == EAGAIN) {
       const int error = waitUntilWritable(deadline);
       if (error != 0) {

@@ -23,7 +23,8 @@ class PosixStreamSocket : public StreamSocket {
 
   int connectInBackground(const Data& address) override;
   void enableCallbacks(unsigned long types) override;
-  int send(std::span<const std::uint8_t> bytes, double timeoutSeconds) override;
+  int send(std::span<const std::uint8_t> bytes, double timeoutSeconds,
+           const Progress& progress) override;
 
  private:
   enum class State { Made, Connecting, Connected, Dead };

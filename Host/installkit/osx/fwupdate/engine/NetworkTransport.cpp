@@ -54,7 +54,7 @@ void NetworkTransport::write(const void* buffer, std::size_t length) {
   mSocket->enableCallbacks(kReadAndWriteCallbacks);
   mWritePending = true;
   const std::span bytes(static_cast<const std::uint8_t*>(buffer), length);
-  if (mSocket->send(bytes, kSendTimeoutSeconds) != 0) {
+  if (mSocket->send(bytes, kSendTimeoutSeconds, {}) != 0) {
     throw std::runtime_error("Unable to write data");
   }
 }
