@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/Bundle.h"
+#include "platform/qt/DownloadState.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtEvents.h"
 #include "platform/qt/QtRunLoop.h"
@@ -94,7 +95,7 @@ class QtApplicationWithSurfaces final : public QtApplication {
       : mSession(programName, reportNoDisplay),
         mRunLoop(makeQtRunLoop(mLoop)),
         mEvents(makeQtEvents(mLoop)),
-        mToolkit(makeQtToolkit(mLoop, *mEvents, bundle)),
+        mToolkit(makeQtToolkit(mLoop, *mEvents, bundle, mDownload)),
         mStrings(makeQtStrings()) {
     if (const auto resources = bundle.resourcesDirectory()) {
       mSession.loadResources(QString::fromStdString(resources->string()));
@@ -105,10 +106,12 @@ class QtApplicationWithSurfaces final : public QtApplication {
   Events& events() override { return *mEvents; }
   Toolkit& toolkit() override { return *mToolkit; }
   LocalizedStrings& strings() override { return *mStrings; }
+  DownloadObserver& downloadObserver() override { return mDownload; }
 
  private:
   Session mSession;
   QtEventLoop mLoop;
+  DownloadState mDownload;
   std::unique_ptr<RunLoop> mRunLoop;
   std::unique_ptr<QtEvents> mEvents;
   std::unique_ptr<Toolkit> mToolkit;

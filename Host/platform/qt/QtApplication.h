@@ -7,6 +7,7 @@
 namespace platform {
 
 class Bundle;
+class DownloadObserver;
 class Events;
 class LocalizedStrings;
 class RunLoop;
@@ -20,6 +21,9 @@ class QtApplication {
   virtual Events& events() = 0;
   virtual Toolkit& toolkit() = 0;
   virtual LocalizedStrings& strings() = 0;
+
+  // By which the windows know what to show of a download.
+  virtual DownloadObserver& downloadObserver() = 0;
 };
 
 // Where there is no display, `reportNoDisplay` is called, if there is one, and the program ends at

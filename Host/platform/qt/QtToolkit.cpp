@@ -16,6 +16,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/qt/ControlTable.h"
+#include "platform/qt/DownloadWatcher.h"
 #include "platform/qt/ListControl.h"
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/NibLoader.h"
@@ -70,8 +71,9 @@ std::vector<Notice*> noticesIn(const QWidget& window) {
 
 class QtToolkit final : public Toolkit {
  public:
-  QtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle)
-      : mLoop(loop), mEvents(events), mBundle(bundle) {
+  QtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle,
+            const DownloadState& download)
+      : mLoop(loop), mEvents(events), mBundle(bundle), mDownload(download) {
     mEvents.whenAskedToQuit([this] { return !mQuitQuestions.ask(); });
   }
   ~QtToolkit() override;
@@ -128,6 +130,7 @@ class QtToolkit final : public Toolkit {
   QtEventLoop& mLoop;
   QtEvents& mEvents;
   const Bundle& mBundle;
+  const DownloadState& mDownload;
   std::map<NibRef, QString> mNibs;  // their directories
   std::uint64_t mLastNib = 0;
   ControlTable mControls;
@@ -220,6 +223,9 @@ OSStatus QtToolkit::addWindow(NibRef nib, const Text& name, WindowRef& window) {
     mainWindow->whenCloseRequested([this, window] { return closeRequested(window); });
   } else {
     sheet->whenCommanded([this, sheet](FourCharCode command) { issue(*sheet, command); });
+  }
+  for (QWidget* each : widget.findChildren<QWidget*>()) {
+    if (auto* const watcher = dynamic_cast<DownloadWatcher*>(each)) watcher->watch(mDownload);
   }
   layOut(widget);
   for (ListControl* list : widget.findChildren<ListControl*>()) wireList(window, *list);
@@ -442,8 +448,9 @@ void QtToolkit::issue(const QWidget& source, FourCharCode command) {
 
 }  // namespace
 
-std::unique_ptr<Toolkit> makeQtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle) {
-  return std::make_unique<QtToolkit>(loop, events, bundle);
+std::unique_ptr<Toolkit> makeQtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle,
+                                       const DownloadState& download) {
+  return std::make_unique<QtToolkit>(loop, events, bundle, download);
 }
 
 }  // namespace platform

@@ -17,10 +17,12 @@
 namespace platform {
 
 class Bundle;
+class DownloadState;
 class QtEventLoop;
 class QtEvents;
 
 // Needs the QApplication. What is given must outlive the toolkit.
-std::unique_ptr<Toolkit> makeQtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle);
+std::unique_ptr<Toolkit> makeQtToolkit(QtEventLoop& loop, QtEvents& events, const Bundle& bundle,
+                                       const DownloadState& download);
 
 }  // namespace platform

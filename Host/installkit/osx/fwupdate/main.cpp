@@ -9,6 +9,7 @@
 #include "Log.h"
 #include "LogOptions.h"
 #include "UI.h"
+#include "platform/DownloadObserver.h"
 #include "platform/Files.h"
 #include "platform/Network.h"
 #include "platform/Platform.h"
@@ -64,9 +65,11 @@ class Host {
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
         mServices(
             platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
-        mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {}
+        mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {
+    mDownloadObservers.add(mApplication->downloadObserver());
+  }
 
-  platform::Platform surfaces() const {
+  platform::Platform surfaces() {
     platform::Platform surfaces = mLogSurfaces;
     surfaces.strings = &mApplication->strings();
     surfaces.files = mFiles.get();
@@ -76,6 +79,7 @@ class Host {
     surfaces.services = mServices.get();
     surfaces.usb = mUsb.get();
     surfaces.toolkit = &mApplication->toolkit();
+    surfaces.downloadObserver = &mDownloadObservers;
     return surfaces;
   }
 
@@ -86,11 +90,12 @@ class Host {
   std::unique_ptr<platform::Network> mNetwork;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::UsbRegistry> mUsb;
+  platform::DownloadObservers mDownloadObservers;
 };
 
 // The platform outlives everything that reaches it.
 void runUpdater() {
-  const Host host(platform::current());
+  Host host(platform::current());
   const platform::PlatformScope scope(host.surfaces());
   FirmwareDownloader downloader;
   UI ui(downloader);
