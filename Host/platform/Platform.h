@@ -9,6 +9,7 @@ class DownloadObserver;
 class Events;
 class Files;
 class LocalizedStrings;
+class LogHistory;
 class Network;
 class RunLoop;
 class ServiceDiscovery;
@@ -31,6 +32,7 @@ struct Platform {
   UsbRegistry* usb = nullptr;
   Toolkit* toolkit = nullptr;
   DownloadObserver* downloadObserver = nullptr;  // null: nobody watches
+  LogHistory* logHistory = nullptr;              // null: what was logged is not kept
 };
 
 // The installed platform; all members null when none is.

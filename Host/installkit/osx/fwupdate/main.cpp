@@ -11,6 +11,7 @@
 #include "UI.h"
 #include "platform/DownloadObserver.h"
 #include "platform/Files.h"
+#include "platform/LogHistory.h"
 #include "platform/Network.h"
 #include "platform/Platform.h"
 #include "platform/Status.h"
@@ -33,15 +34,20 @@ class LogHost {
   LogHost()
       : mStatuses(platform::makePosixStatusTable()),
         mSystemLog(platform::makePosixSystemLog()),
+        mLogHistory(*mSystemLog),
         mBundle(platform::makePosixBundle()) {}
 
-  platform::Platform surfaces() const {
-    return {.statuses = mStatuses.get(), .systemLog = mSystemLog.get(), .bundle = mBundle.get()};
+  platform::Platform surfaces() {
+    return {.statuses = mStatuses.get(),
+            .systemLog = &mLogHistory,
+            .bundle = mBundle.get(),
+            .logHistory = &mLogHistory};
   }
 
  private:
   std::unique_ptr<platform::StatusTable> mStatuses;
   std::unique_ptr<platform::SystemLog> mSystemLog;
+  platform::LogHistory mLogHistory;
   std::unique_ptr<platform::Bundle> mBundle;
 };
 
@@ -66,6 +72,7 @@ class Host {
         mServices(
             platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
         mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {
+    mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(mApplication->downloadObserver());
   }
 
@@ -107,7 +114,7 @@ void runUpdater() {
 int main(int argc, char** argv) {
   // Whoever reads standard error may go at any time, and must not take a download along.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  const LogHost logHost;
+  LogHost logHost;
   const platform::PlatformScope scope(logHost.surfaces());
   const LogOptions logOptions(argc > 1 && std::strcmp(argv[1], "-e") == 0);
   return runAndReport(runUpdater);
