@@ -13,10 +13,10 @@
 #include <memory>
 #include <string>
 
+#include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
 #include "platform/avahi/AvahiService.h"
-#include "platform/avahi/DeferredCalls.h"
 #include "platform/avahi/DomainBrowses.h"
 #include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Responder.h"

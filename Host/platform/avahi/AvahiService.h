@@ -8,9 +8,9 @@
 #include <optional>
 #include <vector>
 
+#include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
-#include "platform/avahi/DeferredCalls.h"
 #include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Resolution.h"
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/avahi/BusConnection.h"
+#include "platform/dbus/BusConnection.h"
 
 namespace platform {
 

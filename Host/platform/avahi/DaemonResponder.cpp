@@ -3,9 +3,9 @@
 #include <string>
 #include <utility>
 
-#include "platform/avahi/BusConnection.h"
 #include "platform/avahi/DaemonObjects.h"
 #include "platform/avahi/DaemonQueries.h"
+#include "platform/dbus/BusConnection.h"
 
 namespace platform {
 namespace {
@@ -24,7 +24,7 @@ BusMessage newBusCall(const char* method, const char* argument) {
 class BusResponder : public DaemonResponder, private BusConnection::Listener {
  public:
   BusResponder(RunLoop& runLoop, std::function<void(State)> stateChanged)
-      : mStateChanged(std::move(stateChanged)), mBus(runLoop, *this) {}
+      : mStateChanged(std::move(stateChanged)), mBus(runLoop, Bus::System, *this) {}
 
   bool open() {
     if (!mBus.open()) return false;

@@ -14,8 +14,8 @@
 #include <memory>
 #include <utility>
 
+#include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
-#include "platform/avahi/DeferredCalls.h"
 
 namespace platform {
 

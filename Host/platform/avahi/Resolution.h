@@ -18,8 +18,8 @@
 #include <optional>
 #include <set>
 
+#include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
-#include "platform/avahi/DeferredCalls.h"
 #include "platform/avahi/QuestionQueue.h"
 #include "platform/avahi/Responder.h"
 

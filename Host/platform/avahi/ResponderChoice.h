@@ -11,10 +11,10 @@
 
 #include <memory>
 
+#include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
 #include "platform/avahi/AvahiPollAdapter.h"
 #include "platform/avahi/DaemonResponder.h"
-#include "platform/avahi/DeferredCalls.h"
 #include "platform/avahi/Responder.h"
 
 namespace platform {

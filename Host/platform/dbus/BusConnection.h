@@ -1,6 +1,7 @@
-// A connection to the system bus that nothing waits for: it is established, and everything is sent
-// and received, as the run loop finds the bus ready. A bus that does not answer is one that says
-// nothing. Destroying the connection drops it at once, with what has not been sent or answered.
+// A connection to the system's or the session's bus that nothing waits for: it is established, and
+// everything is sent and received, as the run loop finds the bus ready. A bus that does not answer
+// is one that says nothing. Destroying the connection drops it at once, with what has not been sent
+// or answered; a message that carries a descriptor closes it.
 //
 // The library's own calls that wait for an answer are not used here, nor is its shared connection.
 #pragma once
@@ -12,11 +13,13 @@
 #include <map>
 #include <memory>
 
+#include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
-#include "platform/avahi/BusMessage.h"
-#include "platform/avahi/DeferredCalls.h"
+#include "platform/dbus/BusMessage.h"
 
 namespace platform {
+
+enum class Bus { System, Session };
 
 class BusConnection {
  public:
@@ -31,12 +34,14 @@ class BusConnection {
   using Reply = std::function<void(DBusMessage* reply)>;
 
   // The listener is told from the run loop. It may destroy the connection only outside of that.
-  BusConnection(RunLoop& runLoop, Listener& listener);
+  BusConnection(RunLoop& runLoop, Bus bus, Listener& listener);
   ~BusConnection();
   BusConnection(const BusConnection&) = delete;
   BusConnection& operator=(const BusConnection&) = delete;
 
-  // False when nobody listens at the address of the bus.
+  // False when the bus has no address, or nobody listens there. A bus is reached by a socket of
+  // this machine: at another kind of address the library would wait for a network or for a new
+  // process.
   bool open();
 
   // False when the message cannot be queued; null messages are not. The reply may never come.
@@ -51,6 +56,7 @@ class BusConnection {
   DBusHandlerResult received(DBusMessage* message);
 
   RunLoop& mRunLoop;
+  const Bus mBus;
   Listener& mListener;
   DBusConnection* mConnection = nullptr;
   std::map<std::uint32_t, Reply> mReplies;  // by the serial number of the call

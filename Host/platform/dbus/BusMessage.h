@@ -1,4 +1,4 @@
-// One message of the system bus, owned; and what is often done with one.
+// One message of a bus, owned; and what is often done with one.
 #pragma once
 
 #include <dbus/dbus.h>

@@ -1,6 +1,7 @@
-#include "platform/avahi/BusConnection.h"
+#include "platform/dbus/BusConnection.h"
 
 #include <cstdlib>
+#include <string>
 #include <utility>
 
 namespace platform {
@@ -9,9 +10,24 @@ namespace {
 // So many messages at a time, that the window has its turn between them.
 constexpr int kMessagesAtOnce = 16;
 
-const char* address() {
-  const char* const chosen = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
-  return chosen != nullptr ? chosen : SYSTEM_BUS_ADDRESS;
+std::string chosenBy(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value == nullptr ? "" : value;
+}
+
+std::string addressOfSystemBus() {
+  const std::string chosen = chosenBy("DBUS_SYSTEM_BUS_ADDRESS");
+  return chosen.empty() ? SYSTEM_BUS_ADDRESS : chosen;
+}
+
+// Empty outside of a session.
+std::string addressOfSessionBus() {
+  const std::string chosen = chosenBy("DBUS_SESSION_BUS_ADDRESS");
+  const std::string runtimeDirectory = chosenBy("XDG_RUNTIME_DIR");
+  if (!chosen.empty() || runtimeDirectory.empty()) return chosen;
+  const std::unique_ptr<char, decltype(&dbus_free)> path(
+      dbus_address_escape_value((runtimeDirectory + "/bus").c_str()), dbus_free);
+  return path == nullptr ? "" : std::string("unix:path=") + path.get();
 }
 
 }  // namespace
@@ -34,8 +50,8 @@ class BusConnection::Watch {
   std::unique_ptr<RunLoop::Watch> mWatch;
 };
 
-BusConnection::BusConnection(RunLoop& runLoop, Listener& listener)
-    : mRunLoop(runLoop), mListener(listener), mDeferred(runLoop) {}
+BusConnection::BusConnection(RunLoop& runLoop, Bus bus, Listener& listener)
+    : mRunLoop(runLoop), mBus(bus), mListener(listener), mDeferred(runLoop) {}
 
 BusConnection::~BusConnection() {
   if (mConnection == nullptr) return;
@@ -45,7 +61,9 @@ BusConnection::~BusConnection() {
 }
 
 bool BusConnection::open() {
-  mConnection = dbus_connection_open_private(address(), nullptr);
+  const std::string address = mBus == Bus::System ? addressOfSystemBus() : addressOfSessionBus();
+  if (!address.starts_with("unix:")) return false;
+  mConnection = dbus_connection_open_private(address.c_str(), nullptr);
   if (mConnection == nullptr) return false;
   dbus_connection_set_watch_functions(
       mConnection,

@@ -1,6 +1,6 @@
 // Calls put off until the run loop is back, for an owner that may be gone by then: its calls go
-// with it. Avahi's callbacks put their work off in this way, because what they lead to may free the
-// very Avahi objects that are calling.
+// with it. What a library's callbacks lead to is put off in this way where it may free the very
+// objects that are calling.
 #pragma once
 
 #include <functional>
