@@ -8,6 +8,7 @@
 #include "platform/Network.h"
 #include "platform/Platform.h"
 #include "platform/ServiceDiscovery.h"
+#include "platform/Translatable.h"
 
 using platform::Text;
 
@@ -43,7 +44,9 @@ Text BonjourPrinter::getType() const { return Text::fromUtf8("Bonjour"); }
 Text BonjourPrinter::getInfo() const { return mInfo; }
 
 Text BonjourPrinter::getConfirmationMsgKey() const {
-  return Text::fromUtf8("NETWORK_PRINTER_CONFIRMATION");
+  //: The question before a download to a network printer. Its English is in
+  //: Localizable_en.ts.
+  return Text::fromUtf8(TRANSLATABLE("Localizable", "NETWORK_PRINTER_CONFIRMATION"));
 }
 
 void BonjourPrinter::download(FirmwareDownloader& downloader) const {

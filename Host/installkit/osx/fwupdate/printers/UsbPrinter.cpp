@@ -2,6 +2,7 @@
 
 #include "Branding.h"
 #include "UsbTransport.h"
+#include "platform/Translatable.h"
 
 using platform::Text;
 
@@ -16,7 +17,9 @@ Text UsbPrinter::getInfo() const { return mInfo; }
 
 Text UsbPrinter::getConfirmationMsgKey() const {
   if (!Branding::sPromptBeforeUsbDownload) return Text();
-  return Text::fromUtf8("USB_PRINTER_CONFIRMATION");
+  //: The question before a download to a printer on a USB cable. Its English is in
+  //: Localizable_en.ts.
+  return Text::fromUtf8(TRANSLATABLE("Localizable", "USB_PRINTER_CONFIRMATION"));
 }
 
 void UsbPrinter::download(FirmwareDownloader& downloader) const {

@@ -1,0 +1,203 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE" sourcelanguage="en_US">
+<context>
+    <name>ConfirmDownloadSheet</name>
+    <message>
+        <source>Confirm the Download</source>
+        <extracomment>Title of the sheet that asks before a download.</extracomment>
+        <translation>Aktualisierung bestätigen</translation>
+    </message>
+    <message>
+        <source>&amp;No</source>
+        <extracomment>Button: leaves the printer as it is.</extracomment>
+        <translation>&amp;Nein</translation>
+    </message>
+    <message>
+        <source>&amp;Yes</source>
+        <extracomment>Button: starts the download.</extracomment>
+        <translation>&amp;Ja</translation>
+    </message>
+</context>
+<context>
+    <name>FailedSheet</name>
+    <message>
+        <source>Download Failed</source>
+        <extracomment>Title of the alert after a download that failed.</extracomment>
+        <translation>Aktualisierung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>The firmware was not updated.</source>
+        <extracomment>Headline of the alert after a download that failed.</extracomment>
+        <translation>Die Firmware wurde nicht aktualisiert.</translation>
+    </message>
+    <message>
+        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
+        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
+        <translation>Prüfen Sie, ob der Drucker eingeschaltet und verbunden ist und nicht gerade druckt, und versuchen Sie es noch einmal. Das Systemprotokoll nennt die Ursache.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the alert after a download that failed.</extracomment>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>Localizable</name>
+    <message>
+        <source>NETWORK_PRINTER_CONFIRMATION</source>
+        <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
+        <translation>Firmware des ausgewählten Netzwerkdruckers aktualisieren? Währenddessen kann niemand auf ihm drucken, und er muss eingeschaltet bleiben.</translation>
+    </message>
+    <message>
+        <source>USB_PRINTER_CONFIRMATION</source>
+        <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
+        <translation>Firmware des ausgewählten USB-Druckers aktualisieren? Er kann währenddessen nicht drucken und muss eingeschaltet und verbunden bleiben.</translation>
+    </message>
+</context>
+<context>
+    <name>MenuBar</name>
+    <message>
+        <source>Menu bar</source>
+        <extracomment>What a screen reader calls the menu bar.</extracomment>
+        <translation>Menüleiste</translation>
+    </message>
+    <message>
+        <source>&amp;Printer</source>
+        <extracomment>Menu: what can be done with the selected printer.</extracomment>
+        <translation>&amp;Drucker</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <extracomment>Menu item: starts the download of new firmware to the selected printer.</extracomment>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <extracomment>Menu item: ends the program.</extracomment>
+        <translation>&amp;Beenden</translation>
+    </message>
+</context>
+<context>
+    <name>PrinterSelectWindow</name>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>Title of the main window, and the name of the program.</extracomment>
+        <translation>Drucker-Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Select the printer that is to get new firmware:</source>
+        <extracomment>Label above the list of printers.</extracomment>
+        <translation>Drucker aus&amp;wählen, der neue Firmware erhalten soll:</translation>
+    </message>
+    <message>
+        <source>Printers</source>
+        <extracomment>What a screen reader calls the list of printers.</extracomment>
+        <translation>Drucker</translation>
+    </message>
+    <message>
+        <source>Looking for printers…</source>
+        <extracomment>In the list of printers while it is empty.</extracomment>
+        <translation>Drucker werden gesucht …</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <extracomment>Column of the list: the name of the printer.</extracomment>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <extracomment>Column of the list: how the printer is connected, &quot;USB&quot; or &quot;Bonjour&quot;.</extracomment>
+        <translation>Typ</translation>
+    </message>
+    <message>
+        <source>Address or serial number</source>
+        <extracomment>Column of the list: the IP address of a network printer, the serial number of a USB printer.</extracomment>
+        <translation>Adresse oder Seriennummer</translation>
+    </message>
+    <message>
+        <source>Select a printer first.</source>
+        <extracomment>Appears when Download is chosen and no printer is selected.</extracomment>
+        <translation>Wählen Sie zuerst einen Drucker aus.</translation>
+    </message>
+    <message>
+        <source>Download new firmware to the selected printer</source>
+        <extracomment>What a screen reader says of the Download button.</extracomment>
+        <translation>Firmware des ausgewählten Druckers aktualisieren</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
+        <translation>&amp;Aktualisieren</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressSheet</name>
+    <message>
+        <source>Updating Firmware</source>
+        <extracomment>Title of the sheet that is shown during a download.</extracomment>
+        <translation>Firmware wird aktualisiert</translation>
+    </message>
+    <message>
+        <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>
+        <extracomment>Below the name of the printer, during a download.</extracomment>
+        <translation>Die Firmware dieses Druckers wird aktualisiert. Das dauert einige Minuten.</translation>
+    </message>
+    <message>
+        <source>Download in progress</source>
+        <extracomment>What a screen reader calls the progress bar.</extracomment>
+        <translation>Aktualisierung läuft</translation>
+    </message>
+    <message>
+        <source>Do not switch the printer off, and leave it connected until this is done.</source>
+        <extracomment>Warning below the progress bar.</extracomment>
+        <translation>Schalten Sie den Drucker nicht aus und lassen Sie ihn verbunden, bis dies abgeschlossen ist.</translation>
+    </message>
+</context>
+<context>
+    <name>QuitSheet</name>
+    <message>
+        <source>Quit during a Download</source>
+        <extracomment>Title of the sheet that asks before the program ends during a download.</extracomment>
+        <translation>Während der Aktualisierung beenden</translation>
+    </message>
+    <message>
+        <source>The download to this printer has not ended. If you quit now, the printer may be left without working firmware.</source>
+        <extracomment>Below the name of the printer, in the sheet that asks before the program ends.</extracomment>
+        <translation>Die Aktualisierung dieses Druckers ist nicht abgeschlossen. Wenn Sie jetzt beenden, hat der Drucker danach womöglich keine funktionierende Firmware mehr.</translation>
+    </message>
+    <message>
+        <source>&amp;Quit anyway</source>
+        <extracomment>Button: ends the program although a download runs.</extracomment>
+        <translation>&amp;Trotzdem beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Keep downloading</source>
+        <extracomment>Button: does not end the program; the download goes on.</extracomment>
+        <translation>&amp;Weiter aktualisieren</translation>
+    </message>
+</context>
+<context>
+    <name>UpToDateSheet</name>
+    <message>
+        <source>Nothing to Update</source>
+        <extracomment>Title of the alert when the printer needs no new firmware.</extracomment>
+        <translation>Nichts zu aktualisieren</translation>
+    </message>
+    <message>
+        <source>The printer is up to date.</source>
+        <extracomment>Headline of the alert when the printer needs no new firmware.</extracomment>
+        <translation>Der Drucker ist auf dem neuesten Stand.</translation>
+    </message>
+    <message>
+        <source>It already runs this firmware or a newer one. Nothing was changed.</source>
+        <extracomment>Below the headline; &quot;it&quot; is the printer.</extracomment>
+        <translation>Er hat bereits diese oder eine neuere Firmware. Es wurde nichts geändert.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+</TS>
