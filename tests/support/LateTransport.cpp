@@ -33,7 +33,9 @@ void LateTransport::read(void* buffer, std::size_t length) {
 
 void LateTransport::read(void* buffer, std::size_t length, unsigned int) { read(buffer, length); }
 
-void LateTransport::write(const void* buffer, std::size_t length) {
+void LateTransport::write(const void* buffer, std::size_t length) { write(buffer, length, {}); }
+
+void LateTransport::write(const void* buffer, std::size_t length, const Progress&) {
   mRecord.mSource = static_cast<const char*>(buffer);
   mRecord.mLength = length;
 }

@@ -30,6 +30,7 @@ class LateTransport : public IoTransport {
   void read(void* buffer, std::size_t length) override;
   void read(void* buffer, std::size_t length, unsigned int timeout) override;
   void write(const void* buffer, std::size_t length) override;
+  void write(const void* buffer, std::size_t length, const Progress& progress) override;
 
  private:
   LateRecord& mRecord;

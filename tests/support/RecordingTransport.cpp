@@ -33,6 +33,11 @@ void RecordingTransport::read(void* buffer, std::size_t length, unsigned int tim
 }
 
 void RecordingTransport::write(const void* buffer, std::size_t length) {
+  write(buffer, length, {});
+}
+
+void RecordingTransport::write(const void* buffer, std::size_t length, const Progress& progress) {
+  mRecord.mProgress = progress;
   mRecord.add("write " + std::to_string(length));
   mRecord.mLastBuffer = buffer;
   mRecord.mWritten.emplace_back(static_cast<const char*>(buffer), length);

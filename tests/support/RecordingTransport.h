@@ -24,6 +24,9 @@ struct TransportRecord {
   // Called by the operation whose line it is filed under; may throw, but for "delete".
   std::map<std::string, std::function<void()>> mOnCall;
 
+  // What the last write tells its progress to; empty when it tells nobody.
+  IoTransport::Progress mProgress;
+
   const void* mLastBuffer = nullptr;
   std::string mLastReadBufferBefore;  // what the buffer of the last read held
 };
@@ -37,6 +40,7 @@ class RecordingTransport : public IoTransport {
   void read(void* buffer, std::size_t length) override;
   void read(void* buffer, std::size_t length, unsigned int timeout) override;
   void write(const void* buffer, std::size_t length) override;
+  void write(const void* buffer, std::size_t length, const Progress& progress) override;
 
  private:
   void takeReply(void* buffer, std::size_t length);

@@ -73,6 +73,15 @@ TEST_F(NetworkTransportTest, WriteEnablesCallbacksAndSendsWithoutACopy) {
   EXPECT_THAT(mLog.entries(), ElementsAre(LogEntry{5, "Async write request for 3 bytes."}));
 }
 
+TEST_F(NetworkTransportTest, WriteTellsWhatTheHostHasTaken) {
+  mNetwork.takeAtOnce(2);
+  std::vector<std::size_t> taken;
+  mIo.write("abcde", 5, [&taken](std::size_t count) { taken.push_back(count); });
+  EXPECT_THAT(taken, ElementsAre(2u, 4u, 5u));
+  EXPECT_THAT(mNetwork.calls(), ElementsAre("enable 11", "send 5 within 5"));
+  EXPECT_THAT(mLog.entries(), ElementsAre(LogEntry{5, "Async write request for 5 bytes."}));
+}
+
 TEST_F(NetworkTransportTest, WriteThatFailsThrows) {
   mNetwork.setSendResult(-2);
   EXPECT_THAT([&] { mIo.write("abc", 3); },

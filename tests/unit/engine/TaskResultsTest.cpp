@@ -3,9 +3,11 @@
 #include <new>
 #include <stdexcept>
 
+#include "DownloadAnnouncement.h"
 #include "EngineFixture.h"
 #include "FirmwareDownloader.h"
 #include "IoKitException.h"
+#include "RecordingObserver.h"
 #include "RecordingTransport.h"
 #include "ScriptedTasks.h"
 #include "WatchedMemory.h"
@@ -87,6 +89,19 @@ TEST_F(TaskResultsTest, ContinueByTheLastTaskEndsWithoutAnOutcome) {
   EXPECT_THAT(taskScript().mRan, testing::ElementsAreArray(kTasks));
   EXPECT_FALSE(isRunning());
   EXPECT_THAT(mEvents.commands(), IsEmpty());
+}
+
+TEST_F(TaskResultsTest, AnnouncedDownloadWithoutAnOutcomeEndsAsFailed) {
+  std::vector<std::string> told;
+  RecordingObserver observer([&told](const std::string& call) { told.push_back(call); });
+  platform::Platform observed = platform::current();
+  observed.downloadObserver = &observer;
+  const platform::PlatformScope scope(observed);
+  answerAll(kTaskDoneContinue);
+  const DownloadAnnouncement announcement(mDownloader, platform::Text(), platform::Text());
+  start();
+  EXPECT_FALSE(isRunning());
+  EXPECT_THAT(told, ElementsAre("began <null> (<null>)", "ended Failed"));
 }
 
 TEST_F(TaskResultsTest, NotDoneRunsTheSameTaskAgain) {

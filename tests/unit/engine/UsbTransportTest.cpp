@@ -124,6 +124,31 @@ TEST_F(UsbTransportTest, CompleteWritePostsOneResume) {
   EXPECT_THAT(mEvents.waiting(), ElementsAre("FwDl 1"));
 }
 
+TEST_F(UsbTransportTest, WriteTellsItsBytesWhenItIsComplete) {
+  std::vector<std::string> told;
+  makeOpen().write("hello", 5, [&](std::size_t taken) {
+    told.push_back(std::to_string(taken) + " before " + std::to_string(mEvents.queued()));
+  });
+  expectTimeOut(200);
+  EXPECT_THAT(takeEntries(), ElementsAre(LogEntry{5, "Async write request for 5 bytes."}));
+  EXPECT_THAT(told, IsEmpty());
+  takeWrite();
+  EXPECT_THAT(told, ElementsAre("5 before 0"));
+  EXPECT_THAT(mEvents.waiting(), ElementsAre("FwDl 1"));
+
+  mTransport->write("more", 4);
+  takeWrite();
+  EXPECT_THAT(told, ElementsAre("5 before 0"));
+}
+
+TEST_F(UsbTransportTest, WriteThatFailsTellsNothing) {
+  bool told = false;
+  makeOpen().write("hello", 5, [&told](std::size_t) { told = true; });
+  fail(platform::kIOUSBTransactionTimeout);
+  EXPECT_THAT(mEvents.waiting(), ElementsAre("FwDl 2"));
+  EXPECT_FALSE(told);
+}
+
 TEST_F(UsbTransportTest, ShortWriteIsComplete) {
   makeOpen().write("hello", 5);
   mUsb.completeWrite(3);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "RecordingObserver.h"
 #include "platform/DownloadObserver.h"
 #include "platform/Platform.h"
 
@@ -14,40 +15,10 @@ using platform::DownloadPhase;
 using platform::Text;
 using std::chrono::milliseconds;
 
-// Writes down what it is told, under its name.
-class Recorder final : public platform::DownloadObserver {
- public:
-  Recorder(std::string name, std::vector<std::string>& calls)
-      : mName(std::move(name)), mCalls(calls) {}
-
-  void downloadBegan(const Text& printer, const Text& info) noexcept override {
-    note("began " + std::string(printer.utf8()) + " " + std::string(info.utf8()));
-  }
-  void phaseBegan(DownloadPhase phase, milliseconds bound) noexcept override {
-    note("phase " + std::to_string(static_cast<int>(phase)) + " " + std::to_string(bound.count()));
-  }
-  void versionsKnown(unsigned int printer, unsigned int firmware) noexcept override {
-    note("versions " + std::to_string(printer) + " " + std::to_string(firmware));
-  }
-  void bytesHandedOver(std::size_t count, std::size_t total) noexcept override {
-    note("bytes " + std::to_string(count) + " " + std::to_string(total));
-  }
-  void errorLogged(const std::string& entry) noexcept override { note("error " + entry); }
-  void downloadEnded(DownloadOutcome outcome) noexcept override {
-    note("ended " + std::to_string(static_cast<int>(outcome)));
-  }
-
- private:
-  void note(const std::string& call) { mCalls.push_back(mName + ": " + call); }
-
-  std::string mName;
-  std::vector<std::string>& mCalls;
-};
-
 TEST(DownloadObservers, EachIsToldInTheOrderOfAdding) {
   std::vector<std::string> calls;
-  Recorder first("first", calls);
-  Recorder second("second", calls);
+  RecordingObserver first([&](const std::string& call) { calls.push_back("first: " + call); });
+  RecordingObserver second([&](const std::string& call) { calls.push_back("second: " + call); });
   DownloadObservers both;
   both.add(first);
   both.add(second);
@@ -60,18 +31,18 @@ TEST(DownloadObservers, EachIsToldInTheOrderOfAdding) {
   both.downloadEnded(DownloadOutcome::Failed);
 
   EXPECT_EQ(calls, (std::vector<std::string>{
-                       "first: began Office 10.0.0.5",
-                       "second: began Office 10.0.0.5",
-                       "first: phase 4 6000",
-                       "second: phase 4 6000",
+                       "first: began Office (10.0.0.5)",
+                       "second: began Office (10.0.0.5)",
+                       "first: BurningFirmware within 6000",
+                       "second: BurningFirmware within 6000",
                        "first: versions 100 200",
                        "second: versions 100 200",
-                       "first: bytes 3 7",
-                       "second: bytes 3 7",
+                       "first: handed over 3 of 7",
+                       "second: handed over 3 of 7",
                        "first: error Unable to write data",
                        "second: error Unable to write data",
-                       "first: ended 2",
-                       "second: ended 2",
+                       "first: ended Failed",
+                       "second: ended Failed",
                    }));
 }
 

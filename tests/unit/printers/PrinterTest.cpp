@@ -5,6 +5,7 @@
 #include "FirmwareDownloader.h"
 #include "Printer.h"
 #include "PrinterFixture.h"
+#include "RecordingObserver.h"
 
 namespace {
 
@@ -241,6 +242,55 @@ TEST_F(PrinterTest, WhatTheTransportThrowsPassesThrough) {
   } catch (const std::runtime_error& error) {
     EXPECT_STREQ(error.what(), "no socket left");
   }
+}
+
+// What the observer of downloads hears, behind the entry of the log that was the last by then.
+class ObservedPrinterTest : public PrinterTest {
+ protected:
+  static platform::Platform observedBy(platform::DownloadObserver& observer) {
+    platform::Platform platform = platform::current();
+    platform.downloadObserver = &observer;
+    return platform;
+  }
+
+  Lines told;
+  RecordingObserver observer{[this](const std::string& call) {
+    told.push_back(doubles.log.entries().back().text + " -> " + call);
+  }};
+  platform::PlatformScope scope{observedBy(observer)};
+};
+
+TEST_F(ObservedPrinterTest, NetworkDownloadIsAnnouncedWithNameAndAddress) {
+  {
+    FirmwareDownloader downloader;
+    networkPrinter(ipv4Record())->download(downloader);
+  }
+  EXPECT_EQ(told, (Lines{"Downloading firmware to Bonjour printer: Front desk(192.0.2.7) -> "
+                         "began Front desk (192.0.2.7)",
+                         "Connecting to I/O transport... -> Connecting",
+                         "Cleaning up firmware downloader. -> ended Failed"}));
+}
+
+TEST_F(ObservedPrinterTest, UsbDownloadIsAnnouncedWithNameAndSerialNumber) {
+  const OwnedPrinter printer = usbPrinter();
+  {
+    FirmwareDownloader downloader;
+    printer->download(downloader);
+  }
+  EXPECT_EQ(told, (Lines{"Downloading firmware to USB printer: Veltra KX350T(VX0042) -> "
+                         "began Veltra KX350T (VX0042)",
+                         "Connecting to I/O transport... -> Connecting",
+                         "Cleaning up firmware downloader. -> ended Failed"}));
+}
+
+TEST_F(ObservedPrinterTest, DownloadWithoutATransportEndsAsFailedAtOnce) {
+  network.beforeSocket = [] { throw std::runtime_error("no socket left"); };
+  FirmwareDownloader downloader;
+  EXPECT_THROW(networkPrinter(nullptr)->download(downloader), std::runtime_error);
+  EXPECT_EQ(told, (Lines{"Downloading firmware to Bonjour printer: Front desk(<null>) -> "
+                         "began Front desk (<null>)",
+                         "Downloading firmware to Bonjour printer: Front desk(<null>) -> "
+                         "ended Failed"}));
 }
 
 TEST_F(PrinterTest, UsbDownloadPostsItsFirstResume) {

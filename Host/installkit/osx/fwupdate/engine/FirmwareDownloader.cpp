@@ -10,6 +10,7 @@
 #include "IoTransport.h"
 #include "Log.h"
 #include "platform/Assertion.h"
+#include "platform/DownloadObserver.h"
 #include "platform/Events.h"
 #include "platform/Platform.h"
 
@@ -46,6 +47,7 @@ FirmwareDownloader::FirmwareDownloader() = default;
 
 FirmwareDownloader::~FirmwareDownloader() {
   Log<5>() << "Cleaning up firmware downloader." << std::flush;
+  announceEnd(platform::DownloadOutcome::Failed);
 }
 
 void FirmwareDownloader::start(std::unique_ptr<IoTransport> transport) {
@@ -84,6 +86,7 @@ void FirmwareDownloader::actOn(AsyncTaskResult result) {
     case kTaskDone:
     case kTaskDoneContinue:
     case kTaskNotDone:
+      if (end) announceEnd(platform::DownloadOutcome::Failed);
       break;
     case kDownloadUpToDate:
       upToDate();
@@ -105,11 +108,24 @@ void FirmwareDownloader::enqueueResume() { postEvent(kFwDlEventResume); }
 
 void FirmwareDownloader::notifyAsyncFailure() { postEvent(kFwDlEventAsyncFailure); }
 
-void FirmwareDownloader::failed() { dispatch(kDownloadFailedCommand); }
+void FirmwareDownloader::failed() {
+  announceEnd(platform::DownloadOutcome::Failed);
+  dispatch(kDownloadFailedCommand);
+}
 
-void FirmwareDownloader::upToDate() { dispatch(kUpToDateCommand); }
+void FirmwareDownloader::upToDate() {
+  announceEnd(platform::DownloadOutcome::UpToDate);
+  dispatch(kUpToDateCommand);
+}
 
-void FirmwareDownloader::succeeded() { dispatch(kDownloadSucceededCommand); }
+void FirmwareDownloader::succeeded() {
+  announceEnd(platform::DownloadOutcome::Succeeded);
+  dispatch(kDownloadSucceededCommand);
+}
+
+void FirmwareDownloader::announceEnd(platform::DownloadOutcome outcome) {
+  if (std::exchange(mIsAnnounced, false)) platform::downloadObserver().downloadEnded(outcome);
+}
 
 void FirmwareDownloader::postEvent(unsigned long kind) {
   platform::Events& events = *platform::current().events;

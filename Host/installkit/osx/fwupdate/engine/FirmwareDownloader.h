@@ -1,6 +1,8 @@
 // The download controller: runs one firmware download at a time as a sequence of tasks over one
 // transport. It advances when a transport operation is complete, and tells the outcome to the user
 // interface by dispatching a command. main() owns the only one; printer records start downloads.
+// The observer of downloads hears of the outcome of one that was announced to it, before the
+// command.
 #pragma once
 
 #include <cstdint>
@@ -8,6 +10,7 @@
 
 #include "AsyncTask.h"
 #include "AsyncTaskQueue.h"
+#include "platform/DownloadObserver.h"
 #include "platform/FourCharCode.h"
 
 // The events that a controller posts to itself through the main queue. Their direct object is the
@@ -58,5 +61,11 @@ class FirmwareDownloader {
   AsyncTaskResult runFrontTask();
   void actOn(AsyncTaskResult result);
 
+  // Once for each announcement: what comes after it says nothing.
+  void announceEnd(platform::DownloadOutcome outcome);
+
+  friend class DownloadAnnouncement;
+
   AsyncTaskQueue mAsyncTaskQueue;
+  bool mIsAnnounced = false;
 };

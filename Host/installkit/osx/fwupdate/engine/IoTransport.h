@@ -11,9 +11,14 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
 class IoTransport {
  public:
+  // Told how many bytes of a write have been taken so far: from inside the write, or later until it
+  // is complete, as often as the transport learns of it. May be empty.
+  using Progress = std::function<void(std::size_t taken)>;
+
   virtual ~IoTransport() = default;
 
   virtual void connect() = 0;
@@ -26,6 +31,9 @@ class IoTransport {
 
   // Writes exactly `length` bytes.
   virtual void write(const void* buffer, std::size_t length) = 0;
+
+  // The same, and tells `progress`, at the latest that all are taken when the write is complete.
+  virtual void write(const void* buffer, std::size_t length, const Progress& progress) = 0;
 
   // What every read and write asks for before it starts: throws std::runtime_error when there is
   // nothing to transfer or nowhere to transfer it.

@@ -48,13 +48,15 @@ void NetworkTransport::read(void* buffer, std::size_t length, unsigned int) {
   read(buffer, length);
 }
 
-void NetworkTransport::write(const void* buffer, std::size_t length) {
+void NetworkTransport::write(const void* buffer, std::size_t length) { write(buffer, length, {}); }
+
+void NetworkTransport::write(const void* buffer, std::size_t length, const Progress& progress) {
   Log<5>() << "Async write request for " << std::dec << length << " bytes." << std::flush;
   validate(buffer, length);
   mSocket->enableCallbacks(kReadAndWriteCallbacks);
   mWritePending = true;
   const std::span bytes(static_cast<const std::uint8_t*>(buffer), length);
-  if (mSocket->send(bytes, kSendTimeoutSeconds, {}) != 0) {
+  if (mSocket->send(bytes, kSendTimeoutSeconds, progress) != 0) {
     throw std::runtime_error("Unable to write data");
   }
 }

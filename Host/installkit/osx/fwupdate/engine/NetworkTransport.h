@@ -31,6 +31,7 @@ class NetworkTransport : public IoTransport {
 
   // Blocks until the host has taken all bytes, 5 seconds at most.
   void write(const void* buffer, std::size_t length) override;
+  void write(const void* buffer, std::size_t length, const Progress& progress) override;
 
  private:
   struct ReadRequest {

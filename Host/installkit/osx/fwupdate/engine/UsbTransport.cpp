@@ -27,13 +27,19 @@ void UsbTransport::read(void* buffer, std::size_t length, unsigned int timeout) 
   mDevice.aclRead(buffer, length, mNotifier, timeout);
 }
 
-void UsbTransport::write(const void* buffer, std::size_t length) {
+void UsbTransport::write(const void* buffer, std::size_t length) { write(buffer, length, {}); }
+
+void UsbTransport::write(const void* buffer, std::size_t length, const Progress& progress) {
   Log<5>() << "Async write request for " << std::dec << length << " bytes." << std::flush;
   validate(buffer, length);
+  if (progress) mNotifier.whenComplete([progress, length] { progress(length); });
   mDevice.aclWrite(buffer, length, mNotifier, kWriteTimeoutMs);
 }
 
-void UsbTransport::Notifier::complete() { mDownloader.enqueueResume(); }
+void UsbTransport::Notifier::complete() {
+  if (const auto completed = std::exchange(mCompleted, nullptr)) completed();
+  mDownloader.enqueueResume();
+}
 
 void UsbTransport::Notifier::failed(const std::string& message) {
   Log<3>() << message << std::flush;

@@ -6,7 +6,9 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "AsyncIoNotifier.h"
 #include "IoTransport.h"
@@ -31,17 +33,23 @@ class UsbTransport : public IoTransport {
   void read(void* buffer, std::size_t length) override;
   void read(void* buffer, std::size_t length, unsigned int timeout) override;
   void write(const void* buffer, std::size_t length) override;
+  // Nothing is known of a transfer between its start and its end: `progress` hears of the end.
+  void write(const void* buffer, std::size_t length, const Progress& progress) override;
 
  private:
   class Notifier : public AsyncIoNotifier {
    public:
     explicit Notifier(FirmwareDownloader& downloader) : mDownloader(downloader) {}
 
+    // To be called at the end of the request that is started next, unless it fails. May be empty.
+    void whenComplete(std::function<void()> completed) { mCompleted = std::move(completed); }
+
     void complete() override;
     void failed(const std::string& message) override;
 
    private:
     FirmwareDownloader& mDownloader;
+    std::function<void()> mCompleted;
   };
 
   QuillUsbDevice mDevice;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 
+#include "DownloadAnnouncement.h"
 #include "NetworkTransport.h"
 #include "platform/Network.h"
 #include "platform/Platform.h"
@@ -51,6 +52,7 @@ Text BonjourPrinter::getConfirmationMsgKey() const {
 
 void BonjourPrinter::download(FirmwareDownloader& downloader) const {
   logDownload();
+  const DownloadAnnouncement announcement(downloader, getName(), getInfo());
   downloadFirmwareThroughNetwork(mAddress, downloader);
 }
 

@@ -1,6 +1,7 @@
 #include "UsbPrinter.h"
 
 #include "Branding.h"
+#include "DownloadAnnouncement.h"
 #include "UsbTransport.h"
 #include "platform/Translatable.h"
 
@@ -24,6 +25,7 @@ Text UsbPrinter::getConfirmationMsgKey() const {
 
 void UsbPrinter::download(FirmwareDownloader& downloader) const {
   logDownload();
+  const DownloadAnnouncement announcement(downloader, getName(), getInfo());
   downloadFirmwareThroughUsb(mDevice, downloader);
 }
 
