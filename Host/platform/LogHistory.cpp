@@ -3,9 +3,10 @@
 #include <array>
 #include <ctime>
 #include <new>
-#include <string_view>
 #include <utility>
 
+#include "platform/Platform.h"
+#include "platform/Status.h"
 #include "platform/Utf8.h"
 
 namespace platform {
@@ -59,6 +60,16 @@ void LogHistory::write(int priority, const char* text) {
 
 void LogHistory::close() { mHost.close(); }
 
+void LogHistory::noteHostError(const char* operation, int error) noexcept {
+  try {
+    const StatusTable& statuses = *current().statuses;
+    keep(kError, std::string(operation) + " failed: " + statuses.name(error) + " (" +
+                     statuses.description(error) + ")");
+  } catch (const std::bad_alloc&) {
+    // The program's own text remains.
+  }
+}
+
 void LogHistory::downloadBegan(const Text&, const Text&) noexcept {
   ++mDownloads;
   mInDownload = true;
@@ -66,7 +77,7 @@ void LogHistory::downloadBegan(const Text&, const Text&) noexcept {
 
 void LogHistory::downloadEnded(DownloadOutcome) noexcept { mInDownload = false; }
 
-void LogHistory::keep(int priority, const char* text) {
+void LogHistory::keep(int priority, std::string_view text) {
   Entry entry{priority, mNow(), std::string(beginningOf(text)), mInDownload ? mDownloads : 0};
   mEntries.push_back(std::move(entry));
   if (mEntries.size() > kMostEntries) mEntries.pop_front();

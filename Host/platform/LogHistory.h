@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/DownloadObserver.h"
@@ -34,6 +35,10 @@ class LogHistory final : public SystemLog, public DownloadObserver {
   // `host` must outlive the history.
   explicit LogHistory(SystemLog& host, std::function<Time()> now = std::chrono::system_clock::now);
 
+  // Keeps, as an error, what the host said where the program's own texts do not tell, for example
+  // "Connecting failed: ECONNREFUSED (Connection refused)". The host's log does not get it.
+  void noteHostError(const char* operation, int error) noexcept;
+
   // The oldest first.
   const std::deque<Entry>& entries() const { return mEntries; }
 
@@ -52,7 +57,7 @@ class LogHistory final : public SystemLog, public DownloadObserver {
   void downloadEnded(DownloadOutcome outcome) noexcept override;
 
  private:
-  void keep(int priority, const char* text);
+  void keep(int priority, std::string_view text);
   void tell(const char* error);
 
   SystemLog& mHost;

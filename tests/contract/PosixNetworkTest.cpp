@@ -18,7 +18,10 @@
 #include "FakeRunLoop.h"
 #include "NetworkWorld.h"
 #include "PosixPrinter.h"
+#include "platform/LogHistory.h"
+#include "platform/Platform.h"
 #include "platform/posix/PosixNetwork.h"
+#include "platform/posix/PosixStatusTable.h"
 
 namespace {
 
@@ -178,6 +181,58 @@ TEST_F(PosixNetworkTest, SendAfterAFailedConnectionFails) {
   EXPECT_EQ(recorder.send({1}), ENOTCONN);
   EXPECT_TRUE(settle());
   EXPECT_THAT(recorder.told, ElementsAre("failed ECONNREFUSED"));
+}
+
+class Nowhere final : public platform::SystemLog {
+ public:
+  void open(const char*, int, int) override {}
+  void write(int, const char*) override {}
+  void close() override {}
+};
+
+// Keeps what sockets note while it lives.
+class Notes {
+ public:
+  std::vector<std::string> texts() const {
+    std::vector<std::string> texts;
+    for (const auto& entry : mHistory.entries()) texts.push_back(entry.text);
+    return texts;
+  }
+
+ private:
+  Nowhere mNowhere;
+  platform::LogHistory mHistory{mNowhere};
+  std::unique_ptr<platform::StatusTable> mStatuses = platform::makePosixStatusTable();
+  platform::PlatformScope mScope{{.statuses = mStatuses.get(), .logHistory = &mHistory}};
+};
+
+TEST_F(PosixNetworkTest, RefusedConnectionIsNoted) {
+  const Notes notes;
+  mPrinter = PosixPrinter(false);
+  SocketRecorder recorder(*this, kAll);
+  recorder.connect(mPrinter.address());
+  EXPECT_TRUE(settle());
+  recorder.socket->enableCallbacks(11);
+  recorder.send({1});
+  EXPECT_THAT(notes.texts(),
+              ElementsAre("Connecting failed: ECONNREFUSED (Connection refused)",
+                          "Sending failed: ENOTCONN (Transport endpoint is not connected)"));
+}
+
+TEST_F(PosixNetworkTest, AddressOfAnotherFamilyIsNoted) {
+  const Notes notes;
+  SocketRecorder(*this, kAll).connect(makeData({16, 30}));
+  EXPECT_THAT(notes.texts(),
+              ElementsAre("Connecting failed: EAFNOSUPPORT (Address family not supported by "
+                          "protocol)"));
+}
+
+TEST_F(PosixNetworkTest, SuccessIsNotNoted) {
+  const Notes notes;
+  SocketRecorder recorder(*this, kAll);
+  connect(recorder);
+  EXPECT_EQ(recorder.send({1}), 0);
+  EXPECT_THAT(notes.texts(), IsEmpty());
 }
 
 TEST_F(PosixNetworkTest, NothingIsWatchedAfterAFailedConnection) {

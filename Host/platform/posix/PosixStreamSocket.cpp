@@ -12,6 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/LogHistory.h"
+#include "platform/Platform.h"
+
 namespace platform {
 namespace {
 
@@ -31,6 +34,13 @@ std::optional<sockaddr_in> hostAddress(const Data& record, int& error) {
   return address;
 }
 
+// The program's own texts do not tell one failure from another.
+int noted(const char* operation, int error) {
+  LogHistory* const history = current().logHistory;
+  if (error != 0 && history != nullptr) history->noteHostError(operation, error);
+  return error;
+}
+
 }  // namespace
 
 PosixStreamSocket::PosixStreamSocket(RunLoop& runLoop, FileDescriptor socket, int error,
@@ -45,6 +55,10 @@ PosixStreamSocket::PosixStreamSocket(RunLoop& runLoop, FileDescriptor socket, in
 PosixStreamSocket::~PosixStreamSocket() = default;
 
 int PosixStreamSocket::connectInBackground(const Data& address) {
+  return noted("Connecting", startToConnect(address));
+}
+
+int PosixStreamSocket::startToConnect(const Data& address) {
   if (!mSocket) return mSocketError;
   if (mState != State::Made) return mState == State::Connecting ? EALREADY : EISCONN;
   int error = 0;
@@ -70,6 +84,11 @@ void PosixStreamSocket::enableCallbacks(unsigned long types) {
 
 int PosixStreamSocket::send(std::span<const std::uint8_t> bytes, double timeoutSeconds,
                             const Progress& progress) {
+  return noted("Sending", sendAll(bytes, timeoutSeconds, progress));
+}
+
+int PosixStreamSocket::sendAll(std::span<const std::uint8_t> bytes, double timeoutSeconds,
+                               const Progress& progress) {
   if (mState != State::Connected) return mSocketError != 0 ? mSocketError : ENOTCONN;
   const auto timeout = std::chrono::duration<double>(timeoutSeconds);
   const auto deadline = Clock::now() + std::chrono::duration_cast<Clock::duration>(timeout);
@@ -107,6 +126,7 @@ void PosixStreamSocket::connectEnded() {
   int error = 0;
   socklen_t size = sizeof error;
   if (::getsockopt(mSocket.get(), SOL_SOCKET, SO_ERROR, &error, &size) != 0) error = errno;
+  noted("Connecting", error);
   if (error != 0) {
     mState = State::Dead;
     mWritable->setEnabled(false);

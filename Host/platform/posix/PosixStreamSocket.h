@@ -2,7 +2,8 @@
 // watches. Made by the network of this folder; owned by the transport.
 //
 // The connection goes through four states: made, connecting, connected, dead. It is dead when the
-// connection failed or a send was given up; nothing is called back then.
+// connection failed or a send was given up; nothing is called back then. What the host says to a
+// failure goes to the log's history.
 #pragma once
 
 #include <chrono>
@@ -30,6 +31,8 @@ class PosixStreamSocket : public StreamSocket {
   enum class State { Made, Connecting, Connected, Dead };
   using Clock = std::chrono::steady_clock;
 
+  int startToConnect(const Data& address);
+  int sendAll(std::span<const std::uint8_t> bytes, double timeoutSeconds, const Progress& progress);
   void writable();
   void connectEnded();
   void readable();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "FakeStatusTable.h"
 #include "FakeSystemLog.h"
 #include "WatchedMemory.h"
 #include "platform/LogHistory.h"
@@ -163,6 +164,18 @@ class Nowhere final : public platform::SystemLog {
 
   int entries = 0;
 };
+
+TEST_F(LogHistoryTest, WhatTheHostSaidIsKeptAndReachesNoLog) {
+  FakeStatusTable statuses;
+  statuses.define(111, "ECONNREFUSED", "Connection refused");
+  const platform::PlatformScope named({.statuses = &statuses, .downloadObserver = &observers});
+  begin();
+  history.noteHostError("Connecting", 111);
+  EXPECT_THAT(ofDownload(), ElementsAre("Connecting failed: ECONNREFUSED (Connection refused)"));
+  EXPECT_EQ(history.entries().back().priority, 3);
+  EXPECT_THAT(host.entries(), ElementsAre());
+  EXPECT_THAT(listener.errors, ElementsAre());
+}
 
 // Whichever of its allocations fails: the host has the entry, and nothing is thrown.
 TEST_F(LogHistoryTest, LackOfMemoryReachesNobody) {
