@@ -2,8 +2,11 @@
 // from libusb.
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
+// Within this process.
 class OtherProgram {
  public:
   OtherProgram(const std::string& serial, unsigned interface);
@@ -13,4 +16,18 @@ class OtherProgram {
 
  private:
   int mNode;
+};
+
+// A process of its own, with that name. Without an interface it only has the device open.
+class OtherProcess {
+ public:
+  OtherProcess(const std::string& name, const std::string& serial, int interface = -1);
+  ~OtherProcess();
+  OtherProcess(const OtherProcess&) = delete;
+  OtherProcess& operator=(const OtherProcess&) = delete;
+
+  pid_t number() const { return mNumber; }
+
+ private:
+  pid_t mNumber;
 };

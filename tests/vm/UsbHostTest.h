@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "PollRunLoop.h"
 #include "UsbHost.h"
@@ -13,7 +15,12 @@
 class UsbHostTest : public testing::Test {
  protected:
   PollRunLoop mLoop;
-  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(mLoop);
+  std::vector<std::string> mErrors;  // that the registry logs
+  std::function<void(const std::string&)> mLogError = [this](const std::string& entry) {
+    mErrors.push_back(entry);
+  };
+  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(
+      mLoop, [this](const std::string& entry) { mLogError(entry); }, std::chrono::minutes(1));
   UsbHost mHost{*mRegistry, mLoop,
                 [this](const std::function<bool()>& done) { return mLoop.runUntil(done); }};
 };

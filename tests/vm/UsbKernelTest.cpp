@@ -13,6 +13,8 @@ namespace {
 
 using platform::io_service_t;
 using platform::kIOReturnSuccess;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 // The devices' nodes that this process has open.
 std::size_t openNodes() {
@@ -66,6 +68,44 @@ TEST_F(UsbKernelTest, AnInterfaceOfAnotherProgramIsExclusive) {
   const OtherProgram other("VP000001", 1);
   EXPECT_EQ(makeAcl()->open(), platform::kIOReturnExclusiveAccess);
   EXPECT_EQ(mHost.interfaceObject(mDevice, UsbHost::kVendorClass)->open(), kIOReturnSuccess);
+}
+
+std::string inUseBy(const std::string& holder) {
+  return "The printer's interface is in use by " + holder + ".";
+}
+
+std::string inUseBy(const std::string& name, const OtherProcess& process) {
+  return inUseBy(name + " (process " + std::to_string(process.number()) + ")");
+}
+
+TEST_F(UsbKernelTest, WhoHasAnInterfaceIsLogged) {
+  const OtherProcess other("ipp-usb", "VP000001", 1);
+  EXPECT_EQ(makeAcl()->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_THAT(mErrors, ElementsAre(inUseBy("ipp-usb", other)));
+  EXPECT_EQ(mHost.interfaceObject(mDevice, UsbHost::kVendorClass)->open(), kIOReturnSuccess);
+  EXPECT_THAT(mErrors, testing::SizeIs(1));
+}
+
+// The kernel does not tell which of them has it.
+TEST_F(UsbKernelTest, WhoHasTheDeviceOpenIsLogged) {
+  const OtherProcess looking("looking", "VP000001");
+  const OtherProcess other("cupsd", "VP000001", 1);
+  EXPECT_EQ(makeAcl()->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_THAT(mErrors, UnorderedElementsAre(inUseBy("looking", looking), inUseBy("cupsd", other)));
+}
+
+TEST_F(UsbKernelTest, WhatAnotherUserRunsIsLoggedWithoutAName) {
+  const OtherProcess other("ipp-usb", "VP000001", 1);
+  const auto ews = mHost.openInterface(mDevice, UsbHost::kVendorClass);
+  const AsOtherUser nobody;
+  EXPECT_EQ(makeAcl()->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_THAT(mErrors, ElementsAre(inUseBy("another program")));
+}
+
+TEST_F(UsbKernelTest, WhatThisProgramHasIsNotLogged) {
+  const auto acl = openAcl();
+  EXPECT_EQ(makeAcl()->open(), platform::kIOReturnExclusiveAccess);
+  EXPECT_THAT(mErrors, testing::IsEmpty());
 }
 
 TEST_F(UsbKernelTest, APacketThatDoesNotFitIsAnOverrun) {

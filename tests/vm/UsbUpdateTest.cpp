@@ -9,6 +9,7 @@
 #include "FakeBundle.h"
 #include "FakeEvents.h"
 #include "FirmwareDownloader.h"
+#include "Log.h"
 #include "LogRecorder.h"
 #include "OtherProgram.h"
 #include "QuillUsbDeviceFinderAsync.h"
@@ -83,6 +84,7 @@ class UsbUpdateTest : public UsbHostTest {
         mDownloader(std::make_unique<FirmwareDownloader>()),
         mFinder(std::make_unique<Finder>()) {
     useFirmware("small");
+    mLogError = [](const std::string& entry) { Log<3>() << entry << std::flush; };
     const platform::EventSpec specs[] = {{kFwDlEventClass, kFwDlEventResume},
                                          {kFwDlEventClass, kFwDlEventAsyncFailure},
                                          {"cmds"_4cc, 1}};
@@ -352,10 +354,13 @@ TEST_F(UsbUpdateTest, WithoutARightOnTheDeviceItFails) {
 
 TEST_F(UsbUpdateTest, AnInterfaceThatAnotherProgramHasFails) {
   plugIn();
-  const OtherProgram other("VP000001", 1);
-  expectFailure(3,
-                "I/O Kit error occurred during async task: Unable to open interface. \\[return "
-                "value = 0xe00002c5\\]");
+  const OtherProcess other("ipp-usb", "VP000001", 1);
+  EXPECT_EQ(update(), "DlNo");
+  EXPECT_EQ(takeLog(), steps(3, {"3 The printer's interface is in use by ipp-usb (process " +
+                                     std::to_string(other.number()) + ").",
+                                 "3 I/O Kit error occurred during async task: Unable to open "
+                                 "interface. [return value = 0xe00002c5]",
+                                 "5 Cleaning up USB transport."}));
 }
 
 // Unplugging. -----------------------------------------------------------------------------------

@@ -10,14 +10,12 @@
 #include <utility>
 
 #include "platform/libusb/GiveBackAtExit.h"
+#include "platform/libusb/InterfaceHolders.h"
 #include "platform/libusb/LibusbResults.h"
 #include "platform/libusb/SysfsAttribute.h"
 
 namespace platform {
 namespace {
-
-// The kernel's name for a program that has claimed an interface.
-constexpr const char* kUserSpace = "usbfs";
 
 bool isDriverless(const UsbInterfaceDescription& interface) {
   return interface.interfaceClass == LIBUSB_CLASS_PRINTER &&
@@ -42,8 +40,6 @@ OpenDevice::OpenDevice(int node, libusb_device_handle* handle,
 OpenDevice::~OpenDevice() { close(); }
 
 IOReturn OpenDevice::claim(std::uint8_t interface) {
-  // libusb would let the same handle claim an interface twice.
-  if (hasClaimed(interface)) return kIOReturnExclusiveAccess;
   giveBackAtExit(mNode, interface);
   const IOReturn result = resultOfCall(libusb_claim_interface(mHandle, interface));
   if (result == kIOReturnSuccess) {
@@ -80,23 +76,26 @@ void OpenDevice::close() {
 }
 
 AttachedDevice::AttachedDevice(std::shared_ptr<LibusbContext> context, LibusbDevice device,
-                               UsbDeviceDescription description)
+                               UsbDeviceDescription description, ErrorReports reports)
     : mContext(std::move(context)),
       mDevice(std::move(device)),
-      mDescription(std::move(description)) {}
+      mDescription(std::move(description)),
+      mReports(std::move(reports)) {}
 
 void AttachedDevice::setGone() {
   mGone = true;
   if (const auto opened = mOpen.lock()) opened->close();
 }
 
-int AttachedDevice::openNode() const {
+std::string AttachedDevice::node() const {
   std::array<char, sizeof "/dev/bus/usb/BBB/DDD"> name;
   static_cast<void>(std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
                                   libusb_get_bus_number(mDevice.get()),
                                   libusb_get_device_address(mDevice.get())));
-  return ::open(name.data(), O_RDWR | O_CLOEXEC);
+  return name.data();
 }
+
+int AttachedDevice::openNode() const { return ::open(node().c_str(), O_RDWR | O_CLOEXEC); }
 
 // The descriptor is this program's own rather than libusb's, since it has to be known at the
 // program's end.
@@ -117,6 +116,21 @@ IOReturn AttachedDevice::open(std::shared_ptr<OpenDevice>& opened) {
   return kIOReturnSuccess;
 }
 
+IOReturn AttachedDevice::claim(OpenDevice& opened, const UsbInterfaceDescription& interface) const {
+  if (opened.hasClaimed(interface.number)) return kIOReturnExclusiveAccess;
+  const IOReturn result = opened.claim(interface.number);
+  if (result == kIOReturnExclusiveAccess) logHolders(interface);
+  return result;
+}
+
+void AttachedDevice::logHolders(const UsbInterfaceDescription& interface) const {
+  if (!mReports.log) return;
+  for (const InterfaceHolder& holder :
+       findInterfaceHolders(interface.directory, node(), mReports.searchTime)) {
+    mReports.log(describe(holder));
+  }
+}
+
 IOReturn AttachedDevice::openWhole(std::shared_ptr<WholeDevice>& opened) {
   if (mGone) return kIOReturnNoDevice;
   if (!mWhole.expired()) return kIOReturnExclusiveAccess;
@@ -132,7 +146,7 @@ bool AttachedDevice::isClaimedElsewhere(const OpenDevice& opened) const {
   return std::any_of(mDescription.interfaces.begin(), mDescription.interfaces.end(),
                      [&opened](const UsbInterfaceDescription& interface) {
                        return !opened.hasClaimed(interface.number) &&
-                              readSysfsDriver(interface.directory) == kUserSpace;
+                              readSysfsDriver(interface.directory) == kUserSpaceDriver;
                      });
 }
 

@@ -5,10 +5,12 @@
 
 #include <libusb-1.0/libusb.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <string>
 
 #include "platform/libusb/LibusbContext.h"
 #include "platform/libusb/UsbDescription.h"
@@ -29,7 +31,7 @@ class OpenDevice {
   // Null after the end of the device.
   libusb_device_handle* handle() const { return mHandle; }
 
-  // Takes the interface from the kernel's driver, if one has it.
+  // Takes the interface, which must not be claimed, from the kernel's driver, if one has it.
   IOReturn claim(std::uint8_t interface);
   void release(std::uint8_t interface);
 
@@ -55,10 +57,16 @@ struct WholeDevice {
   std::shared_ptr<OpenDevice> open;
 };
 
+// What the log is told beside the results of calls.
+struct ErrorReports {
+  std::function<void(const std::string& entry)> log;  // at error level; may be null
+  std::chrono::milliseconds searchTime;               // for who has an interface
+};
+
 class AttachedDevice {
  public:
   AttachedDevice(std::shared_ptr<LibusbContext> context, LibusbDevice device,
-                 UsbDeviceDescription description);
+                 UsbDeviceDescription description, ErrorReports reports);
 
   const UsbDeviceDescription& description() const { return mDescription; }
   LibusbContext& context() const { return *mContext; }
@@ -69,6 +77,9 @@ class AttachedDevice {
 
   // The handle that is open already, or a new one, which the device must outlive.
   IOReturn open(std::shared_ptr<OpenDevice>& opened);
+
+  // Claims an interface of the open device. Who has it instead is logged.
+  IOReturn claim(OpenDevice& opened, const UsbInterfaceDescription& interface) const;
 
   // Fails while somebody has it open, or another program one of its interfaces.
   IOReturn openWhole(std::shared_ptr<WholeDevice>& opened);
@@ -82,11 +93,14 @@ class AttachedDevice {
 
  private:
   bool isClaimedElsewhere(const OpenDevice& opened) const;
+  void logHolders(const UsbInterfaceDescription& interface) const;
+  std::string node() const;
   int openNode() const;  // -1 with an errno
 
   std::shared_ptr<LibusbContext> mContext;  // ends after the device
   LibusbDevice mDevice;
   UsbDeviceDescription mDescription;
+  ErrorReports mReports;
   std::weak_ptr<OpenDevice> mOpen;
   std::weak_ptr<WholeDevice> mWhole;
   bool mGone = false;

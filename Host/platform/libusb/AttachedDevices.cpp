@@ -17,12 +17,13 @@ constexpr int kMaxLooks = 50;
 }  // namespace
 
 AttachedDevices::AttachedDevices(RunLoop& runLoop, std::shared_ptr<ObjectTable> objects,
-                                 Handler arrived, Handler gone)
+                                 Handler arrived, Handler gone, ErrorReports reports)
     : mRunLoop(runLoop),
       mObjects(std::move(objects)),
       mContext(LibusbContext::create(runLoop)),
       mArrived(std::move(arrived)),
-      mGone(std::move(gone)) {
+      mGone(std::move(gone)),
+      mReports(std::move(reports)) {
   if (!mContext) return;
   // In this order no device is missed; one that arrives in between is told twice.
   mContext->setPlugHandler(
@@ -98,7 +99,8 @@ void AttachedDevices::describeAgain() {
 
 void AttachedDevices::publish(const LibusbDevice& device, UsbDeviceDescription description) {
   const std::size_t interfaces = description.interfaces.size();
-  const auto attached = std::make_shared<AttachedDevice>(mContext, device, std::move(description));
+  const auto attached =
+      std::make_shared<AttachedDevice>(mContext, device, std::move(description), mReports);
   const auto entry = std::make_shared<DeviceEntry>(attached);
   for (std::size_t index = 0; index < interfaces; ++index) {
     entry->interfaces().push_back(ObjectReference::adopt(

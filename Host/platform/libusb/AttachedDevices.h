@@ -19,7 +19,7 @@ class AttachedDevices {
 
   // `objects` holds the entries. The handlers may be null.
   AttachedDevices(RunLoop& runLoop, std::shared_ptr<ObjectTable> objects, Handler arrived,
-                  Handler gone);
+                  Handler gone, ErrorReports reports);
   ~AttachedDevices();
   AttachedDevices(const AttachedDevices&) = delete;
   AttachedDevices& operator=(const AttachedDevices&) = delete;
@@ -49,6 +49,7 @@ class AttachedDevices {
   std::shared_ptr<LibusbContext> mContext;  // null where the host has no USB
   Handler mArrived;
   Handler mGone;
+  ErrorReports mReports;
   std::vector<std::pair<LibusbDevice, ObjectReference>> mPublished;
   std::vector<Unconfigured> mUnconfigured;
   std::unique_ptr<RunLoop::Timer> mTimer;  // while there are unconfigured ones

@@ -13,7 +13,7 @@ IOReturn InterfaceSession::open(std::shared_ptr<AttachedDevice> device,
   std::shared_ptr<OpenDevice> open;
   IOReturn result = device->open(open);
   if (result != kIOReturnSuccess) return result;
-  result = open->claim(interface.number);
+  result = device->claim(*open, interface);
   if (result != kIOReturnSuccess) return result;
   session.reset(new InterfaceSession(std::move(device), std::move(open), interface.number));
   return kIOReturnSuccess;

@@ -15,10 +15,10 @@ namespace {
 
 class LibusbRegistry : public UsbRegistry {
  public:
-  explicit LibusbRegistry(RunLoop& runLoop)
+  LibusbRegistry(RunLoop& runLoop, ErrorReports reports)
       : mDevices(
             runLoop, mObjects, [this](io_service_t entry) { deviceArrived(entry); },
-            [this](io_service_t entry) { deviceGone(entry); }) {}
+            [this](io_service_t entry) { deviceGone(entry); }, std::move(reports)) {}
 
   void retain(io_object_t object) override { mObjects->retain(object); }
   void release(io_object_t object) override { mObjects->release(object); }
@@ -155,8 +155,10 @@ class LibusbRegistry : public UsbRegistry {
 
 }  // namespace
 
-std::unique_ptr<UsbRegistry> makeLibusbRegistry(RunLoop& runLoop) {
-  return std::make_unique<LibusbRegistry>(runLoop);
+std::unique_ptr<UsbRegistry> makeLibusbRegistry(
+    RunLoop& runLoop, std::function<void(const std::string& entry)> logError,
+    std::chrono::milliseconds searchTime) {
+  return std::make_unique<LibusbRegistry>(runLoop, ErrorReports{std::move(logError), searchTime});
 }
 
 }  // namespace platform

@@ -3,14 +3,21 @@
 // Where the host has no USB, or libusb cannot use it, the registry is simply empty.
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/UsbRegistry.h"
 
 namespace platform {
 
 // `runLoop` must outlive the registry and every object that it gave out. libusb's events are
-// handled there.
-std::unique_ptr<UsbRegistry> makeLibusbRegistry(RunLoop& runLoop);
+// handled there. `logError`, which may be null, writes an entry at error level to the log: who has
+// an interface that could not be opened. That is looked for within `searchTime`, since a window
+// waits meanwhile.
+std::unique_ptr<UsbRegistry> makeLibusbRegistry(
+    RunLoop& runLoop, std::function<void(const std::string& entry)> logError = {},
+    std::chrono::milliseconds searchTime = std::chrono::milliseconds(30));
 
 }  // namespace platform

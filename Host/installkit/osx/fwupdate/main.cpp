@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "Branding.h"
 #include "FirmwareDownloader.h"
@@ -59,6 +60,8 @@ void reportNoDisplay() {
            << std::flush;
 }
 
+void logError(const std::string& entry) { Log<3>() << entry << std::flush; }
+
 // All else, beside what the log stands on. In the order of construction: what stands on the run
 // loop goes before the application that has it.
 class Host {
@@ -71,7 +74,7 @@ class Host {
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
         mServices(
             platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
-        mUsb(platform::makeLibusbRegistry(mApplication->runLoop())) {
+        mUsb(platform::makeLibusbRegistry(mApplication->runLoop(), &logError)) {
     mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(mApplication->downloadObserver());
   }
