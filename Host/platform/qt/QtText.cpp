@@ -34,6 +34,17 @@ bool isUnseen(char32_t character) {
   }
 }
 
+QStringList divided(const QString& text, QTextBoundaryFinder::BoundaryType type) {
+  QStringList parts;
+  QTextBoundaryFinder boundaries(type, text);
+  qsizetype begin = 0;
+  for (qsizetype end = boundaries.toNextBoundary(); end > 0; end = boundaries.toNextBoundary()) {
+    parts.append(text.mid(begin, end - begin));
+    begin = end;
+  }
+  return parts;
+}
+
 QString isolate(const QString& part) { return kFirstStrongIsolate + part + kPopDirectionalIsolate; }
 
 }  // namespace
@@ -59,19 +70,15 @@ QString isolated(const QString& line) {
 }
 
 QString breakable(const QString& line, const std::function<bool(const QString& word)>& isTooLong) {
-  QStringList words = line.split(u' ');
-  for (QString& word : words) {
-    if (!isTooLong(word)) continue;
-    QString marked;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, word);
-    qsizetype begin = 0;
-    for (qsizetype end = characters.toNextBoundary(); end > 0; end = characters.toNextBoundary()) {
-      marked += word.mid(begin, end - begin) + kZeroWidthSpace;
-      begin = end;
+  QString shown;
+  for (const QString& word : divided(line, QTextBoundaryFinder::Line)) {
+    if (isTooLong(word.trimmed())) {
+      shown += divided(word, QTextBoundaryFinder::Grapheme).join(kZeroWidthSpace) + kZeroWidthSpace;
+    } else {
+      shown += word;
     }
-    word = marked;
   }
-  return words.join(u' ');
+  return shown;
 }
 
 FourCharCode codeFrom(const QString& characters) {

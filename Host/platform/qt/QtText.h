@@ -33,7 +33,8 @@ QString legible(const QString& string);
 // address is what the parentheses at the end hold. Other texts stay as they are.
 QString isolated(const QString& line);
 
-// Lets the words be broken that are too long for a line, by marks that do not show.
+// Lets the words be broken that are too long for a line, by marks that do not show. A word goes to
+// where its script lets a line end: in Japanese or Chinese that is after most characters.
 QString breakable(const QString& line, const std::function<bool(const QString& word)>& isTooLong);
 
 // The code that an interface file writes as up to four characters, the blanks at its end optional.

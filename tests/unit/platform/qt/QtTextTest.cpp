@@ -103,6 +103,13 @@ TEST(QtText, OnlyLongWordsAreMadeBreakable) {
   EXPECT_EQ(breakable(word, isLong).count(QChar(0x200B)), 21);
 }
 
+// A line must not begin with the full stop of the one before.
+TEST(QtText, SentencesWithoutBlanksEndTheirLinesWhereTheirScriptLetsThem) {
+  const QString question =
+      QStringLiteral("選択したネットワークプリンターを更新しますか？更新中は誰も印刷できません。");
+  EXPECT_EQ(breakable(question, isLong), question);
+}
+
 TEST(QtText, CharactersAreNotTornApart) {
   const QString family = QStringLiteral("e\u0301").repeated(15);
   EXPECT_EQ(breakable(family, isLong).count(QChar(0x200B)), 15);
