@@ -11,12 +11,12 @@
     <message>
         <source>&amp;No</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;لا</translation>
+        <translation>لا</translation>
     </message>
     <message>
         <source>&amp;Yes</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;نعم</translation>
+        <translation>نعم</translation>
     </message>
 </context>
 <context>
@@ -39,7 +39,7 @@
     <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
-        <translation>إ&amp;غلاق</translation>
+        <translation>إغلاق</translation>
     </message>
 </context>
 <context>
@@ -65,17 +65,17 @@
     <message>
         <source>&amp;Printer</source>
         <extracomment>Menu: what can be done with the selected printer.</extracomment>
-        <translation>ال&amp;طابعة</translation>
+        <translation>الطابعة</translation>
     </message>
     <message>
         <source>&amp;Download</source>
         <extracomment>Menu item: starts the download of new firmware to the selected printer.</extracomment>
-        <translation>&amp;تحديث</translation>
+        <translation>تحديث</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
         <extracomment>Menu item: ends the program.</extracomment>
-        <translation>إ&amp;نهاء</translation>
+        <translation>إنهاء</translation>
     </message>
 </context>
 <context>
@@ -88,7 +88,7 @@
     <message>
         <source>&amp;Select the printer that is to get new firmware:</source>
         <extracomment>Label above the list of printers.</extracomment>
-        <translation>ا&amp;ختر الطابعة التي ستحصل على برنامج ثابت جديد:</translation>
+        <translation>اختر الطابعة التي ستحصل على برنامج ثابت جديد:</translation>
     </message>
     <message>
         <source>Printers</source>
@@ -128,7 +128,7 @@
     <message>
         <source>&amp;Download</source>
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
-        <translation>&amp;تحديث</translation>
+        <translation>تحديث</translation>
     </message>
 </context>
 <context>
@@ -169,12 +169,12 @@
     <message>
         <source>&amp;Quit anyway</source>
         <extracomment>Button: ends the program although a download runs.</extracomment>
-        <translation>إ&amp;نهاء على أي حال</translation>
+        <translation>إنهاء على أي حال</translation>
     </message>
     <message>
         <source>&amp;Keep downloading</source>
         <extracomment>Button: does not end the program; the download goes on.</extracomment>
-        <translation>&amp;متابعة التحديث</translation>
+        <translation>متابعة التحديث</translation>
     </message>
 </context>
 <context>
@@ -197,7 +197,7 @@
     <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
-        <translation>إ&amp;غلاق</translation>
+        <translation>إغلاق</translation>
     </message>
 </context>
 </TS>

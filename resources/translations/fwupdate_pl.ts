@@ -136,7 +136,7 @@
     <message>
         <source>Updating Firmware</source>
         <extracomment>Title of the sheet that is shown during a download.</extracomment>
-        <translation>Aktualizowanie oprogramowania sprzętowego</translation>
+        <translation>Aktualizacja oprogramowania</translation>
     </message>
     <message>
         <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>

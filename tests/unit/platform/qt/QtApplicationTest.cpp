@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 #include <cstdio>
+#include <cstdlib>
+#include <utility>
 
 #include "FakeBundle.h"
 #include "platform/Bundle.h"
@@ -24,8 +26,8 @@ class QtApplicationTest : public testing::Test {
   }
   ~QtApplicationTest() override { QLocale::setDefault(QLocale::c()); }
 
-  std::string inLanguage(QLocale::Language language, const char* key) {
-    QLocale::setDefault(QLocale(language));
+  std::string inLanguage(const QLocale& locale, const char* key) {
+    QLocale::setDefault(locale);
     const auto application = platform::makeQtApplication("test", mBundle);
     return std::string(application->strings().localizedString(Text::fromUtf8(key)).utf8());
   }
@@ -45,6 +47,51 @@ TEST_F(QtApplicationTest, TextsAreInTheUsersLanguage) {
 TEST_F(QtApplicationTest, LanguageWithoutTranslationGetsEnglish) {
   EXPECT_TRUE(inLanguage(QLocale::Finnish, "NETWORK_PRINTER_CONFIRMATION")
                   .starts_with("Download new firmware to the selected network printer?"));
+}
+
+class TextsOfACountry : public QtApplicationTest,
+                        public testing::WithParamInterface<std::pair<const char*, const char*>> {};
+
+TEST_P(TextsOfACountry, AreInAScriptThatIsReadThere) {
+  const auto [locale, beginning] = GetParam();
+  const std::string text = inLanguage(QLocale(locale), "NETWORK_PRINTER_CONFIRMATION");
+  EXPECT_TRUE(text.starts_with(beginning)) << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , TextsOfACountry,
+    testing::Values(std::pair("C", "Download new firmware"),
+                    std::pair("en_GB", "Download new firmware"), std::pair("de_AT", "Firmware des"),
+                    std::pair("pt_BR", "Atualizar o firmware"),
+                    std::pair("pt_PT", "Atualizar o firmware"), std::pair("zh_CN", "要更新所选"),
+                    std::pair("zh_SG", "要更新所选"), std::pair("zh_TW", "Download new firmware"),
+                    std::pair("zh_HK", "Download new firmware")));
+
+// Ends the process with the text in the user's language, as the environment says it.
+class TextsInASession : public QtApplicationTest {
+ protected:
+  TextsInASession() { testing::GTEST_FLAG(death_test_style) = "threadsafe"; }
+
+  void printText(const char* language, const char* languages) {
+    qputenv("LC_ALL", language);
+    qputenv("LANGUAGE", languages);
+    const auto application = platform::makeQtApplication("test", mBundle);
+    const Text key = Text::fromUtf8("NETWORK_PRINTER_CONFIRMATION");
+    std::fputs(std::string(application->strings().localizedString(key).utf8()).c_str(), stderr);
+    std::_Exit(0);
+  }
+};
+
+TEST_F(TextsInASession, AreInTheFirstLanguageOfItsListThatThereIs) {
+  const testing::ExitedWithCode well(0);
+  EXPECT_EXIT(printText("de_DE.UTF-8", ""), well, "Firmware des");
+  EXPECT_EXIT(printText("en_US.UTF-8", "de"), well, "Firmware des");
+  EXPECT_EXIT(printText("de_DE.UTF-8", "en_US:de"), well, "Download new firmware");
+  EXPECT_EXIT(printText("en_US.UTF-8", "fi_FI:sv:de"), well, "Uppdatera");
+  EXPECT_EXIT(printText("zh_TW.UTF-8", "zh_TW:zh_CN"), well, "要更新所选");
+  EXPECT_EXIT(printText("zh_TW.UTF-8", "zh_TW:zh"), well, "要更新所选");
+  EXPECT_EXIT(printText("zh_TW.UTF-8", ""), well, "Download new firmware");
+  EXPECT_EXIT(printText("fi_FI.UTF-8", ""), well, "Download new firmware");
 }
 
 // What Qt's own translation into such a language asks for.

@@ -1,0 +1,153 @@
+// Pictures of every window in every language and look, for people. Each shows all states side by
+// side: <test output>/languages/LANGUAGE-SIZE-THEME.png.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QMenu>
+#include <QPainter>
+#include <tuple>
+
+#include "Theme.h"
+#include "Tour.h"
+
+namespace {
+
+constexpr int kPicturesInARow = 4;
+constexpr int kGap = 16;
+constexpr double kReadable = 4.5;
+
+struct Picture {
+  QString state;
+  QImage image;
+};
+
+bool hasFrame(const QWidget& window) { return qobject_cast<const QMenu*>(&window) == nullptr; }
+
+int titleHeight(const QWidget& window) { return 2 * window.fontMetrics().height(); }
+
+// With the title bar that a window manager would draw.
+QRect placeOf(const QWidget& window) {
+  QRect place = window.geometry();
+  if (hasFrame(window)) place.adjust(0, -titleHeight(window), 0, 0);
+  return place;
+}
+
+void draw(QWidget& window, QPainter& painter) {
+  const QRect place = placeOf(window);
+  const QPalette colours = QApplication::palette();
+  painter.fillRect(place, colours.color(QPalette::Mid));
+  painter.setPen(colours.color(QPalette::WindowText));
+  painter.setFont(window.font());
+  if (hasFrame(window)) {
+    const QRect bar(place.topLeft(), QSize(place.width(), titleHeight(window)));
+    painter.drawText(bar, Qt::AlignCenter, window.windowTitle());
+  }
+  painter.drawPixmap(window.geometry().topLeft(), window.grab());
+  painter.drawRect(place.adjusted(-1, -1, 0, 0));
+}
+
+QImage photograph() {
+  const std::vector<QWidget*> windows = Tour::openWindows();
+  QRect all;
+  for (const QWidget* window : windows) all |= placeOf(*window);
+  const double scale = windows.front()->devicePixelRatioF();
+  QImage image(all.size() * scale, QImage::Format_RGB32);
+  image.setDevicePixelRatio(scale);
+  image.fill(Qt::darkCyan);
+  QPainter painter(&image);
+  painter.translate(-all.topLeft());
+  for (QWidget* window : windows) draw(*window, painter);
+  return image;
+}
+
+QImage sideBySide(const std::vector<Picture>& pictures) {
+  const int caption = QFontMetrics(QApplication::font()).height();
+  const double scale = pictures.front().image.devicePixelRatio();
+  QSize cell;
+  for (const Picture& each : pictures) {
+    cell = cell.expandedTo((each.image.deviceIndependentSize()).toSize());
+  }
+  cell += QSize(kGap, kGap + caption);
+  const int rows = (static_cast<int>(pictures.size()) + kPicturesInARow - 1) / kPicturesInARow;
+  QImage sheet(QSize(kPicturesInARow * cell.width(), rows * cell.height()) * scale,
+               QImage::Format_RGB32);
+  sheet.setDevicePixelRatio(scale);
+  sheet.fill(Qt::darkGray);
+  QPainter painter(&sheet);
+  for (int place = 0; place < static_cast<int>(pictures.size()); ++place) {
+    const QPoint corner(place % kPicturesInARow * cell.width(),
+                        place / kPicturesInARow * cell.height());
+    const Picture& picture = pictures[static_cast<std::size_t>(place)];
+    painter.drawText(corner + QPoint(0, caption), picture.state);
+    painter.drawImage(corner + QPoint(0, caption + kGap / 2), picture.image);
+  }
+  return sheet;
+}
+
+void expectToRead(const QWidget& widget, const QString& text) {
+  if (text.isEmpty() || !widget.isVisible() || !widget.isEnabled()) return;
+  const QPalette& colours = widget.palette();
+  EXPECT_GE(
+      contrast(colours.color(widget.foregroundRole()), colours.color(widget.backgroundRole())),
+      kReadable)
+      << widget.objectName().toStdString() << ": " << text.toStdString();
+}
+
+using Look = std::tuple<Language, Tour::Size, Theme>;
+
+std::string nameOf(const Look& look) {
+  const std::string sizes[] = {"100", "200"};
+  const std::string themes[] = {"light", "dark", "high_contrast"};
+  return std::string(std::get<Language>(look).name) + "_" +
+         sizes[static_cast<int>(std::get<Tour::Size>(look))] + "_" +
+         themes[static_cast<int>(std::get<Theme>(look))];
+}
+
+std::string inTestName(const testing::TestParamInfo<Look>& info) { return nameOf(info.param); }
+
+class Pictures : public testing::TestWithParam<Look> {};
+
+TEST_P(Pictures, ReadWell) {
+  const auto& [language, size, theme] = GetParam();
+  Tour tour(language, size);
+  QApplication::setPalette(coloursOf(theme));
+  std::vector<Picture> pictures;
+  tour.visit([&](const std::string& state) {
+    for (QWidget* window : Tour::openWindows()) {
+      for (const QLabel* each : window->findChildren<QLabel*>()) expectToRead(*each, each->text());
+      for (const QAbstractButton* each : window->findChildren<QAbstractButton*>()) {
+        expectToRead(*each, each->text());
+      }
+    }
+    pictures.push_back({QString::fromStdString(state), photograph()});
+  });
+  ASSERT_TRUE(QDir().mkpath(TEST_OUTPUT "/languages"));
+  const std::string path = TEST_OUTPUT "/languages/" + nameOf(GetParam()) + ".png";
+  EXPECT_TRUE(sideBySide(pictures).save(QString::fromStdString(path))) << path;
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryLanguage, Pictures,
+                         testing::Combine(testing::ValuesIn(kLanguages),
+                                          testing::Values(Tour::Size::Normal),
+                                          testing::Values(Theme::Light)),
+                         inTestName);
+
+const Language kScripts[] = {kLanguages[0], kLanguages[2], kLanguages[3], kLanguages[7]};
+
+INSTANTIATE_TEST_SUITE_P(EveryLook, Pictures,
+                         testing::Combine(testing::ValuesIn(kScripts),
+                                          testing::Values(Tour::Size::Normal,
+                                                          Tour::Size::DoubleScale),
+                                          testing::Values(Theme::Dark, Theme::HighContrast)),
+                         inTestName);
+
+INSTANTIATE_TEST_SUITE_P(DoubleSize, Pictures,
+                         testing::Combine(testing::ValuesIn(kScripts),
+                                          testing::Values(Tour::Size::DoubleScale),
+                                          testing::Values(Theme::Light)),
+                         inTestName);
+
+}  // namespace

@@ -1,0 +1,190 @@
+#include "Tour.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QLocale>
+#include <QMenu>
+#include <QMenuBar>
+#include <array>
+#include <stdexcept>
+
+#include "platform/qt/ListControl.h"
+
+using namespace platform::literals;
+using platform::ItemId;
+using platform::noErr;
+using platform::Text;
+using platform::WindowRef;
+
+namespace {
+
+constexpr std::array<std::array<const char*, 3>, 4> kPrinters{{
+    {"Front desk", "Bonjour", "192.168.10.21"},
+    {"Office", "Bonjour", "192.168.10.23"},
+    {"Veltra KX350T", "USB", "VX35-0001742"},
+    {"Warehouse, second floor", "Bonjour", "192.168.10.40"},
+}};
+
+platform::OSStatus cell(platform::ControlRef, ItemId item, platform::FourCharCode property,
+                        platform::ItemData& data, bool) {
+  const std::size_t column = property == "lcNm"_4cc ? 0 : property == "lcTy"_4cc ? 1 : 2;
+  return data.setText(Text::fromUtf8(kPrinters[item - 1][column]));
+}
+
+// In pixels, and how many of them make up a unit.
+struct Screen {
+  int width;
+  int height;
+  int scale;
+};
+
+Screen screenFor(Tour::Size size) {
+  switch (size) {
+    case Tour::Size::Normal:
+      return {1024, 768, 1};
+    case Tour::Size::DoubleScale:
+      return {2048, 1536, 2};
+  }
+  return {};
+}
+
+void describeScreen(const QString& path, const Screen& screen) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(QStringLiteral(R"({"screens": [{"name": "", "x": 0, "y": 0, "width": %1, "height": %2,
+                               "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})")
+                 .arg(screen.width)
+                 .arg(screen.height)
+                 .toUtf8());
+}
+
+}  // namespace
+
+Tour::Tour(const Language& language, Size size) {
+  const Screen screen = screenFor(size);
+  const QString description = mFolder.filePath("screen.json");
+  describeScreen(description, screen);
+  qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + description.toUtf8());
+  qputenv("QT_SCALE_FACTOR", QByteArray::number(screen.scale));
+  QLocale::setDefault(QLocale(language.locale));
+  mBundle.setResourcesDirectory(RESOURCES_DIR);
+  mApplication = platform::makeQtApplication("test", mBundle);
+  EXPECT_EQ(toolkit().createNibReference(Text::fromUtf8("main"), mNib), noErr);
+  mMain = create("PrinterSelectWindow");
+  EXPECT_EQ(toolkit().setMenuBarFromNib(mNib, Text::fromUtf8("MenuBar")), noErr);
+}
+
+Tour::~Tour() {
+  QLocale::setDefault(QLocale::c());
+  qunsetenv("QT_SCALE_FACTOR");
+}
+
+WindowRef Tour::create(const char* name) {
+  WindowRef created = WindowRef::None;
+  EXPECT_EQ(toolkit().createWindowFromNib(mNib, Text::fromUtf8(name), created), noErr) << name;
+  return created;
+}
+
+QWidget& Tour::window(const char* name) {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->objectName() == QLatin1String(name)) return *widget;
+  }
+  throw std::runtime_error(std::string("there is no window ") + name);
+}
+
+std::vector<QWidget*> Tour::openWindows() {
+  std::vector<QWidget*> open;
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->isVisible()) open.push_back(widget);
+  }
+  const auto depth = [](const QWidget* widget) {
+    int parents = 0;
+    for (; widget != nullptr; widget = widget->parentWidget()) ++parents;
+    return parents;
+  };
+  std::stable_sort(open.begin(), open.end(), [&](const QWidget* one, const QWidget* other) {
+    return depth(one) < depth(other);
+  });
+  return open;
+}
+
+void Tour::see(const std::string& state) {
+  QCoreApplication::processEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  SCOPED_TRACE(state);
+  mVisitor(state);
+}
+
+void Tour::fillList() {
+  platform::ControlRef control = platform::ControlRef::None;
+  ASSERT_EQ(toolkit().getControlById(mMain, {"lPrn"_4cc, 0}, control), noErr);
+  platform::DataBrowserCallbacks callbacks;
+  callbacks.itemData = cell;
+  ASSERT_EQ(toolkit().setDataBrowserCallbacks(control, callbacks), noErr);
+  for (ItemId item = 1; item <= kPrinters.size(); ++item) {
+    ASSERT_EQ(toolkit().addDataBrowserItem(control, item), noErr);
+  }
+}
+
+void Tour::setText(WindowRef window, platform::FourCharCode control, const QString& text) {
+  platform::ControlRef label = platform::ControlRef::None;
+  ASSERT_EQ(toolkit().getControlById(window, {control, 0}, label), noErr);
+  ASSERT_EQ(toolkit().setControlText(label, Text::fromUtf8(text.toStdString())), noErr);
+}
+
+void Tour::visitSheet(const char* name, const std::string& state, WindowRef parent) {
+  const WindowRef sheet = create(name);
+  ASSERT_EQ(toolkit().showSheetWindow(sheet, parent), noErr);
+  see(state);
+  toolkit().hideSheetWindow(sheet);
+  toolkit().disposeWindow(sheet);
+}
+
+void Tour::visitMenus() {
+  auto* const bar = window("PrinterSelectWindow").findChild<QMenuBar*>();
+  for (QAction* action : bar->actions()) {
+    bar->setActiveAction(action);
+    see(action->menu()->objectName().toStdString());
+    action->menu()->hide();
+  }
+}
+
+void Tour::visit(const Visitor& visitor) {
+  mVisitor = visitor;
+  toolkit().showWindow(mMain);
+  see("looking");
+  fillList();
+  see("list");
+  visitMenus();
+
+  window("PrinterSelectWindow").findChild<QAction*>("downloadAction")->trigger();
+  see("nothing-selected");
+  auto& list = dynamic_cast<platform::ListControl&>(
+      *window("PrinterSelectWindow").findChild<QTreeView*>("printers"));
+  list.setCurrentIndex(list.model()->index(1, 0));
+  platform::ControlRef download = platform::ControlRef::None;
+  ASSERT_EQ(toolkit().getControlById(mMain, {0, 2}, download), noErr);
+  ASSERT_EQ(toolkit().setControlEnabled(download, true), noErr);
+  see("selected");
+
+  const WindowRef question = create("ConfirmDownloadSheet");
+  for (const char* key : {"NETWORK_PRINTER_CONFIRMATION", "USB_PRINTER_CONFIRMATION"}) {
+    const Text text = mApplication->strings().localizedString(Text::fromUtf8(key));
+    setText(question, "tCnf"_4cc, QString::fromStdString(std::string(text.utf8())));
+    ASSERT_EQ(toolkit().showSheetWindow(question, mMain), noErr);
+    see(std::string("question-") + key);
+    ASSERT_EQ(toolkit().hideSheetWindow(question), noErr);
+  }
+
+  const WindowRef progress = create("ProgressSheet");
+  setText(progress, "tPNm"_4cc, "Office (192.168.10.23)");
+  ASSERT_EQ(toolkit().showSheetWindow(progress, mMain), noErr);
+  see("progress");
+  window("ProgressSheet").close();
+  see("quit-question");
+  visitSheet("UpToDateSheet", "up-to-date", progress);
+  visitSheet("FailedSheet", "failed", progress);
+}

@@ -1,0 +1,51 @@
+// The program's windows in one language, on a screen in memory, in each state that a user gets to
+// see: opened, filled and closed one after the other, without the program behind them. Tests look
+// at what is open.
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "FakeBundle.h"
+#include "Languages.h"
+#include "platform/Toolkit.h"
+#include "platform/qt/QtApplication.h"
+
+class Tour {
+ public:
+  enum class Size {
+    Normal,       // on 1024 x 768
+    DoubleScale,  // on 2048 x 1536, everything in double size
+  };
+
+  explicit Tour(const Language& language, Size size = Size::Normal);
+  ~Tour();
+
+  // Comes with the name of each state, while it lasts.
+  using Visitor = std::function<void(const std::string& state)>;
+  void visit(const Visitor& visitor);
+
+  // The windows and menus that are open, the undermost first.
+  static std::vector<QWidget*> openWindows();
+
+ private:
+  platform::Toolkit& toolkit() { return mApplication->toolkit(); }
+  QWidget& window(const char* name);
+  platform::WindowRef create(const char* name);
+  void fillList();
+  void setText(platform::WindowRef window, platform::FourCharCode control, const QString& text);
+  void visitSheet(const char* name, const std::string& state, platform::WindowRef parent);
+  void visitMenus();
+  void see(const std::string& state);
+
+  FakeBundle mBundle;
+  QTemporaryDir mFolder;
+  std::unique_ptr<platform::QtApplication> mApplication;
+  platform::NibRef mNib = platform::NibRef::None;
+  platform::WindowRef mMain = platform::WindowRef::None;
+  Visitor mVisitor;
+};

@@ -1,0 +1,155 @@
+// What a translation has to have, whatever its language.
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QRegularExpression>
+
+#include "Languages.h"
+#include "TranslationFile.h"
+
+using testing::Gt;
+using testing::SizeIs;
+
+namespace {
+
+class Translations : public testing::TestWithParam<Language> {
+ protected:
+  Translations()
+      : mMessages(readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_") + GetParam().name +
+                                   QStringLiteral(".ts"))) {}
+
+  const std::vector<Message>& messages() const { return mMessages; }
+
+ private:
+  std::vector<Message> mMessages;
+};
+
+QStringList placeholdersIn(const QString& text) {
+  static const QRegularExpression kPlaceholder("%(L?[0-9]+|L?n)");
+  QStringList found;
+  for (auto each = kPlaceholder.globalMatch(text); each.hasNext();) found += each.next().captured();
+  found.sort();
+  return found;
+}
+
+// What a text ends with, in the signs that English has for it.
+QChar endOf(const QString& text) {
+  static const QString kOther = QStringLiteral("。：？！；؟");
+  static const QString kEnglish = QStringLiteral(".:?!;?");
+  const QChar last = text.isEmpty() ? QChar() : text.back();
+  const qsizetype other = kOther.indexOf(last);
+  if (other >= 0) return kEnglish.at(other);
+  return QStringLiteral(".:?!;…").contains(last) ? last : QChar();
+}
+
+// Without the access key that some languages append in parentheses.
+QString withoutAccessKey(QString text) {
+  static const QRegularExpression kAppended("\\(&[A-Z]\\)");
+  return text.remove(kAppended);
+}
+
+TEST_P(Translations, EveryTextIsTranslated) {
+  if (GetParam().name != std::string("en")) {
+    EXPECT_THAT(messages(), SizeIs(Gt(30u)));
+  }
+  for (const Message& message : messages()) {
+    EXPECT_EQ(message.state, "") << describe(message);
+    EXPECT_THAT(message.forms, SizeIs(message.hasPluralForms ? GetParam().pluralForms : 1))
+        << describe(message);
+    for (const QString& form : message.forms) EXPECT_NE(form.trimmed(), "") << describe(message);
+  }
+}
+
+TEST_P(Translations, EveryTextHasACommentForItsTranslator) {
+  for (const Message& message : messages()) EXPECT_NE(message.comment, "") << describe(message);
+}
+
+// Arabic has forms for none, one and two, whose nouns say the number by themselves.
+TEST_P(Translations, WhatIsInsertedStays) {
+  const int formsWithoutNumber = GetParam().pluralForms == 6 ? 3 : 0;
+  for (const Message& message : messages()) {
+    const QStringList expected = placeholdersIn(message.source);
+    for (int form = 0; form < message.forms.size(); ++form) {
+      QStringList found = placeholdersIn(message.forms[form]);
+      if (message.hasPluralForms && form < formsWithoutNumber && !found.contains("%n")) {
+        found.append("%n");
+        found.sort();
+      }
+      EXPECT_EQ(found.join(' '), expected.join(' ')) << describe(message);
+    }
+  }
+}
+
+// The texts that are looked up by key are questions followed by a sentence.
+TEST_P(Translations, TextsEndAsInEnglish) {
+  for (const Message& message : messages()) {
+    const QChar expected =
+        message.context == u"Localizable" ? QChar(u'.') : endOf(withoutAccessKey(message.source));
+    for (const QString& form : message.forms) {
+      EXPECT_EQ(endOf(withoutAccessKey(form)), expected) << describe(message);
+      EXPECT_EQ(form.trimmed(), form) << describe(message);
+      EXPECT_EQ(form.count(u'\n'), message.source.count(u'\n')) << describe(message);
+    }
+  }
+}
+
+// Arabic has none: a letter with a line below it is torn from its neighbours.
+TEST_P(Translations, ThereIsAnAccessKeyWhereEnglishHasOne) {
+  const bool hasKeys = GetParam().name != std::string("ar");
+  for (const Message& message : messages()) {
+    for (const QString& form : message.forms) {
+      EXPECT_EQ(form.count(u'&'), hasKeys ? message.source.count(u'&') : 0) << describe(message);
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Translations, testing::ValuesIn(kLanguages), inTestNames);
+
+TEST(TranslationFiles, EveryLanguageHasOne) {
+  QStringList expected;
+  for (const Language& language : kLanguages) {
+    expected.append(QStringLiteral("fwupdate_") + language.name);
+  }
+  QStringList sources;
+  for (const QFileInfo& file : QDir(TRANSLATIONS).entryInfoList({"fwupdate_*.ts"})) {
+    sources.append(file.baseName());
+  }
+  QStringList compiled;
+  for (const QFileInfo& file : QDir(RESOURCES_DIR "/translations").entryInfoList({"*.qm"})) {
+    compiled.append(file.baseName());
+  }
+  EXPECT_EQ(sources.join(' '), expected.join(' '));
+  EXPECT_EQ(compiled.join(' '), expected.join(' '));
+}
+
+// What the program looks up by key.
+TEST(TranslationFiles, EnglishHasTheTextsThatHaveKeys) {
+  const auto german = readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_de.ts"));
+  const auto english = readTranslations(QStringLiteral(TRANSLATIONS "/Localizable_en.ts"));
+  QStringList keys;
+  for (const Message& message : german) {
+    if (message.context == u"Localizable") keys.append(message.source);
+  }
+  QStringList found;
+  for (const Message& message : english) {
+    EXPECT_EQ(message.context, "Localizable");
+    EXPECT_EQ(message.state, "");
+    found.append(message.source);
+  }
+  keys.sort();
+  found.sort();
+  EXPECT_EQ(found.join(' '), keys.join(' '));
+}
+
+// A firmware is not loaded: the printer is brought up to date.
+TEST(TranslationFiles, GermanSaysAktualisieren) {
+  static const QRegularExpression kLoad("(ge|herunter)?lade|\\blädt|\\blud",
+                                        QRegularExpression::CaseInsensitiveOption);
+  for (const Message& message : readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_de.ts"))) {
+    for (const QString& form : message.forms) {
+      EXPECT_FALSE(kLoad.match(form).hasMatch()) << describe(message);
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+// The windows in every language: nothing is cut off, no key is taken twice, and what is written
+// from right to left is arranged that way.
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QHeaderView>
+#include <QKeySequence>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
+#include <QTreeView>
+#include <set>
+
+#include "Tour.h"
+
+namespace {
+
+class WindowsIn : public testing::TestWithParam<Language> {};
+
+std::string nameOf(const QWidget& widget, const QString& text) {
+  return (widget.window()->objectName() + '/' + widget.objectName() + ": \"" + text + '"')
+      .toStdString();
+}
+
+void expectRoom(const QWidget& widget, const QString& text, QSize needed) {
+  EXPECT_LE(needed.width(), widget.width()) << nameOf(widget, text);
+  EXPECT_LE(needed.height(), widget.height()) << nameOf(widget, text);
+}
+
+void expectToFit(const QLabel& label) {
+  if (label.text().isEmpty()) return;
+  if (!label.wordWrap()) return expectRoom(label, label.text(), label.sizeHint());
+  // The longest word decides how narrow it may be.
+  expectRoom(label, label.text(),
+             {label.minimumSizeHint().width(), label.heightForWidth(label.width())});
+}
+
+void expectToFit(const QHeaderView& header) {
+  for (int column = 0; column < header.count(); ++column) {
+    const QString title = header.model()->headerData(column, Qt::Horizontal).toString();
+    EXPECT_LE(header.sectionSizeHint(column), header.sectionSize(column)) << nameOf(header, title);
+  }
+  EXPECT_LE(header.length(), header.viewport()->width()) << nameOf(header, "all columns");
+}
+
+void expectToFit(QMenuBar& bar) {
+  for (QAction* action : bar.actions()) {
+    const QRect place = bar.actionGeometry(action);
+    EXPECT_FALSE(place.isEmpty()) << nameOf(bar, action->text());
+    EXPECT_TRUE(bar.rect().contains(place)) << nameOf(bar, action->text());
+  }
+}
+
+// The text in the middle of an empty list.
+void expectPlaceholderToFit(const QTreeView& list) {
+  if (list.model()->rowCount() > 0) return;
+  const int margin = list.fontMetrics().height();
+  const QRect room = list.viewport()->rect().adjusted(margin, 0, -margin, 0);
+  const QString text = list.property("placeholderText").toString();
+  const QRect needed =
+      list.fontMetrics().boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, text);
+  EXPECT_TRUE(list.viewport()->rect().contains(needed)) << nameOf(list, text);
+}
+
+void expectToFit(QWidget& widget) {
+  if (auto* const label = qobject_cast<QLabel*>(&widget)) expectToFit(*label);
+  if (auto* const button = qobject_cast<QAbstractButton*>(&widget)) {
+    if (!button->text().isEmpty()) expectRoom(*button, button->text(), button->sizeHint());
+  }
+  if (auto* const list = qobject_cast<QTreeView*>(&widget)) expectPlaceholderToFit(*list);
+  if (auto* const header = qobject_cast<QHeaderView*>(&widget)) expectToFit(*header);
+  if (auto* const bar = qobject_cast<QMenuBar*>(&widget)) expectToFit(*bar);
+  const QRect place(widget.mapTo(widget.window(), QPoint()), widget.size());
+  EXPECT_TRUE(widget.window()->rect().contains(place)) << nameOf(widget, "");
+}
+
+// With a frame around it, whose title bar has the icon, the title and three buttons.
+void expectWindowToFit(const QWidget& window) {
+  const int line = window.fontMetrics().height();
+  const QSize screen = window.screen()->availableSize();
+  EXPECT_LE(window.width(), screen.width()) << nameOf(window, "");
+  EXPECT_LE(window.height() + 2 * line, screen.height()) << nameOf(window, "");
+  if (qobject_cast<const QMenu*>(&window) != nullptr) return;
+  EXPECT_LE(window.fontMetrics().horizontalAdvance(window.windowTitle()) + 8 * line, window.width())
+      << nameOf(window, window.windowTitle());
+}
+
+void expectAllToFit(const Language& language, Tour::Size size) {
+  Tour tour(language, size);
+  tour.visit([](const std::string&) {
+    for (QWidget* window : Tour::openWindows()) {
+      expectWindowToFit(*window);
+      for (QWidget* widget : window->findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->window() == window) expectToFit(*widget);
+      }
+    }
+  });
+}
+
+TEST_P(WindowsIn, TextsFit) { expectAllToFit(GetParam(), Tour::Size::Normal); }
+
+TEST_P(WindowsIn, TextsFitInDoubleSize) { expectAllToFit(GetParam(), Tour::Size::DoubleScale); }
+
+// The texts by which the keyboard reaches something in an open window or menu.
+QStringList textsWithKeys(const QWidget& window) {
+  QStringList texts;
+  const auto* const menu = qobject_cast<const QMenu*>(&window);
+  if (menu != nullptr) {
+    for (const QAction* action : menu->actions()) texts.append(action->text());
+    return texts;
+  }
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible() || widget->window() != &window) continue;
+    if (const auto* const button = qobject_cast<const QAbstractButton*>(widget)) {
+      texts.append(button->text());
+    } else if (const auto* const label = qobject_cast<const QLabel*>(widget)) {
+      if (label->buddy() != nullptr) texts.append(label->text());
+    } else if (const auto* const bar = qobject_cast<const QMenuBar*>(widget)) {
+      for (const QAction* action : bar->actions()) texts.append(action->text());
+    }
+  }
+  return texts;
+}
+
+TEST_P(WindowsIn, NoKeyIsTakenTwice) {
+  Tour tour(GetParam());
+  tour.visit([](const std::string&) {
+    for (const QWidget* window : Tour::openWindows()) {
+      std::set<QKeySequence> taken;
+      for (const QString& text : textsWithKeys(*window)) {
+        const QKeySequence key = QKeySequence::mnemonic(text);
+        if (key.isEmpty()) continue;
+        EXPECT_TRUE(taken.insert(key).second) << nameOf(*window, text);
+      }
+    }
+  });
+}
+
+TEST_P(WindowsIn, WhatIsWrittenFromRightToLeftIsArrangedThatWay) {
+  const bool mirrored = GetParam().name == std::string("ar");
+  Tour tour(GetParam());
+  tour.visit([&](const std::string&) {
+    EXPECT_EQ(QGuiApplication::layoutDirection(), mirrored ? Qt::RightToLeft : Qt::LeftToRight);
+    for (QWidget* window : Tour::openWindows()) {
+      const auto* const button = window->findChild<QPushButton*>("download");
+      const auto* const icon = window->findChild<QLabel*>("icon");
+      const QWidget* const aside = button != nullptr ? static_cast<const QWidget*>(button) : icon;
+      if (aside == nullptr) continue;
+      const int centre = aside->mapTo(window, aside->rect().center()).x();
+      const bool isOnTheLeft = centre < window->width() / 2;
+      EXPECT_EQ(isOnTheLeft, (button != nullptr) == mirrored) << nameOf(*aside, "");
+    }
+  });
+}
+
+INSTANTIATE_TEST_SUITE_P(, WindowsIn, testing::ValuesIn(kLanguages), inTestNames);
+
+}  // namespace
