@@ -156,6 +156,35 @@ TEST_P(WindowsIn, WhatIsWrittenFromRightToLeftIsArrangedThatWay) {
   });
 }
 
+// Columns of a picture, from the left, that have something on them.
+std::pair<int, int> inkOf(const QImage& image) {
+  const QRgb ground = image.pixel(0, 0);
+  int first = image.width();
+  int last = -1;
+  for (int x = 0; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y) {
+      if (image.pixel(x, y) == ground) continue;
+      first = std::min(first, x);
+      last = x;
+    }
+  }
+  return {first, last};
+}
+
+// Names and addresses of printers are in Latin letters, wherever they are read.
+TEST_P(WindowsIn, NamesBeginWhereTheWindowBegins) {
+  const bool mirrored = GetParam().name == std::string("ar");
+  Tour tour(GetParam());
+  tour.visit([&](const std::string& state) {
+    if (state != "progress") return;
+    QLabel* const name = Tour::openWindows().back()->findChild<QLabel*>("printer");
+    const QImage image = name->grab().toImage();
+    const auto [first, last] = inkOf(image);
+    ASSERT_LT(last - first, image.width() / 2 + image.width() / 3);
+    EXPECT_LT(mirrored ? image.width() - last : first, 5) << first << " to " << last;
+  });
+}
+
 INSTANTIATE_TEST_SUITE_P(, WindowsIn, testing::ValuesIn(kLanguages), inTestNames);
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyle>
 #include <QUiLoader>
 
 #include "platform/qt/ListControl.h"
@@ -59,6 +60,13 @@ void setPicture(QLabel& label, const QString& directory) {
   label.setPixmap(icon.pixmap(QSize(48, 48), label.devicePixelRatio()));
 }
 
+// Left to itself, a label puts a printer's Latin name on the left of a window that begins on the
+// right.
+void alignWithWindow(QLabel& label) {
+  label.setAlignment(QStyle::visualAlignment(label.layoutDirection(), label.alignment()) |
+                     Qt::AlignAbsolute);
+}
+
 }  // namespace
 
 std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& pictures) {
@@ -68,7 +76,10 @@ std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& p
   loader.clearPluginPaths();
   std::unique_ptr<QWidget> window(loader.load(&file));
   if (window == nullptr) return nullptr;
-  for (QLabel* label : window->findChildren<QLabel*>()) setPicture(*label, pictures);
+  for (QLabel* label : window->findChildren<QLabel*>()) {
+    setPicture(*label, pictures);
+    alignWithWindow(*label);
+  }
   for (ListControl* list : window->findChildren<ListControl*>()) list->setUpColumns();
   return window;
 }
