@@ -43,6 +43,274 @@
     </message>
 </context>
 <context>
+    <name>FailureCause</name>
+    <message>
+        <source>Check that the printer is switched on, connected and not printing, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>تأكد من أن الطابعة قيد التشغيل وموصولة ولا تطبع، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Check that the printer is switched on and on the same network as this computer, then try again.</source>
+        <extracomment>What to do after a failed download to a network printer.</extracomment>
+        <translation>تأكد من أن الطابعة قيد التشغيل وعلى الشبكة نفسها مع هذا الحاسوب، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>أوقف تشغيل الطابعة ثم شغّلها، وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Wait until the printer has finished its other work, or switch it off and on, then try again.</source>
+        <extracomment>What to do after a failed download: wait, or else restart the printer.</extracomment>
+        <translation>انتظر حتى تنهي الطابعة أعمالها الأخرى، أو أوقف تشغيلها ثم شغّلها، وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Install the printer’s firmware again, then try again.</source>
+        <extracomment>What to do after a failed download: the firmware file came with a package, and has to be installed once more.</extracomment>
+        <translation>أعد تثبيت البرنامج الثابت للطابعة، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Install this program again, then try again.</source>
+        <extracomment>What to do after a failed download: files of this program are missing or damaged.</extracomment>
+        <translation>أعد تثبيت هذا البرنامج، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Connect the printer’s cable directly to this computer, without a hub, then try again.</source>
+        <extracomment>What to do after a failed download to a USB printer.</extracomment>
+        <translation>صِل كابل الطابعة بهذا الحاسوب مباشرةً دون موزّع، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Close other programs, then try again.</source>
+        <extracomment>What to do after a failed download: the computer lacks memory or other resources.</extracomment>
+        <translation>أغلق البرامج الأخرى، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Try again. If it fails again, send a copy of the details to whoever supports this printer.</source>
+        <extracomment>What to do after a failed download: &quot;the details&quot; are the part of this window with the log.</extracomment>
+        <translation>حاول مرة أخرى. إذا تكرر الفشل فأرسل نسخة من التفاصيل إلى من يقدّم الدعم لهذه الطابعة.</translation>
+    </message>
+    <message>
+        <source>The connection to the printer was lost.</source>
+        <extracomment>Why a download failed: an established connection broke.</extracomment>
+        <translation>انقطع الاتصال بالطابعة.</translation>
+    </message>
+    <message>
+        <source>The printer cannot be reached over the network.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>يتعذر الوصول إلى الطابعة عبر الشبكة.</translation>
+    </message>
+    <message>
+        <source>The printer did not answer.</source>
+        <extracomment>Why a download failed: the printer remained silent.</extracomment>
+        <translation>لم تستجب الطابعة.</translation>
+    </message>
+    <message>
+        <source>The printer stopped taking data.</source>
+        <extracomment>Why a download failed: the printer is connected, and takes no more data.</extracomment>
+        <translation>توقفت الطابعة عن استقبال البيانات.</translation>
+    </message>
+    <message>
+        <source>The printer closed the connection.</source>
+        <extracomment>Why a download failed: another computer or program has closed an established connection.</extracomment>
+        <translation>أغلقت الطابعة الاتصال.</translation>
+    </message>
+    <message>
+        <source>The printer answered something that this program does not understand.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>أرسلت الطابعة ردًا لا يفهمه هذا البرنامج.</translation>
+    </message>
+    <message>
+        <source>This computer cannot open another connection.</source>
+        <extracomment>Why a download failed: too many files or connections are open on this computer.</extracomment>
+        <translation>لا يستطيع هذا الحاسوب فتح اتصال آخر.</translation>
+    </message>
+    <message>
+        <source>This computer does not allow the connection.</source>
+        <extracomment>Why a download failed: a firewall on this computer, for example.</extracomment>
+        <translation>لا يسمح هذا الحاسوب بالاتصال.</translation>
+    </message>
+    <message>
+        <source>Allow it in the settings of this computer’s firewall, then try again.</source>
+        <extracomment>What to do when this computer does not allow the connection to the printer.</extracomment>
+        <translation>اسمح به في إعدادات الجدار الناري لهذا الحاسوب، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>This computer ran out of memory.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>نفدت ذاكرة هذا الحاسوب.</translation>
+    </message>
+    <message>
+        <source>This program met an error of its own.</source>
+        <extracomment>Why a download failed: a fault of this program, not of the printer.</extracomment>
+        <translation>حدث خطأ داخلي في هذا البرنامج.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>ملف البرنامج الثابت مفقود.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware cannot be read.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>تتعذر قراءة ملف البرنامج الثابت.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is damaged.</source>
+        <extracomment>Why a download failed, or why nothing was sent.</extracomment>
+        <translation>ملف البرنامج الثابت تالف.</translation>
+    </message>
+    <message>
+        <source>Files of this program are missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>بعض ملفات هذا البرنامج مفقودة.</translation>
+    </message>
+    <message>
+        <source>You are not permitted to use the printer’s USB connection.</source>
+        <extracomment>Why a download failed: the user has no right to open the USB device.</extracomment>
+        <translation>لا تملك إذنًا باستخدام اتصال USB الخاص بالطابعة.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again. If that does not help, ask the administrator of this computer for permission.</source>
+        <extracomment>What to do when the user has no right to open the USB device.</extracomment>
+        <translation>افصل الطابعة ثم صِلها من جديد. إذا لم يُجدِ ذلك فاطلب الإذن من مدير هذا الحاسوب.</translation>
+    </message>
+    <message>
+        <source>Another program is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>يستخدم برنامج آخر اتصال USB الخاص بالطابعة.</translation>
+    </message>
+    <message>
+        <source>Close programs that print or scan, then try again.</source>
+        <extracomment>What to do when another program is using the printer&apos;s USB connection.</extracomment>
+        <translation>أغلق البرامج التي تطبع أو تمسح ضوئيًا، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer was disconnected or switched off.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>فُصلت الطابعة أو أُوقف تشغيلها.</translation>
+    </message>
+    <message>
+        <source>Check its cable and switch it on, then try again.</source>
+        <extracomment>What to do when a USB printer was disconnected or switched off.</extracomment>
+        <translation>تحقق من كابلها وشغّلها، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer offers no USB connection that this program can use.</source>
+        <extracomment>Why a download to a USB printer failed: it has no USB interface of the kind for printers.</extracomment>
+        <translation>لا توفر الطابعة اتصال USB يمكن لهذا البرنامج استخدامه.</translation>
+    </message>
+    <message>
+        <source>The USB connection to the printer failed.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>فشل اتصال USB بالطابعة.</translation>
+    </message>
+    <message>
+        <source>The firmware is larger than this computer allows over USB.</source>
+        <extracomment>Why a download to a USB printer failed: the kernel of this computer limits a transfer.</extracomment>
+        <translation>البرنامج الثابت أكبر مما يسمح به هذا الحاسوب عبر USB.</translation>
+    </message>
+    <message>
+        <source>Ask the administrator of this computer to raise “usbcore.usbfs_memory_mb”, then try again.</source>
+        <extracomment>What to do when the firmware is larger than this computer allows over USB. The text in quotation marks is a setting and not translated.</extracomment>
+        <translation>اطلب من مدير هذا الحاسوب رفع قيمة ”usbcore.usbfs_memory_mb“، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer refused the connection.</source>
+        <extracomment>Why a download failed: the network printer is there, and takes no connection.</extracomment>
+        <translation>رفضت الطابعة الاتصال.</translation>
+    </message>
+    <message>
+        <source>The printer has no address that this program can use.</source>
+        <extracomment>Why a download failed: the network printer has an IPv6 address only.</extracomment>
+        <translation>ليس للطابعة عنوان يمكن لهذا البرنامج استخدامه.</translation>
+    </message>
+    <message>
+        <source>Give the printer an IPv4 address in its network settings, then try again.</source>
+        <extracomment>What to do when a network printer has an IPv6 address only.</extracomment>
+        <translation>امنح الطابعة عنوان IPv4 في إعدادات شبكتها، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer did not say which model it is.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>لم تُفصح الطابعة عن طرازها.</translation>
+    </message>
+    <message>
+        <source>There is no firmware for this model of printer.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>لا يوجد برنامج ثابت لهذا الطراز من الطابعات.</translation>
+    </message>
+    <message>
+        <source>Ask whoever supports this printer where its firmware is to be had.</source>
+        <extracomment>What to do when there is no firmware for a printer.</extracomment>
+        <translation>اسأل من يقدّم الدعم لهذه الطابعة عن مكان الحصول على برنامجها الثابت.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list.</source>
+        <extracomment>Why a download did not begin.</extracomment>
+        <translation>لم تعد الطابعة في القائمة.</translation>
+    </message>
+    <message>
+        <source>Wait until it is back, then try again.</source>
+        <extracomment>What to do when a printer went before its download began.</extracomment>
+        <translation>انتظر حتى تعود، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop ipp-usb”, then try again.</source>
+        <extracomment>What to do when the service &quot;ipp-usb&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>أوقفه بالأمر ”systemctl stop ipp-usb“، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop cups”, then try again.</source>
+        <extracomment>What to do when the service &quot;cups&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>أوقفه بالأمر ”systemctl stop cups“، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The program %1 is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a program.</extracomment>
+        <translation>يستخدم البرنامج %1 اتصال USB الخاص بالطابعة.</translation>
+    </message>
+    <message>
+        <source>Close %1, then try again.</source>
+        <extracomment>What to do when a program is using the USB connection. %1 is its name.</extracomment>
+        <translation>أغلق %1، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The driver %1 of this computer is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a driver of this computer.</extracomment>
+        <translation>يستخدم برنامج التشغيل %1 في هذا الحاسوب اتصال USB الخاص بالطابعة.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again, then try again.</source>
+        <extracomment>What to do when a driver of this computer is using a USB printer.</extracomment>
+        <translation>افصل الطابعة ثم صِلها من جديد، وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer refused the firmware.</source>
+        <extracomment>Why a download failed: the printer has received the firmware and does not want it.</extracomment>
+        <translation>رفضت الطابعة البرنامج الثابت.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again. If it refuses again, ask whoever supports this printer.</source>
+        <extracomment>What to do when the printer refused the firmware.</extracomment>
+        <translation>أوقف تشغيل الطابعة ثم شغّلها، وحاول مرة أخرى. إذا رفضت ثانيةً فاسأل من يقدّم الدعم لهذه الطابعة.</translation>
+    </message>
+    <message>
+        <source>The printer did not confirm the update.</source>
+        <extracomment>Headline of a failed download: the printer has got all of the firmware, and nobody knows whether it has it in its memory now.</extracomment>
+        <translation>لم تؤكد الطابعة التحديث.</translation>
+    </message>
+    <message>
+        <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
+        <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
+        <translation>ربما لا تزال تكتب في ذاكرتها: اتركها قيد التشغيل بضع دقائق. ثم حدّثها مرة أخرى؛ فإن كان البرنامج الثابت لديها فسيُذكر أنها محدَّثة.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the printer.</source>
+        <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
+        <translation>لم يُرسَل أي شيء إلى الطابعة.</translation>
+    </message>
+</context>
+<context>
     <name>Localizable</name>
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>

@@ -43,6 +43,274 @@
     </message>
 </context>
 <context>
+    <name>FailureCause</name>
+    <message>
+        <source>Check that the printer is switched on, connected and not printing, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Zkontrolujte, zda je tiskárna zapnutá, připojená a netiskne, a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Check that the printer is switched on and on the same network as this computer, then try again.</source>
+        <extracomment>What to do after a failed download to a network printer.</extracomment>
+        <translation>Zkontrolujte, zda je tiskárna zapnutá a ve stejné síti jako tento počítač, a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Vypněte a zapněte tiskárnu a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Wait until the printer has finished its other work, or switch it off and on, then try again.</source>
+        <extracomment>What to do after a failed download: wait, or else restart the printer.</extracomment>
+        <translation>Počkejte, až tiskárna dokončí ostatní práci, nebo ji vypněte a zapněte, a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Install the printer’s firmware again, then try again.</source>
+        <extracomment>What to do after a failed download: the firmware file came with a package, and has to be installed once more.</extracomment>
+        <translation>Nainstalujte firmware tiskárny znovu a zkuste to ještě jednou.</translation>
+    </message>
+    <message>
+        <source>Install this program again, then try again.</source>
+        <extracomment>What to do after a failed download: files of this program are missing or damaged.</extracomment>
+        <translation>Nainstalujte tento program znovu a zkuste to ještě jednou.</translation>
+    </message>
+    <message>
+        <source>Connect the printer’s cable directly to this computer, without a hub, then try again.</source>
+        <extracomment>What to do after a failed download to a USB printer.</extracomment>
+        <translation>Připojte kabel tiskárny přímo k tomuto počítači, bez rozbočovače, a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Close other programs, then try again.</source>
+        <extracomment>What to do after a failed download: the computer lacks memory or other resources.</extracomment>
+        <translation>Zavřete jiné programy a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Try again. If it fails again, send a copy of the details to whoever supports this printer.</source>
+        <extracomment>What to do after a failed download: &quot;the details&quot; are the part of this window with the log.</extracomment>
+        <translation>Zkuste to znovu. Pokud se to opět nezdaří, pošlete kopii podrobností podpoře této tiskárny.</translation>
+    </message>
+    <message>
+        <source>The connection to the printer was lost.</source>
+        <extracomment>Why a download failed: an established connection broke.</extracomment>
+        <translation>Spojení s tiskárnou bylo ztraceno.</translation>
+    </message>
+    <message>
+        <source>The printer cannot be reached over the network.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Tiskárna není dostupná po síti.</translation>
+    </message>
+    <message>
+        <source>The printer did not answer.</source>
+        <extracomment>Why a download failed: the printer remained silent.</extracomment>
+        <translation>Tiskárna neodpověděla.</translation>
+    </message>
+    <message>
+        <source>The printer stopped taking data.</source>
+        <extracomment>Why a download failed: the printer is connected, and takes no more data.</extracomment>
+        <translation>Tiskárna přestala přijímat data.</translation>
+    </message>
+    <message>
+        <source>The printer closed the connection.</source>
+        <extracomment>Why a download failed: another computer or program has closed an established connection.</extracomment>
+        <translation>Tiskárna ukončila spojení.</translation>
+    </message>
+    <message>
+        <source>The printer answered something that this program does not understand.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Tiskárna odpověděla něco, čemu tento program nerozumí.</translation>
+    </message>
+    <message>
+        <source>This computer cannot open another connection.</source>
+        <extracomment>Why a download failed: too many files or connections are open on this computer.</extracomment>
+        <translation>Tento počítač nemůže otevřít další spojení.</translation>
+    </message>
+    <message>
+        <source>This computer does not allow the connection.</source>
+        <extracomment>Why a download failed: a firewall on this computer, for example.</extracomment>
+        <translation>Tento počítač spojení nepovoluje.</translation>
+    </message>
+    <message>
+        <source>Allow it in the settings of this computer’s firewall, then try again.</source>
+        <extracomment>What to do when this computer does not allow the connection to the printer.</extracomment>
+        <translation>Povolte je v nastavení brány firewall tohoto počítače a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>This computer ran out of memory.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Tomuto počítači došla paměť.</translation>
+    </message>
+    <message>
+        <source>This program met an error of its own.</source>
+        <extracomment>Why a download failed: a fault of this program, not of the printer.</extracomment>
+        <translation>V tomto programu došlo k vnitřní chybě.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Soubor s firmwarem chybí.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware cannot be read.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Soubor s firmwarem nelze přečíst.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is damaged.</source>
+        <extracomment>Why a download failed, or why nothing was sent.</extracomment>
+        <translation>Soubor s firmwarem je poškozený.</translation>
+    </message>
+    <message>
+        <source>Files of this program are missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Chybí soubory tohoto programu.</translation>
+    </message>
+    <message>
+        <source>You are not permitted to use the printer’s USB connection.</source>
+        <extracomment>Why a download failed: the user has no right to open the USB device.</extracomment>
+        <translation>Nemáte oprávnění používat připojení tiskárny přes USB.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again. If that does not help, ask the administrator of this computer for permission.</source>
+        <extracomment>What to do when the user has no right to open the USB device.</extracomment>
+        <translation>Odpojte tiskárnu a znovu ji připojte. Pokud to nepomůže, požádejte o oprávnění správce tohoto počítače.</translation>
+    </message>
+    <message>
+        <source>Another program is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Připojení tiskárny přes USB používá jiný program.</translation>
+    </message>
+    <message>
+        <source>Close programs that print or scan, then try again.</source>
+        <extracomment>What to do when another program is using the printer&apos;s USB connection.</extracomment>
+        <translation>Zavřete programy, které tisknou nebo skenují, a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer was disconnected or switched off.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>Tiskárna byla odpojena nebo vypnuta.</translation>
+    </message>
+    <message>
+        <source>Check its cable and switch it on, then try again.</source>
+        <extracomment>What to do when a USB printer was disconnected or switched off.</extracomment>
+        <translation>Zkontrolujte její kabel, zapněte ji a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer offers no USB connection that this program can use.</source>
+        <extracomment>Why a download to a USB printer failed: it has no USB interface of the kind for printers.</extracomment>
+        <translation>Tiskárna nenabízí žádné připojení přes USB, které by tento program mohl použít.</translation>
+    </message>
+    <message>
+        <source>The USB connection to the printer failed.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>Spojení s tiskárnou přes USB selhalo.</translation>
+    </message>
+    <message>
+        <source>The firmware is larger than this computer allows over USB.</source>
+        <extracomment>Why a download to a USB printer failed: the kernel of this computer limits a transfer.</extracomment>
+        <translation>Firmware je větší, než tento počítač přes USB dovoluje.</translation>
+    </message>
+    <message>
+        <source>Ask the administrator of this computer to raise “usbcore.usbfs_memory_mb”, then try again.</source>
+        <extracomment>What to do when the firmware is larger than this computer allows over USB. The text in quotation marks is a setting and not translated.</extracomment>
+        <translation>Požádejte správce tohoto počítače o zvýšení „usbcore.usbfs_memory_mb“ a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer refused the connection.</source>
+        <extracomment>Why a download failed: the network printer is there, and takes no connection.</extracomment>
+        <translation>Tiskárna odmítla spojení.</translation>
+    </message>
+    <message>
+        <source>The printer has no address that this program can use.</source>
+        <extracomment>Why a download failed: the network printer has an IPv6 address only.</extracomment>
+        <translation>Tiskárna nemá adresu, kterou by tento program mohl použít.</translation>
+    </message>
+    <message>
+        <source>Give the printer an IPv4 address in its network settings, then try again.</source>
+        <extracomment>What to do when a network printer has an IPv6 address only.</extracomment>
+        <translation>Nastavte tiskárně v jejím nastavení sítě adresu IPv4 a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer did not say which model it is.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Tiskárna nesdělila svůj model.</translation>
+    </message>
+    <message>
+        <source>There is no firmware for this model of printer.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Pro tento model tiskárny není k dispozici firmware.</translation>
+    </message>
+    <message>
+        <source>Ask whoever supports this printer where its firmware is to be had.</source>
+        <extracomment>What to do when there is no firmware for a printer.</extracomment>
+        <translation>Zeptejte se podpory této tiskárny, kde lze její firmware získat.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list.</source>
+        <extracomment>Why a download did not begin.</extracomment>
+        <translation>Tiskárna už není v seznamu.</translation>
+    </message>
+    <message>
+        <source>Wait until it is back, then try again.</source>
+        <extracomment>What to do when a printer went before its download began.</extracomment>
+        <translation>Počkejte, až se znovu objeví, a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop ipp-usb”, then try again.</source>
+        <extracomment>What to do when the service &quot;ipp-usb&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Zastavte ho příkazem „systemctl stop ipp-usb“ a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop cups”, then try again.</source>
+        <extracomment>What to do when the service &quot;cups&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Zastavte ho příkazem „systemctl stop cups“ a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The program %1 is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a program.</extracomment>
+        <translation>Připojení tiskárny přes USB používá program %1.</translation>
+    </message>
+    <message>
+        <source>Close %1, then try again.</source>
+        <extracomment>What to do when a program is using the USB connection. %1 is its name.</extracomment>
+        <translation>Zavřete program %1 a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The driver %1 of this computer is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a driver of this computer.</extracomment>
+        <translation>Připojení tiskárny přes USB používá ovladač %1 tohoto počítače.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again, then try again.</source>
+        <extracomment>What to do when a driver of this computer is using a USB printer.</extracomment>
+        <translation>Odpojte tiskárnu, znovu ji připojte a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer refused the firmware.</source>
+        <extracomment>Why a download failed: the printer has received the firmware and does not want it.</extracomment>
+        <translation>Tiskárna firmware odmítla.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again. If it refuses again, ask whoever supports this printer.</source>
+        <extracomment>What to do when the printer refused the firmware.</extracomment>
+        <translation>Vypněte a zapněte tiskárnu a zkuste to znovu. Pokud opět odmítne, obraťte se na podporu této tiskárny.</translation>
+    </message>
+    <message>
+        <source>The printer did not confirm the update.</source>
+        <extracomment>Headline of a failed download: the printer has got all of the firmware, and nobody knows whether it has it in its memory now.</extracomment>
+        <translation>Tiskárna aktualizaci nepotvrdila.</translation>
+    </message>
+    <message>
+        <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
+        <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
+        <translation>Možná ještě zapisuje do paměti: nechte ji několik minut zapnutou. Pak aktualizaci spusťte znovu; tiskárna, která firmware má, bude hlášena jako aktuální.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the printer.</source>
+        <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
+        <translation>Do tiskárny se nic neposlalo.</translation>
+    </message>
+</context>
+<context>
     <name>Localizable</name>
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>

@@ -43,6 +43,274 @@
     </message>
 </context>
 <context>
+    <name>FailureCause</name>
+    <message>
+        <source>Check that the printer is switched on, connected and not printing, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Prüfen Sie, ob der Drucker eingeschaltet und verbunden ist und nicht gerade druckt, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Check that the printer is switched on and on the same network as this computer, then try again.</source>
+        <extracomment>What to do after a failed download to a network printer.</extracomment>
+        <translation>Prüfen Sie, ob der Drucker eingeschaltet und im selben Netzwerk wie dieser Computer ist, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Schalten Sie den Drucker aus und wieder ein und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Wait until the printer has finished its other work, or switch it off and on, then try again.</source>
+        <extracomment>What to do after a failed download: wait, or else restart the printer.</extracomment>
+        <translation>Warten Sie, bis der Drucker seine übrige Arbeit beendet hat, oder schalten Sie ihn aus und wieder ein. Versuchen Sie es dann noch einmal.</translation>
+    </message>
+    <message>
+        <source>Install the printer’s firmware again, then try again.</source>
+        <extracomment>What to do after a failed download: the firmware file came with a package, and has to be installed once more.</extracomment>
+        <translation>Installieren Sie die Firmware des Druckers neu und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Install this program again, then try again.</source>
+        <extracomment>What to do after a failed download: files of this program are missing or damaged.</extracomment>
+        <translation>Installieren Sie dieses Programm neu und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Connect the printer’s cable directly to this computer, without a hub, then try again.</source>
+        <extracomment>What to do after a failed download to a USB printer.</extracomment>
+        <translation>Verbinden Sie das Kabel des Druckers direkt mit diesem Computer, ohne Hub, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Close other programs, then try again.</source>
+        <extracomment>What to do after a failed download: the computer lacks memory or other resources.</extracomment>
+        <translation>Schließen Sie andere Programme und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Try again. If it fails again, send a copy of the details to whoever supports this printer.</source>
+        <extracomment>What to do after a failed download: &quot;the details&quot; are the part of this window with the log.</extracomment>
+        <translation>Versuchen Sie es noch einmal. Wenn es wieder misslingt, schicken Sie eine Kopie der Details an den Support dieses Druckers.</translation>
+    </message>
+    <message>
+        <source>The connection to the printer was lost.</source>
+        <extracomment>Why a download failed: an established connection broke.</extracomment>
+        <translation>Die Verbindung zum Drucker ging verloren.</translation>
+    </message>
+    <message>
+        <source>The printer cannot be reached over the network.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Der Drucker ist über das Netzwerk nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The printer did not answer.</source>
+        <extracomment>Why a download failed: the printer remained silent.</extracomment>
+        <translation>Der Drucker hat nicht geantwortet.</translation>
+    </message>
+    <message>
+        <source>The printer stopped taking data.</source>
+        <extracomment>Why a download failed: the printer is connected, and takes no more data.</extracomment>
+        <translation>Der Drucker hat keine Daten mehr angenommen.</translation>
+    </message>
+    <message>
+        <source>The printer closed the connection.</source>
+        <extracomment>Why a download failed: another computer or program has closed an established connection.</extracomment>
+        <translation>Der Drucker hat die Verbindung beendet.</translation>
+    </message>
+    <message>
+        <source>The printer answered something that this program does not understand.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Der Drucker hat etwas geantwortet, das dieses Programm nicht versteht.</translation>
+    </message>
+    <message>
+        <source>This computer cannot open another connection.</source>
+        <extracomment>Why a download failed: too many files or connections are open on this computer.</extracomment>
+        <translation>Dieser Computer kann keine weitere Verbindung öffnen.</translation>
+    </message>
+    <message>
+        <source>This computer does not allow the connection.</source>
+        <extracomment>Why a download failed: a firewall on this computer, for example.</extracomment>
+        <translation>Dieser Computer lässt die Verbindung nicht zu.</translation>
+    </message>
+    <message>
+        <source>Allow it in the settings of this computer’s firewall, then try again.</source>
+        <extracomment>What to do when this computer does not allow the connection to the printer.</extracomment>
+        <translation>Erlauben Sie sie in den Einstellungen der Firewall dieses Computers und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>This computer ran out of memory.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Der Arbeitsspeicher dieses Computers reicht nicht aus.</translation>
+    </message>
+    <message>
+        <source>This program met an error of its own.</source>
+        <extracomment>Why a download failed: a fault of this program, not of the printer.</extracomment>
+        <translation>In diesem Programm ist ein Fehler aufgetreten.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Die Datei mit der Firmware fehlt.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware cannot be read.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Die Datei mit der Firmware kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is damaged.</source>
+        <extracomment>Why a download failed, or why nothing was sent.</extracomment>
+        <translation>Die Datei mit der Firmware ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>Files of this program are missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Dateien dieses Programms fehlen.</translation>
+    </message>
+    <message>
+        <source>You are not permitted to use the printer’s USB connection.</source>
+        <extracomment>Why a download failed: the user has no right to open the USB device.</extracomment>
+        <translation>Sie dürfen die USB-Verbindung des Druckers nicht benutzen.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again. If that does not help, ask the administrator of this computer for permission.</source>
+        <extracomment>What to do when the user has no right to open the USB device.</extracomment>
+        <translation>Ziehen Sie das Kabel des Druckers ab und stecken Sie es wieder ein. Wenn das nicht hilft, bitten Sie den Administrator dieses Computers um die Berechtigung.</translation>
+    </message>
+    <message>
+        <source>Another program is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Ein anderes Programm benutzt die USB-Verbindung des Druckers.</translation>
+    </message>
+    <message>
+        <source>Close programs that print or scan, then try again.</source>
+        <extracomment>What to do when another program is using the printer&apos;s USB connection.</extracomment>
+        <translation>Schließen Sie Programme, die drucken oder scannen, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer was disconnected or switched off.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>Der Drucker wurde getrennt oder ausgeschaltet.</translation>
+    </message>
+    <message>
+        <source>Check its cable and switch it on, then try again.</source>
+        <extracomment>What to do when a USB printer was disconnected or switched off.</extracomment>
+        <translation>Prüfen Sie sein Kabel, schalten Sie ihn ein und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer offers no USB connection that this program can use.</source>
+        <extracomment>Why a download to a USB printer failed: it has no USB interface of the kind for printers.</extracomment>
+        <translation>Der Drucker bietet keine USB-Verbindung an, die dieses Programm benutzen kann.</translation>
+    </message>
+    <message>
+        <source>The USB connection to the printer failed.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>Die USB-Verbindung zum Drucker ist gestört.</translation>
+    </message>
+    <message>
+        <source>The firmware is larger than this computer allows over USB.</source>
+        <extracomment>Why a download to a USB printer failed: the kernel of this computer limits a transfer.</extracomment>
+        <translation>Die Firmware ist größer, als dieser Computer über USB zulässt.</translation>
+    </message>
+    <message>
+        <source>Ask the administrator of this computer to raise “usbcore.usbfs_memory_mb”, then try again.</source>
+        <extracomment>What to do when the firmware is larger than this computer allows over USB. The text in quotation marks is a setting and not translated.</extracomment>
+        <translation>Bitten Sie den Administrator dieses Computers, „usbcore.usbfs_memory_mb“ zu erhöhen, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer refused the connection.</source>
+        <extracomment>Why a download failed: the network printer is there, and takes no connection.</extracomment>
+        <translation>Der Drucker hat die Verbindung abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The printer has no address that this program can use.</source>
+        <extracomment>Why a download failed: the network printer has an IPv6 address only.</extracomment>
+        <translation>Der Drucker hat keine Adresse, die dieses Programm benutzen kann.</translation>
+    </message>
+    <message>
+        <source>Give the printer an IPv4 address in its network settings, then try again.</source>
+        <extracomment>What to do when a network printer has an IPv6 address only.</extracomment>
+        <translation>Geben Sie dem Drucker in seinen Netzwerkeinstellungen eine IPv4-Adresse und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer did not say which model it is.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Der Drucker hat nicht mitgeteilt, welches Modell er ist.</translation>
+    </message>
+    <message>
+        <source>There is no firmware for this model of printer.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Für dieses Druckermodell gibt es keine Firmware.</translation>
+    </message>
+    <message>
+        <source>Ask whoever supports this printer where its firmware is to be had.</source>
+        <extracomment>What to do when there is no firmware for a printer.</extracomment>
+        <translation>Fragen Sie den Support dieses Druckers, wo seine Firmware erhältlich ist.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list.</source>
+        <extracomment>Why a download did not begin.</extracomment>
+        <translation>Der Drucker ist nicht mehr in der Liste.</translation>
+    </message>
+    <message>
+        <source>Wait until it is back, then try again.</source>
+        <extracomment>What to do when a printer went before its download began.</extracomment>
+        <translation>Warten Sie, bis er wieder da ist, und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop ipp-usb”, then try again.</source>
+        <extracomment>What to do when the service &quot;ipp-usb&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Beenden Sie es mit dem Befehl „systemctl stop ipp-usb“ und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop cups”, then try again.</source>
+        <extracomment>What to do when the service &quot;cups&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Beenden Sie es mit dem Befehl „systemctl stop cups“ und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The program %1 is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a program.</extracomment>
+        <translation>Das Programm %1 benutzt die USB-Verbindung des Druckers.</translation>
+    </message>
+    <message>
+        <source>Close %1, then try again.</source>
+        <extracomment>What to do when a program is using the USB connection. %1 is its name.</extracomment>
+        <translation>Schließen Sie %1 und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The driver %1 of this computer is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a driver of this computer.</extracomment>
+        <translation>Der Treiber %1 dieses Computers benutzt die USB-Verbindung des Druckers.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again, then try again.</source>
+        <extracomment>What to do when a driver of this computer is using a USB printer.</extracomment>
+        <translation>Ziehen Sie das Kabel des Druckers ab, stecken Sie es wieder ein und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer refused the firmware.</source>
+        <extracomment>Why a download failed: the printer has received the firmware and does not want it.</extracomment>
+        <translation>Der Drucker hat die Firmware abgelehnt.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again. If it refuses again, ask whoever supports this printer.</source>
+        <extracomment>What to do when the printer refused the firmware.</extracomment>
+        <translation>Schalten Sie den Drucker aus und wieder ein und versuchen Sie es noch einmal. Wenn er wieder ablehnt, fragen Sie den Support dieses Druckers.</translation>
+    </message>
+    <message>
+        <source>The printer did not confirm the update.</source>
+        <extracomment>Headline of a failed download: the printer has got all of the firmware, and nobody knows whether it has it in its memory now.</extracomment>
+        <translation>Der Drucker hat die Aktualisierung nicht bestätigt.</translation>
+    </message>
+    <message>
+        <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
+        <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
+        <translation>Vielleicht beschreibt er noch seinen Speicher: Lassen Sie ihn einige Minuten eingeschaltet. Aktualisieren Sie ihn dann noch einmal; hat er die Firmware schon, wird er als aktuell gemeldet.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the printer.</source>
+        <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
+        <translation>An den Drucker wurde nichts gesendet.</translation>
+    </message>
+</context>
+<context>
     <name>Localizable</name>
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>

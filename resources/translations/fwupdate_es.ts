@@ -43,6 +43,274 @@
     </message>
 </context>
 <context>
+    <name>FailureCause</name>
+    <message>
+        <source>Check that the printer is switched on, connected and not printing, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Compruebe que la impresora está encendida, conectada y sin imprimir, y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Check that the printer is switched on and on the same network as this computer, then try again.</source>
+        <extracomment>What to do after a failed download to a network printer.</extracomment>
+        <translation>Compruebe que la impresora está encendida y en la misma red que este equipo, y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Apague y encienda la impresora, y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Wait until the printer has finished its other work, or switch it off and on, then try again.</source>
+        <extracomment>What to do after a failed download: wait, or else restart the printer.</extracomment>
+        <translation>Espere a que la impresora termine su otro trabajo, o apáguela y enciéndala, y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Install the printer’s firmware again, then try again.</source>
+        <extracomment>What to do after a failed download: the firmware file came with a package, and has to be installed once more.</extracomment>
+        <translation>Vuelva a instalar el firmware de la impresora e inténtelo de nuevo.</translation>
+    </message>
+    <message>
+        <source>Install this program again, then try again.</source>
+        <extracomment>What to do after a failed download: files of this program are missing or damaged.</extracomment>
+        <translation>Vuelva a instalar este programa e inténtelo de nuevo.</translation>
+    </message>
+    <message>
+        <source>Connect the printer’s cable directly to this computer, without a hub, then try again.</source>
+        <extracomment>What to do after a failed download to a USB printer.</extracomment>
+        <translation>Conecte el cable de la impresora directamente a este equipo, sin concentrador, y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Close other programs, then try again.</source>
+        <extracomment>What to do after a failed download: the computer lacks memory or other resources.</extracomment>
+        <translation>Cierre otros programas y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Try again. If it fails again, send a copy of the details to whoever supports this printer.</source>
+        <extracomment>What to do after a failed download: &quot;the details&quot; are the part of this window with the log.</extracomment>
+        <translation>Vuelva a intentarlo. Si falla otra vez, envíe una copia de los detalles al servicio técnico de esta impresora.</translation>
+    </message>
+    <message>
+        <source>The connection to the printer was lost.</source>
+        <extracomment>Why a download failed: an established connection broke.</extracomment>
+        <translation>Se perdió la conexión con la impresora.</translation>
+    </message>
+    <message>
+        <source>The printer cannot be reached over the network.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>No se puede acceder a la impresora a través de la red.</translation>
+    </message>
+    <message>
+        <source>The printer did not answer.</source>
+        <extracomment>Why a download failed: the printer remained silent.</extracomment>
+        <translation>La impresora no respondió.</translation>
+    </message>
+    <message>
+        <source>The printer stopped taking data.</source>
+        <extracomment>Why a download failed: the printer is connected, and takes no more data.</extracomment>
+        <translation>La impresora dejó de aceptar datos.</translation>
+    </message>
+    <message>
+        <source>The printer closed the connection.</source>
+        <extracomment>Why a download failed: another computer or program has closed an established connection.</extracomment>
+        <translation>La impresora cerró la conexión.</translation>
+    </message>
+    <message>
+        <source>The printer answered something that this program does not understand.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>La impresora respondió algo que este programa no entiende.</translation>
+    </message>
+    <message>
+        <source>This computer cannot open another connection.</source>
+        <extracomment>Why a download failed: too many files or connections are open on this computer.</extracomment>
+        <translation>Este equipo no puede abrir otra conexión.</translation>
+    </message>
+    <message>
+        <source>This computer does not allow the connection.</source>
+        <extracomment>Why a download failed: a firewall on this computer, for example.</extracomment>
+        <translation>Este equipo no permite la conexión.</translation>
+    </message>
+    <message>
+        <source>Allow it in the settings of this computer’s firewall, then try again.</source>
+        <extracomment>What to do when this computer does not allow the connection to the printer.</extracomment>
+        <translation>Permítala en la configuración del cortafuegos de este equipo y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>This computer ran out of memory.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Este equipo se quedó sin memoria.</translation>
+    </message>
+    <message>
+        <source>This program met an error of its own.</source>
+        <extracomment>Why a download failed: a fault of this program, not of the printer.</extracomment>
+        <translation>Este programa encontró un error interno.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Falta el archivo del firmware.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware cannot be read.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>No se puede leer el archivo del firmware.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is damaged.</source>
+        <extracomment>Why a download failed, or why nothing was sent.</extracomment>
+        <translation>El archivo del firmware está dañado.</translation>
+    </message>
+    <message>
+        <source>Files of this program are missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Faltan archivos de este programa.</translation>
+    </message>
+    <message>
+        <source>You are not permitted to use the printer’s USB connection.</source>
+        <extracomment>Why a download failed: the user has no right to open the USB device.</extracomment>
+        <translation>No tiene permiso para usar la conexión USB de la impresora.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again. If that does not help, ask the administrator of this computer for permission.</source>
+        <extracomment>What to do when the user has no right to open the USB device.</extracomment>
+        <translation>Desconecte la impresora y vuelva a conectarla. Si eso no ayuda, pida permiso al administrador de este equipo.</translation>
+    </message>
+    <message>
+        <source>Another program is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Otro programa está usando la conexión USB de la impresora.</translation>
+    </message>
+    <message>
+        <source>Close programs that print or scan, then try again.</source>
+        <extracomment>What to do when another program is using the printer&apos;s USB connection.</extracomment>
+        <translation>Cierre los programas que impriman o escaneen y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The printer was disconnected or switched off.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>La impresora se desconectó o se apagó.</translation>
+    </message>
+    <message>
+        <source>Check its cable and switch it on, then try again.</source>
+        <extracomment>What to do when a USB printer was disconnected or switched off.</extracomment>
+        <translation>Compruebe el cable, enciéndala y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The printer offers no USB connection that this program can use.</source>
+        <extracomment>Why a download to a USB printer failed: it has no USB interface of the kind for printers.</extracomment>
+        <translation>La impresora no ofrece ninguna conexión USB que este programa pueda usar.</translation>
+    </message>
+    <message>
+        <source>The USB connection to the printer failed.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>La conexión USB con la impresora falló.</translation>
+    </message>
+    <message>
+        <source>The firmware is larger than this computer allows over USB.</source>
+        <extracomment>Why a download to a USB printer failed: the kernel of this computer limits a transfer.</extracomment>
+        <translation>El firmware es más grande de lo que este equipo permite por USB.</translation>
+    </message>
+    <message>
+        <source>Ask the administrator of this computer to raise “usbcore.usbfs_memory_mb”, then try again.</source>
+        <extracomment>What to do when the firmware is larger than this computer allows over USB. The text in quotation marks is a setting and not translated.</extracomment>
+        <translation>Pida al administrador de este equipo que aumente «usbcore.usbfs_memory_mb» y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The printer refused the connection.</source>
+        <extracomment>Why a download failed: the network printer is there, and takes no connection.</extracomment>
+        <translation>La impresora rechazó la conexión.</translation>
+    </message>
+    <message>
+        <source>The printer has no address that this program can use.</source>
+        <extracomment>Why a download failed: the network printer has an IPv6 address only.</extracomment>
+        <translation>La impresora no tiene una dirección que este programa pueda usar.</translation>
+    </message>
+    <message>
+        <source>Give the printer an IPv4 address in its network settings, then try again.</source>
+        <extracomment>What to do when a network printer has an IPv6 address only.</extracomment>
+        <translation>Asigne a la impresora una dirección IPv4 en su configuración de red y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The printer did not say which model it is.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>La impresora no indicó qué modelo es.</translation>
+    </message>
+    <message>
+        <source>There is no firmware for this model of printer.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>No hay firmware para este modelo de impresora.</translation>
+    </message>
+    <message>
+        <source>Ask whoever supports this printer where its firmware is to be had.</source>
+        <extracomment>What to do when there is no firmware for a printer.</extracomment>
+        <translation>Pregunte al servicio técnico de esta impresora dónde se obtiene su firmware.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list.</source>
+        <extracomment>Why a download did not begin.</extracomment>
+        <translation>La impresora ya no está en la lista.</translation>
+    </message>
+    <message>
+        <source>Wait until it is back, then try again.</source>
+        <extracomment>What to do when a printer went before its download began.</extracomment>
+        <translation>Espere a que vuelva a aparecer e inténtelo de nuevo.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop ipp-usb”, then try again.</source>
+        <extracomment>What to do when the service &quot;ipp-usb&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Deténgalo con la orden «systemctl stop ipp-usb» y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop cups”, then try again.</source>
+        <extracomment>What to do when the service &quot;cups&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Deténgalo con la orden «systemctl stop cups» y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The program %1 is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a program.</extracomment>
+        <translation>El programa %1 está usando la conexión USB de la impresora.</translation>
+    </message>
+    <message>
+        <source>Close %1, then try again.</source>
+        <extracomment>What to do when a program is using the USB connection. %1 is its name.</extracomment>
+        <translation>Cierre %1 y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The driver %1 of this computer is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a driver of this computer.</extracomment>
+        <translation>El controlador %1 de este equipo está usando la conexión USB de la impresora.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again, then try again.</source>
+        <extracomment>What to do when a driver of this computer is using a USB printer.</extracomment>
+        <translation>Desconecte la impresora, vuelva a conectarla e inténtelo de nuevo.</translation>
+    </message>
+    <message>
+        <source>The printer refused the firmware.</source>
+        <extracomment>Why a download failed: the printer has received the firmware and does not want it.</extracomment>
+        <translation>La impresora rechazó el firmware.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again. If it refuses again, ask whoever supports this printer.</source>
+        <extracomment>What to do when the printer refused the firmware.</extracomment>
+        <translation>Apague y encienda la impresora, y vuelva a intentarlo. Si lo rechaza otra vez, consulte al servicio técnico de esta impresora.</translation>
+    </message>
+    <message>
+        <source>The printer did not confirm the update.</source>
+        <extracomment>Headline of a failed download: the printer has got all of the firmware, and nobody knows whether it has it in its memory now.</extracomment>
+        <translation>La impresora no confirmó la actualización.</translation>
+    </message>
+    <message>
+        <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
+        <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
+        <translation>Puede que aún esté escribiendo su memoria: déjela encendida unos minutos. Después, actualícela de nuevo; si ya tiene el firmware, se indicará que está actualizada.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the printer.</source>
+        <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
+        <translation>No se envió nada a la impresora.</translation>
+    </message>
+</context>
+<context>
     <name>Localizable</name>
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>

@@ -43,16 +43,284 @@
     </message>
 </context>
 <context>
+    <name>FailureCause</name>
+    <message>
+        <source>Check that the printer is switched on, connected and not printing, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Vérifiez que l’imprimante est allumée, connectée et qu’elle n’imprime pas, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Check that the printer is switched on and on the same network as this computer, then try again.</source>
+        <extracomment>What to do after a failed download to a network printer.</extracomment>
+        <translation>Vérifiez que l’imprimante est allumée et sur le même réseau que cet ordinateur, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again.</source>
+        <extracomment>What to do after a failed download.</extracomment>
+        <translation>Éteignez puis rallumez l’imprimante, et réessayez.</translation>
+    </message>
+    <message>
+        <source>Wait until the printer has finished its other work, or switch it off and on, then try again.</source>
+        <extracomment>What to do after a failed download: wait, or else restart the printer.</extracomment>
+        <translation>Attendez que l’imprimante ait terminé ses autres tâches, ou éteignez-la puis rallumez-la, et réessayez.</translation>
+    </message>
+    <message>
+        <source>Install the printer’s firmware again, then try again.</source>
+        <extracomment>What to do after a failed download: the firmware file came with a package, and has to be installed once more.</extracomment>
+        <translation>Réinstallez le micrologiciel de l’imprimante, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Install this program again, then try again.</source>
+        <extracomment>What to do after a failed download: files of this program are missing or damaged.</extracomment>
+        <translation>Réinstallez ce programme, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Connect the printer’s cable directly to this computer, without a hub, then try again.</source>
+        <extracomment>What to do after a failed download to a USB printer.</extracomment>
+        <translation>Branchez le câble de l’imprimante directement sur cet ordinateur, sans concentrateur, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Close other programs, then try again.</source>
+        <extracomment>What to do after a failed download: the computer lacks memory or other resources.</extracomment>
+        <translation>Fermez d’autres programmes, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Try again. If it fails again, send a copy of the details to whoever supports this printer.</source>
+        <extracomment>What to do after a failed download: &quot;the details&quot; are the part of this window with the log.</extracomment>
+        <translation>Réessayez. En cas de nouvel échec, envoyez une copie des détails à l’assistance de cette imprimante.</translation>
+    </message>
+    <message>
+        <source>The connection to the printer was lost.</source>
+        <extracomment>Why a download failed: an established connection broke.</extracomment>
+        <translation>La connexion à l’imprimante a été perdue.</translation>
+    </message>
+    <message>
+        <source>The printer cannot be reached over the network.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>L’imprimante est injoignable par le réseau.</translation>
+    </message>
+    <message>
+        <source>The printer did not answer.</source>
+        <extracomment>Why a download failed: the printer remained silent.</extracomment>
+        <translation>L’imprimante n’a pas répondu.</translation>
+    </message>
+    <message>
+        <source>The printer stopped taking data.</source>
+        <extracomment>Why a download failed: the printer is connected, and takes no more data.</extracomment>
+        <translation>L’imprimante a cessé d’accepter des données.</translation>
+    </message>
+    <message>
+        <source>The printer closed the connection.</source>
+        <extracomment>Why a download failed: another computer or program has closed an established connection.</extracomment>
+        <translation>L’imprimante a fermé la connexion.</translation>
+    </message>
+    <message>
+        <source>The printer answered something that this program does not understand.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>L’imprimante a envoyé une réponse que ce programme ne comprend pas.</translation>
+    </message>
+    <message>
+        <source>This computer cannot open another connection.</source>
+        <extracomment>Why a download failed: too many files or connections are open on this computer.</extracomment>
+        <translation>Cet ordinateur ne peut pas ouvrir d’autre connexion.</translation>
+    </message>
+    <message>
+        <source>This computer does not allow the connection.</source>
+        <extracomment>Why a download failed: a firewall on this computer, for example.</extracomment>
+        <translation>Cet ordinateur n’autorise pas la connexion.</translation>
+    </message>
+    <message>
+        <source>Allow it in the settings of this computer’s firewall, then try again.</source>
+        <extracomment>What to do when this computer does not allow the connection to the printer.</extracomment>
+        <translation>Autorisez-la dans les réglages du pare-feu de cet ordinateur, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>This computer ran out of memory.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Cet ordinateur n’a plus assez de mémoire.</translation>
+    </message>
+    <message>
+        <source>This program met an error of its own.</source>
+        <extracomment>Why a download failed: a fault of this program, not of the printer.</extracomment>
+        <translation>Ce programme a rencontré une erreur interne.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Le fichier du micrologiciel est introuvable.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware cannot be read.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Le fichier du micrologiciel ne peut pas être lu.</translation>
+    </message>
+    <message>
+        <source>The file with the firmware is damaged.</source>
+        <extracomment>Why a download failed, or why nothing was sent.</extracomment>
+        <translation>Le fichier du micrologiciel est endommagé.</translation>
+    </message>
+    <message>
+        <source>Files of this program are missing.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Des fichiers de ce programme sont introuvables.</translation>
+    </message>
+    <message>
+        <source>You are not permitted to use the printer’s USB connection.</source>
+        <extracomment>Why a download failed: the user has no right to open the USB device.</extracomment>
+        <translation>Vous n’êtes pas autorisé à utiliser la connexion USB de l’imprimante.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again. If that does not help, ask the administrator of this computer for permission.</source>
+        <extracomment>What to do when the user has no right to open the USB device.</extracomment>
+        <translation>Débranchez puis rebranchez l’imprimante. Si cela ne suffit pas, demandez l’autorisation à l’administrateur de cet ordinateur.</translation>
+    </message>
+    <message>
+        <source>Another program is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Un autre programme utilise la connexion USB de l’imprimante.</translation>
+    </message>
+    <message>
+        <source>Close programs that print or scan, then try again.</source>
+        <extracomment>What to do when another program is using the printer&apos;s USB connection.</extracomment>
+        <translation>Fermez les programmes qui impriment ou numérisent, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>The printer was disconnected or switched off.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>L’imprimante a été débranchée ou éteinte.</translation>
+    </message>
+    <message>
+        <source>Check its cable and switch it on, then try again.</source>
+        <extracomment>What to do when a USB printer was disconnected or switched off.</extracomment>
+        <translation>Vérifiez son câble et allumez-la, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>The printer offers no USB connection that this program can use.</source>
+        <extracomment>Why a download to a USB printer failed: it has no USB interface of the kind for printers.</extracomment>
+        <translation>L’imprimante n’offre aucune connexion USB utilisable par ce programme.</translation>
+    </message>
+    <message>
+        <source>The USB connection to the printer failed.</source>
+        <extracomment>Why a download to a USB printer failed.</extracomment>
+        <translation>La connexion USB à l’imprimante a échoué.</translation>
+    </message>
+    <message>
+        <source>The firmware is larger than this computer allows over USB.</source>
+        <extracomment>Why a download to a USB printer failed: the kernel of this computer limits a transfer.</extracomment>
+        <translation>Le micrologiciel dépasse la taille que cet ordinateur autorise par USB.</translation>
+    </message>
+    <message>
+        <source>Ask the administrator of this computer to raise “usbcore.usbfs_memory_mb”, then try again.</source>
+        <extracomment>What to do when the firmware is larger than this computer allows over USB. The text in quotation marks is a setting and not translated.</extracomment>
+        <translation>Demandez à l’administrateur de cet ordinateur d’augmenter «&#xa0;usbcore.usbfs_memory_mb&#xa0;», puis réessayez.</translation>
+    </message>
+    <message>
+        <source>The printer refused the connection.</source>
+        <extracomment>Why a download failed: the network printer is there, and takes no connection.</extracomment>
+        <translation>L’imprimante a refusé la connexion.</translation>
+    </message>
+    <message>
+        <source>The printer has no address that this program can use.</source>
+        <extracomment>Why a download failed: the network printer has an IPv6 address only.</extracomment>
+        <translation>L’imprimante n’a pas d’adresse utilisable par ce programme.</translation>
+    </message>
+    <message>
+        <source>Give the printer an IPv4 address in its network settings, then try again.</source>
+        <extracomment>What to do when a network printer has an IPv6 address only.</extracomment>
+        <translation>Attribuez une adresse IPv4 à l’imprimante dans ses réglages réseau, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>The printer did not say which model it is.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>L’imprimante n’a pas indiqué son modèle.</translation>
+    </message>
+    <message>
+        <source>There is no firmware for this model of printer.</source>
+        <extracomment>Why a download failed.</extracomment>
+        <translation>Il n’existe pas de micrologiciel pour ce modèle d’imprimante.</translation>
+    </message>
+    <message>
+        <source>Ask whoever supports this printer where its firmware is to be had.</source>
+        <extracomment>What to do when there is no firmware for a printer.</extracomment>
+        <translation>Demandez à l’assistance de cette imprimante où obtenir son micrologiciel.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list.</source>
+        <extracomment>Why a download did not begin.</extracomment>
+        <translation>L’imprimante n’est plus dans la liste.</translation>
+    </message>
+    <message>
+        <source>Wait until it is back, then try again.</source>
+        <extracomment>What to do when a printer went before its download began.</extracomment>
+        <translation>Attendez qu’elle réapparaisse, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop ipp-usb”, then try again.</source>
+        <extracomment>What to do when the service &quot;ipp-usb&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Arrêtez-le avec la commande «&#xa0;systemctl stop ipp-usb&#xa0;», puis réessayez.</translation>
+    </message>
+    <message>
+        <source>Stop it with the command “systemctl stop cups”, then try again.</source>
+        <extracomment>What to do when the service &quot;cups&quot; is using a USB printer. The text in quotation marks is a command and not translated.</extracomment>
+        <translation>Arrêtez-le avec la commande «&#xa0;systemctl stop cups&#xa0;», puis réessayez.</translation>
+    </message>
+    <message>
+        <source>The program %1 is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a program.</extracomment>
+        <translation>Le programme %1 utilise la connexion USB de l’imprimante.</translation>
+    </message>
+    <message>
+        <source>Close %1, then try again.</source>
+        <extracomment>What to do when a program is using the USB connection. %1 is its name.</extracomment>
+        <translation>Fermez %1, puis réessayez.</translation>
+    </message>
+    <message>
+        <source>The driver %1 of this computer is using the printer’s USB connection.</source>
+        <extracomment>Why a download failed. %1 is the name of a driver of this computer.</extracomment>
+        <translation>Le pilote %1 de cet ordinateur utilise la connexion USB de l’imprimante.</translation>
+    </message>
+    <message>
+        <source>Unplug the printer and plug it in again, then try again.</source>
+        <extracomment>What to do when a driver of this computer is using a USB printer.</extracomment>
+        <translation>Débranchez puis rebranchez l’imprimante, et réessayez.</translation>
+    </message>
+    <message>
+        <source>The printer refused the firmware.</source>
+        <extracomment>Why a download failed: the printer has received the firmware and does not want it.</extracomment>
+        <translation>L’imprimante a refusé le micrologiciel.</translation>
+    </message>
+    <message>
+        <source>Switch the printer off and on, then try again. If it refuses again, ask whoever supports this printer.</source>
+        <extracomment>What to do when the printer refused the firmware.</extracomment>
+        <translation>Éteignez puis rallumez l’imprimante, et réessayez. Si elle refuse encore, adressez-vous à l’assistance de cette imprimante.</translation>
+    </message>
+    <message>
+        <source>The printer did not confirm the update.</source>
+        <extracomment>Headline of a failed download: the printer has got all of the firmware, and nobody knows whether it has it in its memory now.</extracomment>
+        <translation>L’imprimante n’a pas confirmé la mise à jour.</translation>
+    </message>
+    <message>
+        <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
+        <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
+        <translation>Elle écrit peut-être encore sa mémoire&#xa0;: laissez-la allumée quelques minutes. Relancez ensuite la mise à jour&#xa0;; une imprimante qui a déjà ce micrologiciel est signalée comme étant à jour.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent to the printer.</source>
+        <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
+        <translation>Rien n’a été envoyé à l’imprimante.</translation>
+    </message>
+</context>
+<context>
     <name>Localizable</name>
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Mettre à jour le micrologiciel de l’imprimante réseau sélectionnée ? Personne ne pourra l’utiliser pendant ce temps et elle doit rester allumée.</translation>
+        <translation>Mettre à jour le micrologiciel de l’imprimante réseau sélectionnée&#xa0;? Personne ne pourra l’utiliser pendant ce temps et elle doit rester allumée.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Mettre à jour le micrologiciel de l’imprimante USB sélectionnée ? Elle ne pourra pas imprimer pendant ce temps et doit rester allumée et connectée.</translation>
+        <translation>Mettre à jour le micrologiciel de l’imprimante USB sélectionnée&#xa0;? Elle ne pourra pas imprimer pendant ce temps et doit rester allumée et connectée.</translation>
     </message>
 </context>
 <context>
@@ -88,7 +356,7 @@
     <message>
         <source>&amp;Select the printer that is to get new firmware:</source>
         <extracomment>Label above the list of printers.</extracomment>
-        <translation>&amp;Sélectionnez l’imprimante qui doit recevoir le nouveau micrologiciel :</translation>
+        <translation>&amp;Sélectionnez l’imprimante qui doit recevoir le nouveau micrologiciel&#xa0;:</translation>
     </message>
     <message>
         <source>Printers</source>
