@@ -5,11 +5,11 @@
     <name>Localizable</name>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
-        <translation>Download new firmware to the selected USB printer? It cannot print meanwhile, and must stay switched on and connected.</translation>
+        <translation>Download new firmware to this USB printer? It cannot print meanwhile, and must stay switched on and connected.</translation>
     </message>
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
-        <translation>Download new firmware to the selected network printer? Nobody can print on it meanwhile, and it must stay switched on.</translation>
+        <translation>Download new firmware to this network printer? Nobody can print on it meanwhile, and it must stay switched on.</translation>
     </message>
 </context>
 </TS>

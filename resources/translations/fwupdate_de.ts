@@ -9,14 +9,14 @@
         <translation>Aktualisierung bestätigen</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Nein</translation>
+        <translation>&amp;Nicht aktualisieren</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Ja</translation>
+        <translation>Firmware &amp;aktualisieren</translation>
     </message>
 </context>
 <context>

@@ -41,7 +41,9 @@ class Update {
     click([](const Node& node) {
       return node.role() == "push button" && node.name() == "Download" && node.isEnabled();
     });
-    click([](const Node& node) { return node.role() == "push button" && node.name() == "Yes"; });
+    click([](const Node& node) {
+      return node.role() == "push button" && node.name() == "Download firmware";
+    });
     mPrinter.waitFor("burn");
     if (!mPrinter.entries("burn").front().at("ok")) throw std::runtime_error("nothing was burned");
     if (!mProgram.waitForOutput("Cleaning up network transport.", 20s)) {

@@ -25,7 +25,7 @@ class AnsweringASheet : public DesktopTest {
   }
 
   void expectUnanswered() {
-    EXPECT_TRUE(isOnScreen("push button", "Yes"));
+    EXPECT_TRUE(isOnScreen("push button", "Download firmware"));
     EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 0u);
   }
 };
@@ -35,7 +35,7 @@ TEST_F(AnsweringASheet, HeldReturnDoesNotConfirmTheQuestion) {
   startProgram();
   selectByKey();
   desktop().holdDown("Return");
-  button("Yes");
+  button("Download firmware");
   std::this_thread::sleep_for(4s);
   expectUnanswered();
   desktop().letGo("Return");
@@ -78,7 +78,7 @@ TEST_F(AnsweringOnWayland, ReturnAgainAndAgainDoesNotConfirmTheQuestion) {
   startProgramOnWayland();
   selectByKey();
   desktop().holdDown("Return");
-  button("Yes");
+  button("Download firmware");
   std::this_thread::sleep_for(2s);
   expectUnanswered();
   desktop().letGo("Return");
@@ -92,8 +92,8 @@ TEST_F(AnsweringOnWayland, ReturnAgainAndAgainDoesNotConfirmTheQuestion) {
   progressBar();
 }
 
-// The second opens the question. From the third on they come where Yes is about to appear, so that
-// one of them is the first that it can get.
+// The second opens the question. From the third on they come where its button is about to appear,
+// so that one of them is the first that it can get.
 class ClicksThatGoOn : public AnsweringASheet,
                        public testing::WithParamInterface<std::chrono::milliseconds> {};
 
@@ -112,18 +112,18 @@ TEST_P(ClicksThatGoOn, DoNotConfirmTheQuestion) {
   const Node::Rectangle row = cell("Office").extents();
   press("Return");
   waitForActive("Confirm the Download");
-  const Node::Rectangle yes = button("Yes").extents();
-  answerByKey("Escape", "Yes");
+  const Node::Rectangle yes = button("Download firmware").extents();
+  answerByKey("Escape", "Download firmware");
   waitForActive("Printer Firmware Update");
   for (int i = 0; i < 20; ++i) {
     click(i < 2 ? row : yes);
     std::this_thread::sleep_for(GetParam());
   }
   expectUnanswered();
-  const Node::Rectangle again = button("Yes").extents();
+  const Node::Rectangle again = button("Download firmware").extents();
   EXPECT_LT(std::abs(again.x - yes.x), yes.width / 2);
   EXPECT_LT(std::abs(again.y - yes.y), yes.height / 2);
-  answer("Yes");
+  answer("Download firmware");
   progressBar();
 }
 
@@ -145,14 +145,14 @@ TEST_F(AnsweringASheet, HeldShiftBlocksUntilItIsLetGo) {
   selectByKey();
   desktop().holdDown("Shift_L");
   click(button("Download"));
-  button("Yes");
+  button("Download firmware");
   std::this_thread::sleep_for(4s);
-  click(button("Yes"));
+  click(button("Download firmware"));
   std::this_thread::sleep_for(500ms);
   expectUnanswered();
   desktop().letGo("Shift_L");
   std::this_thread::sleep_for(1s);
-  click(button("Yes"));
+  click(button("Download firmware"));
   progressBar();
 }
 
@@ -176,10 +176,10 @@ TEST_P(KeyboardAfterASheet, GoesBackToTheList) {
   enabledButton("Download");
   for (int i = 0; i < 3; ++i) {
     press("Return");
-    answerByKey("Escape", "Yes");
+    answerByKey("Escape", "Download firmware");
     waitForActive("Printer Firmware Update");
     press("Return");
-    answerByKey("Return", "Yes");
+    answerByKey("Return", "Download firmware");
     answerByKey("Return", "Close");
     waitForActive("Printer Firmware Update");
     EXPECT_TRUE(cell("Office").isSelected());

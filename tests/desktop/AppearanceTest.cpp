@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "Crowd.h"
 #include "DesktopTest.h"
 
 namespace {
@@ -24,7 +25,7 @@ class Appearance : public DesktopTest {
     keepPicture(name + "-1-list");
     askForUpdate("Office");
     keepPicture(name + "-2-question");
-    answer("Yes");
+    answer("Download firmware");
     labelWith("Do not switch the printer off");
     keepPicture(name + "-3-progress");
     button("Close");
@@ -77,6 +78,64 @@ TEST_F(Appearance, ADarkThemeReadsWell) {
   cell("Office");
   walkThrough("dark");
 }
+
+// Printers by the dozen, and the question about one of them.
+class QuestionAboutARow : public Appearance {
+ protected:
+  using Appearance::Appearance;
+
+  // `key` moves the selection to a row that `times` as often.
+  void expectRowInSight(const char* key, int times, const std::string& printer) {
+    press("Home");
+    for (int i = 0; i < times; ++i) press(key);
+    EXPECT_TRUE(desktop::waitUntil([&] { return cell(printer).isSelected(); }, 20s)) << printer;
+    press("Return");
+    labelWith(printer + " (10.100.0.");
+    const Node::Rectangle row = cell(printer).extents();
+    const auto question = desktop::findNode(program().pid(), "dialog", "Confirm the Download", 20s);
+    ASSERT_TRUE(question);
+    const Node::Rectangle sheet = question->extents();
+    keepPicture(printer);
+    EXPECT_TRUE(row.y + row.height <= sheet.y - kTitleBar || row.y >= sheet.y + sheet.height)
+        << printer << ": " << row.y << " " << sheet.y << " " << sheet.height;
+    answerByKey("Escape", "Do not download");
+    waitForActive("Printer Firmware Update");
+  }
+
+  void expectRowsInSight() {
+    Crowd crowd({"--count", "40", "--ours", "40"});
+    startProgram(mEnvironment);
+    ASSERT_TRUE(waitForLog("Adding printer with ID=40"));
+    expectRowInSight("Down", 0, "Printer 0001");
+    expectRowInSight("Down", 4, "Printer 0005");
+    expectRowInSight("Down", 20, "Printer 0021");
+    expectRowInSight("End", 1, "Printer 0040");
+  }
+
+  desktop::ChildProcess::Environment mEnvironment;
+
+ private:
+  static constexpr int kTitleBar = 10;
+};
+
+TEST_F(QuestionAboutARow, LeavesItInSight) { expectRowsInSight(); }
+
+class QuestionUnderMetacity : public QuestionAboutARow {
+ protected:
+  QuestionUnderMetacity() : QuestionAboutARow(1920, 1200, "metacity") {}
+};
+
+TEST_F(QuestionUnderMetacity, LeavesItsRowInSight) { expectRowsInSight(); }
+
+class QuestionOnASmallScreen : public QuestionAboutARow {
+ protected:
+  QuestionOnASmallScreen() : QuestionAboutARow(1024, 768) {
+    setScale(2);
+    mEnvironment = {{"QT_SCALE_FACTOR", "2"}};
+  }
+};
+
+TEST_F(QuestionOnASmallScreen, LeavesItsRowInSight) { expectRowsInSight(); }
 
 // Of 512 x 384 units.
 class SmallScreen : public Appearance {

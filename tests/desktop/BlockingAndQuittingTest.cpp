@@ -41,9 +41,9 @@ TEST_F(SheetBlocksItsWindow, TheQuestionLetsNothingThrough) {
   askForUpdate("Office");
   tryEverythingBehindTheSheet();
   EXPECT_TRUE(programRuns());
-  EXPECT_TRUE(isOnScreen("push button", "Yes"));
+  EXPECT_TRUE(isOnScreen("push button", "Download firmware"));
   EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 0u);
-  answerByKey("Escape", "Yes");
+  answerByKey("Escape", "Download firmware");
 }
 
 TEST_F(SheetBlocksItsWindow, TheProgressLetsNothingThrough) {

@@ -37,9 +37,9 @@ TEST_F(WindowInACrowd, ListsItsPrintersAmong300AndAnswers) {
   press("End");
   click(cell("Printer 0100"));
   click(enabledButton("Download"));
-  button("Yes");
+  button("Download firmware");
   keepPicture("2-last-one-asked-for");
-  answer("No");
+  answer("Do not download");
   crowd.withdraw();
   EXPECT_TRUE(waitUntilGone("table cell", "Printer 0100"));
   EXPECT_THAT(printersInList(), SizeIs(0));

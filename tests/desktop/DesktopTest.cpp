@@ -141,12 +141,12 @@ void DesktopTest::click(const Node::Rectangle& place, int times) {
 void DesktopTest::askForUpdate(const std::string& printer) {
   click(cell(printer));
   click(enabledButton("Download"));
-  button("Yes");
+  button("Download firmware");
 }
 
 void DesktopTest::startUpdate(const std::string& printer) {
   askForUpdate(printer);
-  answer("Yes");
+  answer("Download firmware");
   progressBar();
 }
 

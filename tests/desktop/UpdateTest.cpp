@@ -19,9 +19,9 @@ TEST_F(UpdateFromTheWindow, ClicksFromTheListToTheFlash) {
   enabledButton("Download");
   keepPicture("2-selected");
   click(button("Download"));
-  button("Yes");
+  button("Download firmware");
   keepPicture("3-question");
-  answer("Yes");
+  answer("Download firmware");
   progressBar();
   labelWith("Office (");
   labelWith("Do not switch the printer off");
@@ -43,7 +43,7 @@ TEST_F(UpdateFromTheWindow, KeysAloneDoTheSame) {
   press("Home");
   enabledButton("Download");
   press("Return");
-  answerByKey("alt+y", "Yes");
+  answerByKey("alt+d", "Download firmware");
   progressBar();
   printer->waitFor("burn");
   EXPECT_EQ(burnedSha256(*printer), DEMO_BRAND_SHA256);
@@ -55,7 +55,7 @@ TEST_F(UpdateFromTheWindow, AScreenReaderDoesTheSame) {
   startProgram();
   click(cell("Office"));
   EXPECT_TRUE(enabledButton("Download").activate());
-  EXPECT_TRUE(button("Yes").activate());
+  EXPECT_TRUE(button("Download firmware").activate());
   printer->waitFor("burn");
   EXPECT_EQ(burnedSha256(*printer), DEMO_BRAND_SHA256);
   EXPECT_EQ(printer->stop(), 0);
@@ -74,7 +74,7 @@ TEST_F(UpdateFromTheWindow, NoLeavesThePrinterAlone) {
   const auto printer = startPrinter("Office");
   startProgram();
   askForUpdate("Office");
-  answer("No");
+  answer("Do not download");
   EXPECT_TRUE(enabledButton("Download").isEnabled());
   EXPECT_EQ(printer->stop(), 0);
   EXPECT_THAT(printer->entries("connected"), IsEmpty());
@@ -84,7 +84,7 @@ TEST_F(UpdateFromTheWindow, EscapeMeansNo) {
   const auto printer = startPrinter("Office");
   startProgram();
   askForUpdate("Office");
-  answerByKey("Escape", "No");
+  answerByKey("Escape", "Do not download");
   EXPECT_EQ(printer->stop(), 0);
   EXPECT_THAT(printer->entries("connected"), IsEmpty());
 }
@@ -93,10 +93,10 @@ TEST_F(UpdateFromTheWindow, ADoubleClickAsksAgainAfterTheButtonDid) {
   const auto printer = startPrinter("Office");
   startProgram();
   askForUpdate("Office");
-  answerByKey("Escape", "Yes");
+  answerByKey("Escape", "Download firmware");
   waitForActive("Printer Firmware Update");
   click(cell("Office"), 2);
-  button("Yes");
+  button("Download firmware");
 }
 
 TEST_F(UpdateFromTheWindow, AnUpdatedPrinterReturnsAndIsUpToDate) {

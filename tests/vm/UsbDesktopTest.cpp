@@ -49,7 +49,7 @@ TEST_F(UsbFromTheWindow, AnAttachedPrinterIsUpdatedWithoutAQuestion) {
   keepPicture("1-list");
   download("VP000001");
   progressBar();
-  EXPECT_FALSE(isOnScreen("push button", "Yes"));
+  EXPECT_FALSE(isOnScreen("push button", "Download firmware"));
   labelWith("Veltra KX350T (VP000001)");
   keepPicture("2-progress");
   EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));

@@ -90,11 +90,12 @@ class UnattendedUpdate {
     clickUntil(isPrinter, "an enabled Download button", isEnabledDownload);
     keepPicture("2-selected");
     // A printer on the network is asked about, one on USB is not.
-    const Node next = clickUntil(isEnabledDownload, "a question or the progress",
-                                 [](const Node& node) { return isYes(node) || isProgress(node); });
-    if (isYes(next)) {
+    const Node next =
+        clickUntil(isEnabledDownload, "a question or the progress",
+                   [](const Node& node) { return isConfirm(node) || isProgress(node); });
+    if (isConfirm(next)) {
       keepPicture("2-question");
-      clickUntil(isYes, "the progress", isProgress);
+      clickUntil(isConfirm, "the progress", isProgress);
     }
     keepPicture("3-progress");
 
@@ -116,7 +117,7 @@ class UnattendedUpdate {
     return node.role() == "push button" && node.name() == name && node.isEnabled();
   }
   static bool isEnabledDownload(const Node& node) { return isButton(node, "Download"); }
-  static bool isYes(const Node& node) { return isButton(node, "Yes"); }
+  static bool isConfirm(const Node& node) { return isButton(node, "Download firmware"); }
   static bool isProgress(const Node& node) { return node.role() == "progress bar"; }
 
   path journal() const { return mSettings.output / "journal.jsonl"; }

@@ -137,6 +137,26 @@ bool ListControl::removeItem(ItemId item) {
   return removed;
 }
 
+QString ListControl::selectedText(FourCharCode property) const {
+  const QModelIndex cell = mModel.index(mModel.rowOf(selectedItem()), mModel.columnOf(property));
+  return mModel.data(cell, Qt::DisplayRole).toString();
+}
+
+QRect ListControl::selectedPlace() const {
+  const QModelIndexList rows = mSelection.selectedRows();
+  if (rows.isEmpty()) return {};
+  QRect place = visualRect(rows.first());
+  place.setLeft(0);
+  place.setRight(viewport()->width());
+  place &= viewport()->rect();
+  return {viewport()->mapToGlobal(place.topLeft()), place.size()};
+}
+
+void ListControl::scrollToSelected(ScrollHint hint) {
+  const QModelIndexList rows = mSelection.selectedRows();
+  if (!rows.isEmpty()) scrollTo(rows.first(), hint);
+}
+
 std::uint16_t ListControl::columnWidthOf(int column) const {
   return mWidths[static_cast<std::size_t>(column)];
 }

@@ -38,6 +38,13 @@ class ListControl : public QTreeView {
   ItemId selectedItem() const;
   bool removeItem(ItemId item);
 
+  // Of the selected row: its text in that column, and its place on the screen as far as it shows.
+  // Empty when there is none.
+  QString selectedText(FourCharCode property) const;
+  QRect selectedPlace() const;
+
+  void scrollToSelected(ScrollHint hint);
+
   // Widths as the program knows them, modulo 65536. The upper half of that range is what a width
   // below zero wraps to: the column is then shown at its smallest.
   std::uint16_t columnWidthOf(int column) const;

@@ -27,12 +27,11 @@
 #include "platform/qt/QuitQuestions.h"
 #include "platform/qt/SheetDialog.h"
 #include "platform/qt/SheetGuard.h"
+#include "platform/qt/ShownLine.h"
 #include "platform/qt/WindowStack.h"
 
 namespace platform {
 namespace {
-
-constexpr int kLongWord = 20;  // in average characters
 
 FloatRect toFloatRect(const QRect& bounds) {
   return {static_cast<float>(bounds.x()), static_cast<float>(bounds.y()),
@@ -282,17 +281,10 @@ OSStatus QtToolkit::getControlById(WindowRef window, ControlId id, ControlRef& c
   return noErr;
 }
 
-// Plain text only: printers choose their own names. What reads the text aloud needs no marks.
 OSStatus QtToolkit::setControlText(ControlRef control, const Text& text) {
   auto* label = qobject_cast<QLabel*>(mControls.widget(control));
   if (label == nullptr) return errControlNotFound;
-  label->setTextFormat(Qt::PlainText);
-  const QString line = legible(toQString(text));
-  const QFontMetrics font = label->fontMetrics();
-  label->setText(breakable(isolated(line), [&font](const QString& word) {
-    return font.horizontalAdvance(word) > kLongWord * font.averageCharWidth();
-  }));
-  label->setAccessibleName(line);
+  showLine(*label, toQString(text));
   return noErr;
 }
 

@@ -1,7 +1,13 @@
 // A sheet of an interface file (a QDialog there). Escape issues the command in its dynamic property
 // "cancelCommand", and so does the close button of its frame, unless the property "closeCommand"
 // names another; without them they do nothing, so that a running download is not dismissed by
-// accident. Only the program hides a sheet. Owned by the toolkit.
+// accident. Only the program hides a sheet.
+//
+// A sheet is about the row that is selected in the list of the window below it. A label with the
+// property "selectedColumns" ("lcNm lcId") says which row that is: its text in the first of these
+// columns, and that in the second in parentheses. The sheet leaves the row in sight where the
+// screen has the room, and where programs place their own windows: on Wayland they do not. Owned by
+// the toolkit.
 #pragma once
 
 #include <QDialog>
@@ -11,6 +17,8 @@
 #include "platform/FourCharCode.h"
 
 namespace platform {
+
+class ListControl;
 
 class SheetDialog : public QDialog {
  public:
@@ -36,6 +44,8 @@ class SheetDialog : public QDialog {
   FourCharCode closeCommand() const;
   void issue(FourCharCode command);
   void fitToContents();
+  void nameRow(const ListControl& list);
+  bool placeClearOf(const QRect& row, const QWidget& over);
 
   std::function<void(FourCharCode)> mCommanded;
 };

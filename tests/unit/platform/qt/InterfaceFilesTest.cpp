@@ -36,8 +36,8 @@ class InterfaceFiles : public QtWindows {
 
 TEST_F(InterfaceFiles, ButtonsHaveTheirLabels) {
   EXPECT_EQ(accessibleName(button(kMain, "Down"_4cc)), "Download");
-  EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "Yes "_4cc)), "Yes");
-  EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "No  "_4cc)), "No");
+  EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "Yes "_4cc)), "Download firmware");
+  EXPECT_EQ(accessibleName(button("ConfirmDownloadSheet", "No  "_4cc)), "Do not download");
   EXPECT_EQ(accessibleName(button("FailedSheet", "Clos"_4cc)), "Close");
   EXPECT_EQ(accessibleName(button("UpToDateSheet", "Clos"_4cc)), "Close");
   EXPECT_EQ(accessibleName(button("QuitSheet", "Keep"_4cc)), "Keep downloading");

@@ -37,7 +37,7 @@ class QtApplicationTest : public testing::Test {
 
 TEST_F(QtApplicationTest, TextsAreInTheUsersLanguage) {
   EXPECT_TRUE(inLanguage(QLocale::English, "USB_PRINTER_CONFIRMATION")
-                  .starts_with("Download new firmware to the selected USB printer?"));
+                  .starts_with("Download new firmware to this USB printer?"));
   EXPECT_TRUE(inLanguage(QLocale::German, "USB_PRINTER_CONFIRMATION")
                   .starts_with("Firmware des ausgewählten USB-Druckers aktualisieren?"));
   EXPECT_TRUE(inLanguage(QLocale::German, "NETWORK_PRINTER_CONFIRMATION")
@@ -46,7 +46,7 @@ TEST_F(QtApplicationTest, TextsAreInTheUsersLanguage) {
 
 TEST_F(QtApplicationTest, LanguageWithoutTranslationGetsEnglish) {
   EXPECT_TRUE(inLanguage(QLocale::Finnish, "NETWORK_PRINTER_CONFIRMATION")
-                  .starts_with("Download new firmware to the selected network printer?"));
+                  .starts_with("Download new firmware to this network printer?"));
 }
 
 class TextsOfACountry : public QtApplicationTest,

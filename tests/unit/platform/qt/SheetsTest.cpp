@@ -189,6 +189,116 @@ TEST_F(QtSheets, ProgressMovesAndWarns) {
   EXPECT_TRUE(warns);
 }
 
+class QtQuestionAboutARow : public QtSheets {
+ protected:
+  QLabel& printer() { return *window(kConfirm)->findChild<QLabel*>("printer"); }
+
+  void fillListWith(platform::OSStatus (*itemData)(platform::ControlRef, platform::ItemId,
+                                                   platform::FourCharCode, platform::ItemData&,
+                                                   bool)) {
+    fillList(1);
+    platform::DataBrowserCallbacks callbacks;
+    callbacks.itemData = itemData;
+    list().items().setCallbacks(list().items().control(), callbacks);
+  }
+
+  void select(int row) {
+    list().setCurrentIndex(list().model()->index(row, 0));
+    settle();
+  }
+
+  static QRect framed(const QWidget& sheet) { return sheet.frameGeometry(); }
+};
+
+TEST_F(QtQuestionAboutARow, NamesIt) {
+  fillListWith([](platform::ControlRef, platform::ItemId, platform::FourCharCode column,
+                  platform::ItemData& data, bool) {
+    return data.setText(platform::Text::fromUtf8(column == "lcNm"_4cc   ? "Office"
+                                                 : column == "lcId"_4cc ? "10.0.0.5"
+                                                                        : "Bonjour"));
+  });
+  showSheet(kConfirm);
+  EXPECT_EQ(printer().text(), QStringLiteral("\u2068Office\u2069 (\u206810.0.0.5\u2069)"));
+  EXPECT_EQ(printer().accessibleName(), "Office (10.0.0.5)");
+}
+
+TEST_F(QtQuestionAboutARow, NamesAPrinterWithoutAnAddress) {
+  fillListWith([](platform::ControlRef, platform::ItemId, platform::FourCharCode column,
+                  platform::ItemData& data, bool) {
+    return data.setText(column == "lcNm"_4cc ? platform::Text::fromUtf8("<b>KX</b>\n\u202Egpj")
+                                             : platform::Text());
+  });
+  showSheet(kConfirm);
+  EXPECT_EQ(printer().textFormat(), Qt::PlainText);
+  EXPECT_EQ(printer().text(), QStringLiteral("<b>KX</b>\uFFFD\uFFFDgpj"));
+}
+
+TEST_F(QtQuestionAboutARow, NamesTheNextOneTheNextTime) {
+  fillList(2);
+  const auto sheet = showSheet(kConfirm);
+  toolkit().hideSheetWindow(sheet);
+  select(1);
+  toolkit().showSheetWindow(sheet, mMain);
+  EXPECT_EQ(printer().accessibleName(), "Printer 2 (Printer 2)");
+}
+
+TEST_F(QtQuestionAboutARow, LeavesItInSightWhereverItIs) {
+  fillList(60);
+  const auto sheet = create(kConfirm);
+  const QRect screen = window(kMain)->screen()->availableGeometry();
+  for (const int row : {0, 2, 4, 5, 6, 8, 30, 59}) {
+    select(row);
+    toolkit().showSheetWindow(sheet, mMain);
+    settle();
+    const QRect place = list().selectedPlace();
+    EXPECT_EQ(place.height(), list().visualRect(list().currentIndex()).height()) << row;
+    EXPECT_GT(place.width(), list().width() / 2) << row;
+    EXPECT_FALSE(framed(*window(kConfirm)).intersects(place)) << row;
+    EXPECT_TRUE(screen.contains(framed(*window(kConfirm)))) << row;
+    toolkit().hideSheetWindow(sheet);
+  }
+}
+
+TEST_F(QtQuestionAboutARow, BringsItIntoSight) {
+  fillList(60);
+  select(59);
+  list().scrollToTop();
+  ASSERT_TRUE(list().selectedPlace().isEmpty());
+  showSheet(kConfirm);
+  EXPECT_FALSE(list().selectedPlace().isEmpty());
+}
+
+// With as little room above and below, the row goes to the top of the list.
+TEST_F(QtQuestionAboutARow, LeavesItInSightOnASmallScreen) {
+  fillList(60);
+  const QRect screen = window(kMain)->screen()->availableGeometry();
+  window(kMain)->setGeometry(screen);
+  select(20);
+  list().scrollTo(list().currentIndex(), QAbstractItemView::PositionAtCenter);
+  const auto sheet = create(kConfirm);
+  window(kConfirm)->findChild<QLabel*>("question")->setText(QString("text ").repeated(300));
+  toolkit().showSheetWindow(sheet, mMain);
+  settle();
+  ASSERT_GT(framed(*window(kConfirm)).height(), screen.height() / 2);
+  ASSERT_LT(framed(*window(kConfirm)).height(), screen.height() * 3 / 4);
+  EXPECT_FALSE(framed(*window(kConfirm)).intersects(list().selectedPlace()));
+  EXPECT_FALSE(list().selectedPlace().isEmpty());
+  EXPECT_TRUE(screen.contains(framed(*window(kConfirm))));
+}
+
+TEST_F(QtQuestionAboutARow, StaysInTheMiddleWhereItCoversNothing) {
+  const auto sheet = showSheet(kConfirm);
+  const QPoint middle = framed(*window(kConfirm)).center();
+  toolkit().hideSheetWindow(sheet);
+  fillList(1);
+  window(kMain)->resize(window(kMain)->width(), 700);
+  toolkit().showSheetWindow(sheet, mMain);
+  settle();
+  EXPECT_NEAR(framed(*window(kConfirm)).center().x(), middle.x(), 2);
+  EXPECT_NEAR(framed(*window(kConfirm)).center().y(), window(kMain)->frameGeometry().center().y(),
+              2);
+}
+
 class QtProgressSheet : public QtSheets {
  protected:
   QtProgressSheet() {
