@@ -3,8 +3,10 @@
 
 #include <dbus/dbus.h>
 
+#include <initializer_list>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace platform {
 
@@ -13,13 +15,42 @@ struct BusMessageRelease {
 };
 using BusMessage = std::unique_ptr<DBusMessage, BusMessageRelease>;
 
-// Null when there is no memory, or a name is none. Nobody is started by it.
+// A call that the bus starts its destination for, where it knows how. Null when there is no memory,
+// or a name is none.
+inline BusMessage newStartingCall(const std::string& destination, const std::string& path,
+                                  const char* interface, const char* method) {
+  return BusMessage(
+      dbus_message_new_method_call(destination.c_str(), path.c_str(), interface, method));
+}
+
+// The same, but nobody is started by it.
 inline BusMessage newMethodCall(const std::string& destination, const std::string& path,
                                 const char* interface, const char* method) {
-  BusMessage message(
-      dbus_message_new_method_call(destination.c_str(), path.c_str(), interface, method));
+  BusMessage message = newStartingCall(destination, path, interface, method);
   if (message != nullptr) dbus_message_set_auto_start(message.get(), FALSE);
   return message;
+}
+
+// Appends a table of options, all of them texts (UTF-8).
+inline void appendOptions(
+    DBusMessage* message,
+    std::initializer_list<std::pair<const char*, const std::string&>> options) {
+  DBusMessageIter end;
+  DBusMessageIter table;
+  DBusMessageIter entry;
+  DBusMessageIter value;
+  dbus_message_iter_init_append(message, &end);
+  dbus_message_iter_open_container(&end, DBUS_TYPE_ARRAY, "{sv}", &table);
+  for (const auto& [name, text] : options) {
+    const char* const bytes = text.c_str();
+    dbus_message_iter_open_container(&table, DBUS_TYPE_DICT_ENTRY, nullptr, &entry);
+    dbus_message_iter_append_basic(&entry, DBUS_TYPE_STRING, &name);
+    dbus_message_iter_open_container(&entry, DBUS_TYPE_VARIANT, "s", &value);
+    dbus_message_iter_append_basic(&value, DBUS_TYPE_STRING, &bytes);
+    dbus_message_iter_close_container(&entry, &value);
+    dbus_message_iter_close_container(&table, &entry);
+  }
+  dbus_message_iter_close_container(&end, &table);
 }
 
 // Null when it is an error, or has none.

@@ -17,7 +17,9 @@
 #include "platform/Platform.h"
 #include "platform/Status.h"
 #include "platform/SystemLog.h"
+#include "platform/Translatable.h"
 #include "platform/avahi/AvahiServiceDiscovery.h"
+#include "platform/dbus/PowerLock.h"
 #include "platform/libusb/LibusbRegistry.h"
 #include "platform/posix/PosixBundle.h"
 #include "platform/posix/PosixFiles.h"
@@ -61,6 +63,18 @@ void reportNoDisplay() {
 }
 
 void logError(const std::string& entry) { Log<3>() << entry << std::flush; }
+void logNotice(const std::string& entry) { Log<5>() << entry << std::flush; }
+
+//: Shown by the desktop, with the program's name, as what keeps the computer from sleeping or from
+//: being shut down.
+constexpr char kWhyAwake[] = TRANSLATABLE("Localizable", "A printer is getting new firmware.");
+
+std::unique_ptr<platform::DownloadObserver> makePowerLock(platform::QtApplication& application) {
+  const platform::Text why =
+      application.strings().localizedString(platform::Text::fromUtf8(kWhyAwake));
+  return platform::makePowerLock(application.runLoop(), {"fwupdate", std::string(why.utf8())},
+                                 &logNotice);
+}
 
 // All else, beside what the log stands on. In the order of construction: what stands on the run
 // loop goes before the application that has it.
@@ -74,7 +88,9 @@ class Host {
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
         mServices(
             platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
-        mUsb(platform::makeLibusbRegistry(mApplication->runLoop(), &logError)) {
+        mUsb(platform::makeLibusbRegistry(mApplication->runLoop(), &logError)),
+        mPowerLock(makePowerLock(*mApplication)) {
+    mDownloadObservers.add(*mPowerLock);
     mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(mApplication->downloadObserver());
   }
@@ -100,6 +116,7 @@ class Host {
   std::unique_ptr<platform::Network> mNetwork;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::UsbRegistry> mUsb;
+  std::unique_ptr<platform::DownloadObserver> mPowerLock;
   platform::DownloadObservers mDownloadObservers;
 };
 
