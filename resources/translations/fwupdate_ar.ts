@@ -9,14 +9,14 @@
         <translation>تأكيد التحديث</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>لا</translation>
+        <translation>عدم التحديث</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>نعم</translation>
+        <translation>تحديث البرنامج الثابت</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>هل تريد تحديث البرنامج الثابت لطابعة الشبكة المحددة؟ لن يتمكن أحد من الطباعة عليها في أثناء ذلك، ويجب أن تبقى قيد التشغيل.</translation>
+        <translation>هل تريد تحديث البرنامج الثابت لطابعة الشبكة هذه؟ لن يتمكن أحد من الطباعة عليها في أثناء ذلك، ويجب أن تبقى قيد التشغيل.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>هل تريد تحديث البرنامج الثابت لطابعة USB المحددة؟ لن تتمكن من الطباعة في أثناء ذلك، ويجب أن تبقى قيد التشغيل وموصولة.</translation>
+        <translation>هل تريد تحديث البرنامج الثابت لطابعة USB هذه؟ لن تتمكن من الطباعة في أثناء ذلك، ويجب أن تبقى قيد التشغيل وموصولة.</translation>
     </message>
 </context>
 <context>

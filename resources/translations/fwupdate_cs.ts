@@ -9,14 +9,14 @@
         <translation>Potvrzení aktualizace</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Ne</translation>
+        <translation>&amp;Neaktualizovat</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Ano</translation>
+        <translation>&amp;Aktualizovat firmware</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Aktualizovat firmware vybrané síťové tiskárny? Mezitím na ní nemůže nikdo tisknout a musí zůstat zapnutá.</translation>
+        <translation>Aktualizovat firmware této síťové tiskárny? Mezitím na ní nemůže nikdo tisknout a musí zůstat zapnutá.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Aktualizovat firmware vybrané tiskárny USB? Mezitím nemůže tisknout a musí zůstat zapnutá a připojená.</translation>
+        <translation>Aktualizovat firmware této tiskárny USB? Mezitím nemůže tisknout a musí zůstat zapnutá a připojená.</translation>
     </message>
 </context>
 <context>

@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Firmware des ausgewählten Netzwerkdruckers aktualisieren? Währenddessen kann niemand auf ihm drucken, und er muss eingeschaltet bleiben.</translation>
+        <translation>Firmware dieses Netzwerkdruckers aktualisieren? Währenddessen kann niemand auf ihm drucken, und er muss eingeschaltet bleiben.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Firmware des ausgewählten USB-Druckers aktualisieren? Er kann währenddessen nicht drucken und muss eingeschaltet und verbunden bleiben.</translation>
+        <translation>Firmware dieses USB-Druckers aktualisieren? Er kann währenddessen nicht drucken und muss eingeschaltet und verbunden bleiben.</translation>
     </message>
 </context>
 <context>

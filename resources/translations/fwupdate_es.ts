@@ -9,14 +9,14 @@
         <translation>Confirmar la actualización</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;No</translation>
+        <translation>&amp;No actualizar</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Sí</translation>
+        <translation>&amp;Actualizar firmware</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>¿Actualizar el firmware de la impresora de red seleccionada? Mientras tanto nadie podrá imprimir en ella y debe permanecer encendida.</translation>
+        <translation>¿Actualizar el firmware de esta impresora de red? Mientras tanto nadie podrá imprimir en ella y debe permanecer encendida.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>¿Actualizar el firmware de la impresora USB seleccionada? Mientras tanto no podrá imprimir y debe permanecer encendida y conectada.</translation>
+        <translation>¿Actualizar el firmware de esta impresora USB? Mientras tanto no podrá imprimir y debe permanecer encendida y conectada.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>Confirmer la mise à jour</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Non</translation>
+        <translation>&amp;Ne pas mettre à jour</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Oui</translation>
+        <translation>&amp;Mettre à jour</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Mettre à jour le micrologiciel de l’imprimante réseau sélectionnée&#xa0;? Personne ne pourra l’utiliser pendant ce temps et elle doit rester allumée.</translation>
+        <translation>Mettre à jour le micrologiciel de cette imprimante réseau&#xa0;? Personne ne pourra l’utiliser pendant ce temps et elle doit rester allumée.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Mettre à jour le micrologiciel de l’imprimante USB sélectionnée&#xa0;? Elle ne pourra pas imprimer pendant ce temps et doit rester allumée et connectée.</translation>
+        <translation>Mettre à jour le micrologiciel de cette imprimante USB&#xa0;? Elle ne pourra pas imprimer pendant ce temps et doit rester allumée et connectée.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>Conferma dell’aggiornamento</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;No</translation>
+        <translation>&amp;Non aggiornare</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Sì</translation>
+        <translation>&amp;Aggiorna firmware</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Aggiornare il firmware della stampante di rete selezionata? Nel frattempo nessuno potrà usarla per stampare e deve restare accesa.</translation>
+        <translation>Aggiornare il firmware di questa stampante di rete? Nel frattempo nessuno potrà usarla per stampare e deve restare accesa.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Aggiornare il firmware della stampante USB selezionata? Nel frattempo non potrà stampare e deve restare accesa e collegata.</translation>
+        <translation>Aggiornare il firmware di questa stampante USB? Nel frattempo non potrà stampare e deve restare accesa e collegata.</translation>
     </message>
 </context>
 <context>

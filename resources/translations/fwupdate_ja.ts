@@ -9,14 +9,14 @@
         <translation>更新の確認</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>いいえ(&amp;N)</translation>
+        <translation>更新しない(&amp;N)</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>はい(&amp;Y)</translation>
+        <translation>ファームウェアを更新(&amp;D)</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>選択したネットワークプリンターのファームウェアを更新しますか？更新中は誰も印刷できません。電源を入れたままにしてください。</translation>
+        <translation>このネットワークプリンターのファームウェアを更新しますか？更新中は誰も印刷できません。電源を入れたままにしてください。</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>選択した USB プリンターのファームウェアを更新しますか？更新中は印刷できません。電源を入れ、接続したままにしてください。</translation>
+        <translation>この USB プリンターのファームウェアを更新しますか？更新中は印刷できません。電源を入れ、接続したままにしてください。</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>업데이트 확인</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>아니요(&amp;N)</translation>
+        <translation>업데이트 안 함(&amp;N)</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>예(&amp;Y)</translation>
+        <translation>펌웨어 업데이트(&amp;D)</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>선택한 네트워크 프린터의 펌웨어를 업데이트하시겠습니까? 그동안 아무도 이 프린터로 인쇄할 수 없으며, 프린터는 켜져 있어야 합니다.</translation>
+        <translation>이 네트워크 프린터의 펌웨어를 업데이트하시겠습니까? 그동안 아무도 이 프린터로 인쇄할 수 없으며, 프린터는 켜져 있어야 합니다.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>선택한 USB 프린터의 펌웨어를 업데이트하시겠습니까? 그동안 인쇄할 수 없으며, 프린터는 켜지고 연결된 상태로 있어야 합니다.</translation>
+        <translation>이 USB 프린터의 펌웨어를 업데이트하시겠습니까? 그동안 인쇄할 수 없으며, 프린터는 켜지고 연결된 상태로 있어야 합니다.</translation>
     </message>
 </context>
 <context>

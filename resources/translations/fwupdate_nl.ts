@@ -9,14 +9,14 @@
         <translation>Bijwerken bevestigen</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Nee</translation>
+        <translation>&amp;Niet bijwerken</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Ja</translation>
+        <translation>Firmware &amp;bijwerken</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>De firmware van de geselecteerde netwerkprinter bijwerken? Intussen kan niemand erop afdrukken en hij moet aan blijven.</translation>
+        <translation>De firmware van deze netwerkprinter bijwerken? Intussen kan niemand erop afdrukken en hij moet aan blijven.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>De firmware van de geselecteerde USB-printer bijwerken? Hij kan intussen niet afdrukken en moet aan en verbonden blijven.</translation>
+        <translation>De firmware van deze USB-printer bijwerken? Hij kan intussen niet afdrukken en moet aan en verbonden blijven.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>Potwierdzenie aktualizacji</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Nie</translation>
+        <translation>&amp;Nie aktualizuj</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Tak</translation>
+        <translation>&amp;Aktualizuj oprogramowanie</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Zaktualizować oprogramowanie sprzętowe wybranej drukarki sieciowej? W tym czasie nikt nie będzie mógł na niej drukować i musi ona pozostać włączona.</translation>
+        <translation>Zaktualizować oprogramowanie sprzętowe tej drukarki sieciowej? W tym czasie nikt nie będzie mógł na niej drukować i musi ona pozostać włączona.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Zaktualizować oprogramowanie sprzętowe wybranej drukarki USB? W tym czasie nie będzie mogła drukować i musi pozostać włączona i podłączona.</translation>
+        <translation>Zaktualizować oprogramowanie sprzętowe tej drukarki USB? W tym czasie nie będzie mogła drukować i musi pozostać włączona i podłączona.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>Confirmar a atualização</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Não</translation>
+        <translation>&amp;Não atualizar</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Sim</translation>
+        <translation>&amp;Atualizar firmware</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Atualizar o firmware da impressora de rede selecionada? Enquanto isso, ninguém poderá imprimir nela, e ela deve permanecer ligada.</translation>
+        <translation>Atualizar o firmware desta impressora de rede? Enquanto isso, ninguém poderá imprimir nela, e ela deve permanecer ligada.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Atualizar o firmware da impressora USB selecionada? Enquanto isso, ela não poderá imprimir e deve permanecer ligada e conectada.</translation>
+        <translation>Atualizar o firmware desta impressora USB? Enquanto isso, ela não poderá imprimir e deve permanecer ligada e conectada.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>Bekräfta uppdateringen</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Nej</translation>
+        <translation>Uppdatera &amp;inte</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Ja</translation>
+        <translation>&amp;Uppdatera</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Uppdatera den valda nätverksskrivarens fasta programvara? Ingen kan skriva ut på den under tiden, och den måste vara påslagen.</translation>
+        <translation>Uppdatera den här nätverksskrivarens fasta programvara? Ingen kan skriva ut på den under tiden, och den måste vara påslagen.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Uppdatera den valda USB-skrivarens fasta programvara? Den kan inte skriva ut under tiden och måste vara påslagen och ansluten.</translation>
+        <translation>Uppdatera den här USB-skrivarens fasta programvara? Den kan inte skriva ut under tiden och måste vara påslagen och ansluten.</translation>
     </message>
 </context>
 <context>

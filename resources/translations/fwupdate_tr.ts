@@ -9,14 +9,14 @@
         <translation>Güncellemeyi Onayla</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Hayır</translation>
+        <translation>Gü&amp;ncelleme</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Evet</translation>
+        <translation>&amp;Güncelle</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Seçili ağ yazıcısının donanım yazılımı güncellensin mi? Bu sırada kimse yazdıramaz ve yazıcı açık kalmalıdır.</translation>
+        <translation>Bu ağ yazıcısının donanım yazılımı güncellensin mi? Bu sırada kimse yazdıramaz ve yazıcı açık kalmalıdır.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Seçili USB yazıcısının donanım yazılımı güncellensin mi? Bu sırada yazdıramaz; açık ve bağlı kalmalıdır.</translation>
+        <translation>Bu USB yazıcısının donanım yazılımı güncellensin mi? Bu sırada yazdıramaz; açık ve bağlı kalmalıdır.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>Підтвердження оновлення</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>&amp;Ні</translation>
+        <translation>&amp;Не оновлювати</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>&amp;Так</translation>
+        <translation>&amp;Оновити мікропрограму</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Оновити мікропрограму вибраного мережевого принтера? Протягом цього часу на ньому ніхто не зможе друкувати, і він має залишатися увімкненим.</translation>
+        <translation>Оновити мікропрограму цього мережевого принтера? Протягом цього часу на ньому ніхто не зможе друкувати, і він має залишатися увімкненим.</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>Оновити мікропрограму вибраного USB-принтера? Протягом цього часу він не зможе друкувати й має залишатися увімкненим і під’єднаним.</translation>
+        <translation>Оновити мікропрограму цього USB-принтера? Протягом цього часу він не зможе друкувати й має залишатися увімкненим і під’єднаним.</translation>
     </message>
 </context>
 <context>

@@ -9,14 +9,14 @@
         <translation>确认更新</translation>
     </message>
     <message>
-        <source>&amp;No</source>
+        <source>Do &amp;not download</source>
         <extracomment>Button: leaves the printer as it is.</extracomment>
-        <translation>否(&amp;N)</translation>
+        <translation>不更新(&amp;N)</translation>
     </message>
     <message>
-        <source>&amp;Yes</source>
+        <source>&amp;Download firmware</source>
         <extracomment>Button: starts the download.</extracomment>
-        <translation>是(&amp;Y)</translation>
+        <translation>更新固件(&amp;D)</translation>
     </message>
 </context>
 <context>
@@ -315,12 +315,12 @@
     <message>
         <source>NETWORK_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a network printer. Its English is in Localizable_en.ts.</extracomment>
-        <translation>要更新所选网络打印机的固件吗？期间任何人都无法用它打印，且打印机必须保持开机。</translation>
+        <translation>要更新此网络打印机的固件吗？期间任何人都无法用它打印，且打印机必须保持开机。</translation>
     </message>
     <message>
         <source>USB_PRINTER_CONFIRMATION</source>
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
-        <translation>要更新所选 USB 打印机的固件吗？期间无法打印，且打印机必须保持开机和连接。</translation>
+        <translation>要更新此 USB 打印机的固件吗？期间无法打印，且打印机必须保持开机和连接。</translation>
     </message>
 </context>
 <context>

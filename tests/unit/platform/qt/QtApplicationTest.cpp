@@ -39,9 +39,9 @@ TEST_F(QtApplicationTest, TextsAreInTheUsersLanguage) {
   EXPECT_TRUE(inLanguage(QLocale::English, "USB_PRINTER_CONFIRMATION")
                   .starts_with("Download new firmware to this USB printer?"));
   EXPECT_TRUE(inLanguage(QLocale::German, "USB_PRINTER_CONFIRMATION")
-                  .starts_with("Firmware des ausgewählten USB-Druckers aktualisieren?"));
+                  .starts_with("Firmware dieses USB-Druckers aktualisieren?"));
   EXPECT_TRUE(inLanguage(QLocale::German, "NETWORK_PRINTER_CONFIRMATION")
-                  .starts_with("Firmware des ausgewählten Netzwerkdruckers aktualisieren?"));
+                  .starts_with("Firmware dieses Netzwerkdruckers aktualisieren?"));
 }
 
 TEST_F(QtApplicationTest, LanguageWithoutTranslationGetsEnglish) {
@@ -58,14 +58,16 @@ TEST_P(TextsOfACountry, AreInAScriptThatIsReadThere) {
   EXPECT_TRUE(text.starts_with(beginning)) << text;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , TextsOfACountry,
-    testing::Values(std::pair("C", "Download new firmware"),
-                    std::pair("en_GB", "Download new firmware"), std::pair("de_AT", "Firmware des"),
-                    std::pair("pt_BR", "Atualizar o firmware"),
-                    std::pair("pt_PT", "Atualizar o firmware"), std::pair("zh_CN", "要更新所选"),
-                    std::pair("zh_SG", "要更新所选"), std::pair("zh_TW", "Download new firmware"),
-                    std::pair("zh_HK", "Download new firmware")));
+INSTANTIATE_TEST_SUITE_P(, TextsOfACountry,
+                         testing::Values(std::pair("C", "Download new firmware"),
+                                         std::pair("en_GB", "Download new firmware"),
+                                         std::pair("de_AT", "Firmware dieses"),
+                                         std::pair("pt_BR", "Atualizar o firmware"),
+                                         std::pair("pt_PT", "Atualizar o firmware"),
+                                         std::pair("zh_CN", "要更新此网络"),
+                                         std::pair("zh_SG", "要更新此网络"),
+                                         std::pair("zh_TW", "Download new firmware"),
+                                         std::pair("zh_HK", "Download new firmware")));
 
 // Ends the process with the text in the user's language, as the environment says it.
 class TextsInASession : public QtApplicationTest {
@@ -84,12 +86,12 @@ class TextsInASession : public QtApplicationTest {
 
 TEST_F(TextsInASession, AreInTheFirstLanguageOfItsListThatThereIs) {
   const testing::ExitedWithCode well(0);
-  EXPECT_EXIT(printText("de_DE.UTF-8", ""), well, "Firmware des");
-  EXPECT_EXIT(printText("en_US.UTF-8", "de"), well, "Firmware des");
+  EXPECT_EXIT(printText("de_DE.UTF-8", ""), well, "Firmware dieses");
+  EXPECT_EXIT(printText("en_US.UTF-8", "de"), well, "Firmware dieses");
   EXPECT_EXIT(printText("de_DE.UTF-8", "en_US:de"), well, "Download new firmware");
   EXPECT_EXIT(printText("en_US.UTF-8", "fi_FI:sv:de"), well, "Uppdatera");
-  EXPECT_EXIT(printText("zh_TW.UTF-8", "zh_TW:zh_CN"), well, "要更新所选");
-  EXPECT_EXIT(printText("zh_TW.UTF-8", "zh_TW:zh"), well, "要更新所选");
+  EXPECT_EXIT(printText("zh_TW.UTF-8", "zh_TW:zh_CN"), well, "要更新此网络");
+  EXPECT_EXIT(printText("zh_TW.UTF-8", "zh_TW:zh"), well, "要更新此网络");
   EXPECT_EXIT(printText("zh_TW.UTF-8", ""), well, "Download new firmware");
   EXPECT_EXIT(printText("fi_FI.UTF-8", ""), well, "Download new firmware");
 }
