@@ -1,4 +1,7 @@
 option(FWUPDATE_TESTS "Build the tests and benchmarks" ON)
+include(CMakeDependentOption)
+cmake_dependent_option(FWUPDATE_TOOLS "Build the virtual printer and what drives a window" ON
+  "NOT FWUPDATE_TESTS" ON)
 option(FWUPDATE_MERGE_FILES "Compile several files of a test or tool at a time" OFF)
 option(FWUPDATE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 
