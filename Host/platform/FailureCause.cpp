@@ -9,8 +9,6 @@
 namespace platform {
 namespace {
 
-constexpr int kError = 3;
-
 // What a download puts before the text of an exception.
 constexpr std::array<std::string_view, 4> kIntroductions{
     "I/O Kit error occurred during async task: ",
@@ -409,7 +407,7 @@ template <typename Find>
 std::optional<FailureCause> firstOfErrors(const std::vector<LogHistory::Entry>& entries,
                                           Find find) {
   return firstOf(entries, [&](const LogHistory::Entry& entry) -> std::optional<FailureCause> {
-    if (entry.priority > kError) return std::nullopt;
+    if (entry.priority > LogHistory::kError) return std::nullopt;
     return find(withoutIntroduction(entry.text));
   });
 }
@@ -436,7 +434,7 @@ bool isAside(std::string_view text) {
 FailureCause unknown(const std::vector<LogHistory::Entry>& entries) {
   FailureCause said{nullptr, "", kCheckAndTryAgain, {}};
   for (const LogHistory::Entry& entry : entries) {
-    if (entry.priority > kError || isAside(entry.text)) continue;
+    if (entry.priority > LogHistory::kError || isAside(entry.text)) continue;
     said.cause = "%1";
     said.subject = entry.text;
   }

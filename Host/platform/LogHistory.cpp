@@ -12,8 +12,6 @@
 namespace platform {
 namespace {
 
-constexpr int kError = 3;
-
 // What is not UTF-8 counts byte by byte.
 std::string_view beginningOf(std::string_view text) {
   std::size_t size = 0;
@@ -27,7 +25,7 @@ std::string_view beginningOf(std::string_view text) {
 }
 
 const char* nameOf(int priority) {
-  if (priority <= kError) return "error";
+  if (priority <= LogHistory::kError) return "error";
   return priority >= 7 ? "debug" : "notice";
 }
 

@@ -22,6 +22,7 @@ class LogHistory final : public SystemLog, public DownloadObserver {
  public:
   using Time = std::chrono::system_clock::time_point;
 
+  static constexpr int kError = 3;  // the priority of failures
   static constexpr std::size_t kMostEntries = 200;
   static constexpr std::size_t kLongestText = 1000;  // bytes
 
