@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Firmware dieses USB-Druckers aktualisieren? Er kann währenddessen nicht drucken und muss eingeschaltet und verbunden bleiben.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>Die Firmware eines Druckers wird aktualisiert.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>¿Actualizar el firmware de esta impresora USB? Mientras tanto no podrá imprimir y debe permanecer encendida y conectada.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>Se está actualizando el firmware de una impresora.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

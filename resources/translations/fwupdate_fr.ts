@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Mettre à jour le micrologiciel de cette imprimante USB&#xa0;? Elle ne pourra pas imprimer pendant ce temps et doit rester allumée et connectée.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>Le micrologiciel d’une imprimante est en cours de mise à jour.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Aggiornare il firmware di questa stampante USB? Nel frattempo non potrà stampare e deve restare accesa e collegata.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>È in corso l’aggiornamento del firmware di una stampante.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

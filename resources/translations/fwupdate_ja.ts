@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>この USB プリンターのファームウェアを更新しますか？更新中は印刷できません。電源を入れ、接続したままにしてください。</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>プリンターのファームウェアを更新しています。</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>이 USB 프린터의 펌웨어를 업데이트하시겠습니까? 그동안 인쇄할 수 없으며, 프린터는 켜지고 연결된 상태로 있어야 합니다.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>프린터의 펌웨어를 업데이트하고 있습니다.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

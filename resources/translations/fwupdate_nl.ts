@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>De firmware van deze USB-printer bijwerken? Hij kan intussen niet afdrukken en moet aan en verbonden blijven.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>De firmware van een printer wordt bijgewerkt.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Zaktualizować oprogramowanie sprzętowe tej drukarki USB? W tym czasie nie będzie mogła drukować i musi pozostać włączona i podłączona.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>Trwa aktualizacja oprogramowania sprzętowego drukarki.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Atualizar o firmware desta impressora USB? Enquanto isso, ela não poderá imprimir e deve permanecer ligada e conectada.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>O firmware de uma impressora está sendo atualizado.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Uppdatera den här USB-skrivarens fasta programvara? Den kan inte skriva ut under tiden och måste vara påslagen och ansluten.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>En skrivares fasta programvara uppdateras.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>Оновити мікропрограму цього USB-принтера? Протягом цього часу він не зможе друкувати й має залишатися увімкненим і під’єднаним.</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>Оновлюється мікропрограма принтера.</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>

@@ -322,6 +322,11 @@
         <extracomment>The question before a download to a printer on a USB cable. Its English is in Localizable_en.ts.</extracomment>
         <translation>要更新此 USB 打印机的固件吗？期间无法打印，且打印机必须保持开机和连接。</translation>
     </message>
+    <message>
+        <source>A printer is getting new firmware.</source>
+        <extracomment>Shown by the desktop, with the program&apos;s name, as what keeps the computer from sleeping or from being shut down.</extracomment>
+        <translation>正在更新打印机的固件。</translation>
+    </message>
 </context>
 <context>
     <name>MenuBar</name>
