@@ -95,7 +95,8 @@ Node DesktopTest::cell(const std::string& text) {
 
 Node DesktopTest::labelWith(const std::string& text) {
   return find("label with " + text, [&](const Node& node) {
-    return node.role() == "label" && node.text().find(text) != std::string::npos;
+    const bool isLabel = node.role() == "label" || node.role() == "alert";
+    return isLabel && node.text().find(text) != std::string::npos;
   });
 }
 

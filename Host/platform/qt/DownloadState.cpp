@@ -12,24 +12,32 @@ void DownloadState::downloadBegan(const Text& printer, const Text& info) noexcep
   mBytes = mBytesInAll = 0;
   mErrors.clear();
   mOutcome.reset();
+  heardOf();
   emit began();
 }
 
 void DownloadState::phaseBegan(DownloadPhase phase, std::chrono::milliseconds bound) noexcept {
   mPhase = phase;
   mBound = bound;
+  heardOf();
   emit phaseChanged();
 }
 
 void DownloadState::versionsKnown(unsigned int printer, unsigned int firmware) noexcept {
   mVersions = Versions{printer, firmware};
+  heardOf();
   emit versionsChanged();
 }
 
 void DownloadState::bytesHandedOver(std::size_t count, std::size_t total) noexcept {
   mBytes = count;
   mBytesInAll = total;
+  heardOf();
   emit bytesChanged();
+}
+
+std::chrono::milliseconds DownloadState::silence() const {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(mNow() - mHeardOf);
 }
 
 void DownloadState::errorLogged(const std::string& entry) noexcept {

@@ -5,8 +5,10 @@
 #include <QObject>
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/DownloadObserver.h"
@@ -18,6 +20,10 @@ class DownloadState final : public QObject, public DownloadObserver {
   Q_OBJECT
 
  public:
+  using Clock = std::function<std::chrono::steady_clock::time_point()>;
+
+  explicit DownloadState(Clock now = std::chrono::steady_clock::now) : mNow(std::move(now)) {}
+
   struct Versions {
     unsigned int printer = 0;
     unsigned int firmware = 0;
@@ -40,6 +46,9 @@ class DownloadState final : public QObject, public DownloadObserver {
   // Of the firmware. The total is 0 until its first byte is to be sent.
   std::size_t bytesHandedOver() const { return mBytes; }
   std::size_t bytesInAll() const { return mBytesInAll; }
+
+  // How long ago the download was heard of last: its beginning, a phase, versions or bytes.
+  std::chrono::milliseconds silence() const;
 
   // Entries of the log, oldest first.
   const std::vector<std::string>& errors() const { return mErrors; }
@@ -65,6 +74,10 @@ class DownloadState final : public QObject, public DownloadObserver {
   void ended();
 
  private:
+  void heardOf() { mHeardOf = mNow(); }
+
+  Clock mNow;
+  std::chrono::steady_clock::time_point mHeardOf;
   bool mRunning = false;
   Text mPrinter;
   Text mInfo;

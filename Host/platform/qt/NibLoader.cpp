@@ -8,9 +8,13 @@
 #include <QStyle>
 #include <QUiLoader>
 
+#include "platform/qt/DownloadProgress.h"
 #include "platform/qt/ListControl.h"
+#include "platform/qt/LiveLabel.h"
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/Notice.h"
+#include "platform/qt/OutcomeLine.h"
+#include "platform/qt/ProgressBar.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/SheetDialog.h"
 
@@ -46,6 +50,10 @@ class NibLoader final : public QUiLoader {
     if (className == u"QPushButton") return new Button(parent);
     if (className == u"QDialog") return new SheetDialog(parent);
     if (className == u"Notice") return new Notice(parent);
+    if (className == u"LiveLabel") return new LiveLabel(parent);
+    if (className == u"OutcomeLine") return new OutcomeLine(parent);
+    if (className == u"ProgressBar") return new ProgressBar(parent);
+    if (className == u"DownloadProgress") return new DownloadProgress(parent);
     return nullptr;
   }
 };

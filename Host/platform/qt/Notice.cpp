@@ -1,6 +1,7 @@
 #include "platform/qt/Notice.h"
 
 #include <QAccessibleWidget>
+#include <QStackedWidget>
 
 #include "platform/qt/ListControl.h"
 #include "platform/qt/QtText.h"
@@ -15,26 +16,30 @@ QAccessibleInterface* accessibleNotice(const QString&, QObject* object) {
 
 }  // namespace
 
-Notice::Notice(QWidget* parent) : QLabel(parent) {
-  QAccessible::installFactory(accessibleNotice);
-  hide();
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-  policy.setRetainSizeWhenHidden(true);
-  setSizePolicy(policy);
-}
+Notice::Notice(QWidget* parent) : QLabel(parent) { QAccessible::installFactory(accessibleNotice); }
 
 void Notice::watch(ListControl& list) {
   mList = &list;
-  connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this, &QWidget::hide);
+  connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this, &Notice::leave);
 }
 
 void Notice::noteCommand(FourCharCode command) {
   const bool concerned = codeFrom(property("selectionMissingFor").toString()) == command;
   if (!concerned || mList == nullptr || mList->selectedItem() != 0) return;
   setAccessibleName(text());
-  hide();
-  show();
+  leave();
+  appear();
   mList->setFocus();
+}
+
+void Notice::appear() {
+  if (auto* const pages = qobject_cast<QStackedWidget*>(parentWidget())) {
+    pages->setCurrentWidget(this);
+  }
+}
+
+void Notice::leave() {
+  if (auto* const pages = qobject_cast<QStackedWidget*>(parentWidget())) pages->setCurrentIndex(0);
 }
 
 }  // namespace platform

@@ -1,6 +1,7 @@
 // A line in a window that says what a command lacks (a Notice there, promoted from QLabel): the
 // command in its dynamic property "selectionMissingFor" was issued with nothing selected in the
-// window's list. Hidden at first, with its place kept free. Owned by its window.
+// window's list. A page of a QStackedWidget, whose first page it stands in for. Owned by its
+// window.
 #pragma once
 
 #include <QLabel>
@@ -23,6 +24,9 @@ class Notice : public QLabel {
   void noteCommand(FourCharCode command);
 
  private:
+  void appear();
+  void leave();
+
   ListControl* mList = nullptr;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/qt/QtText.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <QTextBoundaryFinder>
 
@@ -45,9 +46,26 @@ QStringList divided(const QString& text, QTextBoundaryFinder::BoundaryType type)
   return parts;
 }
 
-QString isolate(const QString& part) { return kFirstStrongIsolate + part + kPopDirectionalIsolate; }
-
 }  // namespace
+
+QString isolate(const QString& value) {
+  return kFirstStrongIsolate + value + kPopDirectionalIsolate;
+}
+
+QString withoutMarks(const QString& line) {
+  QString read = line;
+  for (const QChar mark : {kFirstStrongIsolate, kPopDirectionalIsolate, kZeroWidthSpace}) {
+    read.remove(mark);
+  }
+  return read;
+}
+
+QString printerInSentence(const QString& name, const QString& address) {
+  //: in place of a printer's name in a sentence: "%1 was updated to version ..."
+  const QString nameless = QCoreApplication::translate("QtText", "A printer without a name");
+  const QString shown = isolate(name.trimmed().isEmpty() ? nameless : name);
+  return address.isEmpty() ? shown : shown + " (" + isolate(address) + u')';
+}
 
 QString legible(const QString& string) {
   QString shown;

@@ -33,6 +33,16 @@ QString legible(const QString& string);
 // address is what the parentheses at the end hold. Other texts stay as they are.
 QString isolated(const QString& line);
 
+// A printer in a sentence, from legible texts: "NAME (ADDRESS)", or its name alone where there is
+// no address. Isolated from each other and from the rest of the sentence.
+QString printerInSentence(const QString& name, const QString& address);
+
+// A value in a sentence, which may be written in the other direction.
+QString isolate(const QString& value);
+
+// The same text for whoever does not look at it: without the marks for its layout.
+QString withoutMarks(const QString& line);
+
 // Lets the words be broken that are too long for a line, by marks that do not show. A word goes to
 // where its script lets a line end: in Japanese or Chinese that is after most characters.
 QString breakable(const QString& line, const std::function<bool(const QString& word)>& isTooLong);

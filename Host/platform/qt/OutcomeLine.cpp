@@ -1,0 +1,74 @@
+#include "platform/qt/OutcomeLine.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QTextBoundaryFinder>
+#include <QTime>
+#include <algorithm>
+
+#include "platform/qt/DownloadState.h"
+#include "platform/qt/QtText.h"
+
+namespace platform {
+namespace {
+
+constexpr int kLongWord = 20;  // in average characters
+
+void dropLastCharacter(QString& text) {
+  QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+  characters.toEnd();
+  text.truncate(std::max<qsizetype>(characters.toPreviousBoundary(), 0));
+}
+
+QString cutTo(const QString& shown, const QString& whole) {
+  return shown.size() == whole.size() ? whole : shown + u'…';
+}
+
+}  // namespace
+
+void OutcomeLine::watch(const DownloadState& download) {
+  connect(&download, &DownloadState::ended, this, [this, &download] { tellOutcome(download); });
+}
+
+void OutcomeLine::tellOutcome(const DownloadState& download) {
+  mSentence.clear();
+  if (download.outcome() == DownloadOutcome::Succeeded && download.versions()) {
+    mPrinter = legible(toQString(download.printer()));
+    mInfo = legible(toQString(download.info()));
+    const QString time = QLocale().toString(QTime::currentTime(), QLocale::ShortFormat);
+    //: the line below the list; %1 is a printer like "Office (10.0.0.5)", %3 a time of day
+    mSentence = QCoreApplication::translate("OutcomeLine", "%1 was updated to version %2 at %3.")
+                    .arg(u"%1", QString::number(download.versions()->firmware), isolate(time));
+  }
+  const QString whole =
+      mSentence.isEmpty() ? QString() : mSentence.arg(printerInSentence(mPrinter, mInfo));
+  setToolTip(whole);
+  setAccessibleName(withoutMarks(whole));
+  setText({});
+  say(fitting());
+}
+
+int OutcomeLine::heightForWidth(int width) const { return heightOf(QStringLiteral("\n"), width); }
+
+void OutcomeLine::resizeEvent(QResizeEvent* event) {
+  LiveLabel::resizeEvent(event);
+  setText(fitting());
+}
+
+QString OutcomeLine::fitting() const {
+  if (mSentence.isEmpty()) return {};
+  const auto isTooLong = [font = fontMetrics()](const QString& word) {
+    return font.horizontalAdvance(word) > kLongWord * font.averageCharWidth();
+  };
+  QString name = mPrinter;
+  QString info = mInfo;
+  for (;;) {
+    const QString printer = printerInSentence(cutTo(name, mPrinter), cutTo(info, mInfo));
+    const QString line = breakable(mSentence.arg(printer), isTooLong);
+    if (heightOf(line, width()) <= heightForWidth(width()) || name.size() + info.size() == 0)
+      return line;
+    dropLastCharacter(name.size() >= info.size() ? name : info);
+  }
+}
+
+}  // namespace platform

@@ -1,0 +1,62 @@
+// What a window says of a download while it runs and when it has ended.
+#include <gmock/gmock.h>
+
+#include "DesktopTest.h"
+
+namespace {
+
+using desktop::Node;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class Watching : public DesktopTest {
+ protected:
+  using DesktopTest::DesktopTest;
+
+  int titleHeight(const std::string& window) { return desktop().windowSize(window)->second; }
+};
+
+TEST_F(Watching, SheetSaysWhatHappensAndTheWindowHowItEnded) {
+  const auto printer = startPrinter("Office", {"--burn-seconds", "4"});
+  startProgram();
+  const Node::Rectangle list = cell("Office").extents();
+  startUpdate("Office");
+  labelWith("The printer is writing its memory: this may take up to 51 second");
+  EXPECT_THAT(progressBar().description(),
+              StartsWith("The printer is writing its memory: this may take up to 51 second"));
+  keepPicture("1-writing");
+  const Node outcome = labelWith(" was updated to version 200 at ");
+  EXPECT_THAT(outcome.name(), StartsWith("Office ("));
+  EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+  keepPicture("2-done");
+  EXPECT_EQ(outcome.role(), "alert");
+  EXPECT_LE(list.y, outcome.extents().y);
+}
+
+TEST_F(Watching, SilenceOfANetworkPrinterIsTold) {
+  const auto printer = startPrinter("Office", {"--fault", "silence@id-request"});
+  startProgram();
+  startUpdate("Office");
+  labelWith("Asking the printer for its version");
+  const int height = titleHeight("Updating Firmware");
+  keepPicture("1-asking");
+  labelWith("The printer has not answered for more than 30 seconds.");
+  keepPicture("2-silent");
+  EXPECT_EQ(titleHeight("Updating Firmware"), height);
+}
+
+TEST_F(Watching, NameOf63BytesStaysInTheWindow) {
+  const std::string name(63, 'W');
+  const auto printer = startPrinter(name);
+  startProgram();
+  startUpdate(name);
+  const Node outcome = labelWith(" was updated to version 200 at ");
+  EXPECT_THAT(outcome.name(), HasSubstr(name + " ("));
+  EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+  keepPicture("done");
+  const auto [width, height] = desktop().windowSize("Printer Firmware Update").value();
+  EXPECT_LE(outcome.extents().width, width);
+  EXPECT_LE(outcome.extents().height, height / 4);
+}
+
+}  // namespace
