@@ -80,7 +80,7 @@ TEST_P(Translations, WhatIsInsertedStays) {
   }
 }
 
-// The texts that are looked up by key are questions followed by a sentence.
+// What a key stands for is a question and a sentence.
 TEST_P(Translations, TextsEndAsInEnglish) {
   for (const Message& message : messages()) {
     const QChar expected =
@@ -105,6 +105,42 @@ TEST_P(Translations, ThereIsAnAccessKeyWhereEnglishHasOne) {
 
 INSTANTIATE_TEST_SUITE_P(, Translations, testing::ValuesIn(kLanguages), inTestNames);
 
+// Languages as desktops call them.
+QStringList desktopLocales() {
+  QStringList locales;
+  for (const Language& language : kLanguages) {
+    const QString name(language.name);
+    if (name == u"en") continue;
+    locales.append(name == u"pt" ? "pt_BR" : name == u"zh_Hans" ? "zh_CN" : name);
+  }
+  return locales;
+}
+
+QString contentsOf(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return QString::fromUtf8(file.readAll());
+}
+
+TEST(DesktopFiles, MenusHaveTheProgramInEveryLanguage) {
+  const QString entry = contentsOf(PACKAGING "/fwupdate.desktop");
+  for (const QString& locale : desktopLocales()) {
+    for (const QString key : {"Name", "GenericName", "Comment", "Keywords"}) {
+      const QRegularExpression line("^" + key + "\\[" + locale + "\\]=.+$",
+                                    QRegularExpression::MultilineOption);
+      EXPECT_TRUE(line.match(entry).hasMatch()) << key.toStdString() << locale.toStdString();
+    }
+  }
+}
+
+// Name, summary, two paragraphs, and the words below the picture.
+TEST(DesktopFiles, SoftwareCentresDescribeItInEveryLanguage) {
+  const QString description = contentsOf(PACKAGING "/fwupdate.metainfo.xml");
+  for (const QString& locale : desktopLocales()) {
+    EXPECT_EQ(description.count("xml:lang=\"" + locale + "\">"), 5) << locale.toStdString();
+  }
+}
+
 TEST(TranslationFiles, EveryLanguageHasOne) {
   QStringList expected;
   for (const Language& language : kLanguages) {
@@ -122,13 +158,14 @@ TEST(TranslationFiles, EveryLanguageHasOne) {
   EXPECT_EQ(compiled.join(' '), expected.join(' '));
 }
 
-// What the program looks up by key.
+// What the program looks up by a key that is no text.
 TEST(TranslationFiles, EnglishHasTheTextsThatHaveKeys) {
   const auto german = readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_de.ts"));
   const auto english = readTranslations(QStringLiteral(TRANSLATIONS "/Localizable_en.ts"));
+  static const QRegularExpression kKey("^[A-Z_]+$");
   QStringList keys;
   for (const Message& message : german) {
-    if (message.context == u"Localizable") keys.append(message.source);
+    if (kKey.match(message.source).hasMatch()) keys.append(message.source);
   }
   QStringList found;
   for (const Message& message : english) {
