@@ -19,7 +19,7 @@ class UsbHostTest : public testing::Test {
   std::function<void(const std::string&)> mLogError = [this](const std::string& entry) {
     mErrors.push_back(entry);
   };
-  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(
+  std::unique_ptr<platform::LibusbRegistry> mRegistry = platform::makeLibusbRegistry(
       mLoop, [this](const std::string& entry) { mLogError(entry); }, std::chrono::minutes(1));
   UsbHost mHost{*mRegistry, mLoop,
                 [this](const std::function<bool()>& done) { return mLoop.runUntil(done); }};

@@ -31,6 +31,8 @@ int UsbPrinterProcess::stop() {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+void UsbPrinterProcess::signal(int number) { kill(mProcess, number); }
+
 std::vector<nlohmann::json> UsbPrinterProcess::journal() const {
   std::vector<nlohmann::json> entries;
   std::ifstream file(mJournal);

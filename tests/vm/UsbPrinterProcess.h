@@ -22,6 +22,8 @@ class UsbPrinterProcess {
   // Asks it to end, waits for that, and returns its exit status.
   int stop();
 
+  void signal(int number);
+
   // What the journal says so far.
   std::vector<nlohmann::json> journal() const;
   std::size_t count(const std::string& event) const;

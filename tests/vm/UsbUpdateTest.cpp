@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "AsOtherUser.h"
+#include "DownloadAnnouncement.h"
 #include "FakeBundle.h"
 #include "FakeEvents.h"
 #include "FirmwareDownloader.h"
@@ -80,7 +81,8 @@ class UsbUpdateTest : public UsbHostTest {
                    .files = mFiles.get(),
                    .runLoop = &mLoop,
                    .events = &mEvents,
-                   .usb = mRegistry.get()}),
+                   .usb = mRegistry.get(),
+                   .downloadObserver = mRegistry.get()}),
         mDownloader(std::make_unique<FirmwareDownloader>()),
         mFinder(std::make_unique<Finder>()) {
     useFirmware("small");
@@ -111,7 +113,10 @@ class UsbUpdateTest : public UsbHostTest {
   // Downloads to the printer that was found last, and returns the outcome.
   std::string update() {
     mOutcomes.clear();
-    downloadFirmwareThroughUsb(mFinder->found.back(), *mDownloader);
+    {
+      const DownloadAnnouncement announced(*mDownloader, {}, {});
+      downloadFirmwareThroughUsb(mFinder->found.back(), *mDownloader);
+    }
     runUntil([this] { return !mOutcomes.empty(); });
     mEvents.deliverAll();
     EXPECT_THAT(mOutcomes, SizeIs(1));
@@ -154,6 +159,12 @@ class UsbUpdateTest : public UsbHostTest {
     EXPECT_EQ(burn.at("bytes"), 100000);
     EXPECT_EQ(burn.at("sha256"), kSmallImageSha256);
     EXPECT_EQ(mPrinter->count("violation"), 0u);
+  }
+
+  // The kernel's driver has the printer's interface again, and nobody complains.
+  void expectDriverBack() {
+    EXPECT_TRUE(mLoop.runUntil([] { return kernelDriver() == "usblp"; }));
+    EXPECT_THAT(takeLog(), IsEmpty());
   }
 
   // Fails in the step with that many entries, with an error entry that matches `error`.
@@ -204,6 +215,7 @@ TEST_F(UsbUpdateTest, APrinterThatWasUpdatedReturnsAndIsUpToDate) {
   expectUpdated();
   ASSERT_TRUE(mLoop.runUntil([this] { return mFinder->found.size() == 2; }));
   EXPECT_THAT(mFinder->removed, SizeIs(1));
+  expectDriverBack();
   EXPECT_EQ(update(), "DlUd");
 }
 
@@ -213,6 +225,7 @@ TEST_F(UsbUpdateTest, AnUpToDatePrinterGetsNothing) {
   const Lines log = takeLog();
   EXPECT_EQ(log.at(log.size() - 2), "5 Firmware on the printer is already up-to-date.");
   EXPECT_EQ(mPrinter->receivedMessages(), (Lines{"status-off", "id-request"}));
+  expectDriverBack();
   // And can be asked again.
   EXPECT_EQ(update(), "DlUd");
 }
@@ -222,6 +235,7 @@ TEST_F(UsbUpdateTest, AFailedBurnIsReported) {
   EXPECT_EQ(update(), "DlNo");
   EXPECT_EQ(takeLog(), steps(kSteps.size(), {"3 The firmware download failed on the printer.",
                                              "5 Cleaning up USB transport."}));
+  expectDriverBack();
 }
 
 TEST_F(UsbUpdateTest, AnImageOfWholePacketsIsBurned) {

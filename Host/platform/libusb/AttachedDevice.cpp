@@ -43,7 +43,7 @@ IOReturn OpenDevice::claim(std::uint8_t interface) {
   giveBackAtExit(mNode, interface);
   const IOReturn result = resultOfCall(libusb_claim_interface(mHandle, interface));
   if (result == kIOReturnSuccess) {
-    mClaims.emplace(interface, nullptr);
+    mClaims[interface].isLent = false;
   } else {
     dropFromExit(mNode, interface);
   }
@@ -51,18 +51,39 @@ IOReturn OpenDevice::claim(std::uint8_t interface) {
 }
 
 void OpenDevice::release(std::uint8_t interface) {
-  if (mClaims.erase(interface) == 0) return;
+  const bool isClaimed = hasClaimed(interface);
+  mClaims.erase(interface);
+  if (!isClaimed) return;
   libusb_release_interface(mHandle, interface);
   dropFromExit(mNode, interface);
 }
 
-void OpenDevice::setEnd(std::uint8_t interface, std::function<void()> end) {
-  mClaims.at(interface) = std::move(end);
+void OpenDevice::lend(std::uint8_t interface) {
+  libusb_set_auto_detach_kernel_driver(mHandle, 0);
+  libusb_release_interface(mHandle, interface);
+  libusb_set_auto_detach_kernel_driver(mHandle, 1);
+  dropFromExit(mNode, interface);
+  mClaims.at(interface).isLent = true;
+}
+
+void OpenDevice::setUser(std::uint8_t interface, InterfaceUser& user) {
+  mClaims.at(interface).user = &user;
+}
+
+bool OpenDevice::hasClaimed(std::uint8_t interface) const {
+  const auto found = mClaims.find(interface);
+  return found != mClaims.end() && !found->second.isLent;
 }
 
 void OpenDevice::endTransfers() {
-  for (const auto& [interface, end] : mClaims) {
-    if (end) end();
+  for (const auto& [interface, claim] : mClaims) {
+    if (claim.user != nullptr) claim.user->endTransfers();
+  }
+}
+
+void OpenDevice::giveBack() {
+  for (const auto& [interface, claim] : mClaims) {
+    if (claim.user != nullptr) claim.user->giveBack();
   }
 }
 
@@ -117,7 +138,6 @@ IOReturn AttachedDevice::open(std::shared_ptr<OpenDevice>& opened) {
 }
 
 IOReturn AttachedDevice::claim(OpenDevice& opened, const UsbInterfaceDescription& interface) const {
-  if (opened.hasClaimed(interface.number)) return kIOReturnExclusiveAccess;
   const IOReturn result = opened.claim(interface.number);
   if (result == kIOReturnExclusiveAccess) logHolders(interface);
   return result;
@@ -129,6 +149,14 @@ void AttachedDevice::logHolders(const UsbInterfaceDescription& interface) const 
        findInterfaceHolders(interface.directory, node(), mReports.searchTime)) {
     mReports.log(describe(holder));
   }
+}
+
+void AttachedDevice::logError(const std::string& entry) const {
+  if (mReports.log) mReports.log(entry);
+}
+
+void AttachedDevice::giveBack() {
+  if (const auto opened = mOpen.lock()) opened->giveBack();
 }
 
 IOReturn AttachedDevice::openWhole(std::shared_ptr<WholeDevice>& opened) {

@@ -17,9 +17,21 @@
 
 namespace platform {
 
+// Who has an interface of an open device.
+class InterfaceUser {
+ public:
+  virtual ~InterfaceUser() = default;
+
+  // Lets no transfer be under way.
+  virtual void endTransfers() = 0;
+
+  // Lets the kernel's driver have the interface until its next use, unless a transfer is under way.
+  virtual void giveBack() = 0;
+};
+
 // The open device; closed with the last of its users, or at the end of the device, if that is
-// earlier. Claims one interface once. The kernel's driver has an interface again from its release
-// on, or from the end of the program.
+// earlier. Each interface has one user. The kernel's driver has an interface again from its release
+// on, while it is lent, or from the end of the program.
 class OpenDevice {
  public:
   // Takes over the descriptor of the device's node, and the handle on it.
@@ -31,25 +43,38 @@ class OpenDevice {
   // Null after the end of the device.
   libusb_device_handle* handle() const { return mHandle; }
 
-  // Takes the interface, which must not be claimed, from the kernel's driver, if one has it.
+  int node() const { return mNode; }
+
+  // Takes the interface, which nobody has or which is lent, from the kernel's driver, if one has
+  // it.
   IOReturn claim(std::uint8_t interface);
   void release(std::uint8_t interface);
 
-  // Called when the device ends before the claim; no transfer may be under way after that.
-  void setEnd(std::uint8_t interface, std::function<void()> end);
+  // Until its next claim, others may have the interface. The driver does not get it from here.
+  void lend(std::uint8_t interface);
 
-  bool hasClaimed(std::uint8_t interface) const { return mClaims.contains(interface); }
+  // Of an interface that is claimed; must live until its release.
+  void setUser(std::uint8_t interface, InterfaceUser& user);
+  bool hasUser(std::uint8_t interface) const { return mClaims.contains(interface); }
 
-  // Lets no transfer be under way.
+  bool hasClaimed(std::uint8_t interface) const;
+
+  // Of all users.
   void endTransfers();
+  void giveBack();
 
   void close();
 
  private:
+  struct Claim {
+    InterfaceUser* user = nullptr;
+    bool isLent = false;
+  };
+
   int mNode;
   libusb_device_handle* mHandle;
   const UsbDeviceDescription& mDescription;
-  std::map<std::uint8_t, std::function<void()>> mClaims;  // by interface, with what ends them
+  std::map<std::uint8_t, Claim> mClaims;  // by interface
 };
 
 // The device as such, open for one user alone.
@@ -80,6 +105,12 @@ class AttachedDevice {
 
   // Claims an interface of the open device. Who has it instead is logged.
   IOReturn claim(OpenDevice& opened, const UsbInterfaceDescription& interface) const;
+
+  // Lends the interfaces that nobody uses.
+  void giveBack();
+
+  // Writes an entry to the log, at error level.
+  void logError(const std::string& entry) const;
 
   // Fails while somebody has it open, or another program one of its interfaces.
   IOReturn openWhole(std::shared_ptr<WholeDevice>& opened);

@@ -46,6 +46,12 @@ std::vector<io_service_t> AttachedDevices::entries() const {
   return entries;
 }
 
+void AttachedDevices::giveBack() {
+  for (const auto& [device, entry] : mPublished) {
+    mObjects->find<DeviceEntry>(entry.number())->device()->giveBack();
+  }
+}
+
 void AttachedDevices::plugged(const LibusbDevice& device, bool arrived) {
   if (arrived) {
     deviceArrived(device);

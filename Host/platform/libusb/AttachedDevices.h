@@ -28,6 +28,9 @@ class AttachedDevices {
   // USB.
   IOReturn hearing() const;
 
+  // Lends the interfaces that are open and not in use to the kernel's drivers.
+  void giveBack();
+
   // In the order of their arrival.
   std::vector<io_service_t> entries() const;
 

@@ -1,11 +1,25 @@
 #include "platform/libusb/InterfaceSession.h"
 
+#include <chrono>
 #include <limits>
 #include <utility>
 
 #include "platform/libusb/LibusbResults.h"
+#include "platform/libusb/SysfsAttribute.h"
 
 namespace platform {
+namespace {
+
+// A printer that starts over is off the bus by then.
+constexpr std::chrono::seconds kLeavingTime{1};
+
+// The kernel's driver that has the interface; empty for none, and for a program.
+std::string kernelDriverOf(const UsbInterfaceDescription& interface) {
+  const std::string driver = readSysfsDriver(interface.directory);
+  return driver == kUserSpaceDriver ? "" : driver;
+}
+
+}  // namespace
 
 IOReturn InterfaceSession::open(std::shared_ptr<AttachedDevice> device,
                                 const UsbInterfaceDescription& interface,
@@ -13,22 +27,29 @@ IOReturn InterfaceSession::open(std::shared_ptr<AttachedDevice> device,
   std::shared_ptr<OpenDevice> open;
   IOReturn result = device->open(open);
   if (result != kIOReturnSuccess) return result;
+  if (open->hasUser(interface.number)) return kIOReturnExclusiveAccess;
+  std::string driver = kernelDriverOf(interface);
   result = device->claim(*open, interface);
   if (result != kIOReturnSuccess) return result;
-  session.reset(new InterfaceSession(std::move(device), std::move(open), interface.number));
+  session.reset(
+      new InterfaceSession(std::move(device), std::move(open), interface, std::move(driver)));
   return kIOReturnSuccess;
 }
 
 InterfaceSession::InterfaceSession(std::shared_ptr<AttachedDevice> device,
-                                   std::shared_ptr<OpenDevice> open, std::uint8_t number)
-    : mDevice(std::move(device)), mOpen(std::move(open)), mNumber(number) {
-  mOpen->setEnd(number, [this] { endTransfers(); });
+                                   std::shared_ptr<OpenDevice> open,
+                                   const UsbInterfaceDescription& interface, std::string driver)
+    : mDevice(std::move(device)),
+      mOpen(std::move(open)),
+      mInterface(interface),
+      mDriver(std::move(driver)) {
+  mOpen->setUser(mInterface.number, *this);
 }
 
 InterfaceSession::~InterfaceSession() {
   mEnding = true;
   endTransfers();
-  mOpen->release(mNumber);
+  mOpen->release(mInterface.number);
 }
 
 void InterfaceSession::endTransfers() {
@@ -36,13 +57,51 @@ void InterfaceSession::endTransfers() {
   while (!mInFlight.empty()) mDevice->context().awaitEvents();
 }
 
-IOReturn InterfaceSession::clearStall(const UsbEndpointDescription& endpoint) {
+void InterfaceSession::giveBack() {
+  if (!mInFlight.empty() || !mOpen->hasClaimed(mInterface.number)) return;
+  mOpen->lend(mInterface.number);
+  mReturn = std::make_unique<KernelDriverReturn>(mDevice->context().runLoop(), mOpen->node(),
+                                                 mInterface.number, [this] { awaitDriver(); });
+}
+
+IOReturn InterfaceSession::claimAgain() {
   if (mDevice->isGone()) return kIOReturnNoDevice;
+  if (mOpen->hasClaimed(mInterface.number)) return kIOReturnSuccess;
+  mReturn.reset();
+  mCheck.reset();
+  mDriver = kernelDriverOf(mInterface);
+  return mDevice->claim(*mOpen, mInterface);
+}
+
+bool InterfaceSession::isDriverMissing() const {
+  return !mDriver.empty() && !mDevice->isGone() && isPresent(mInterface) &&
+         readSysfsDriver(mInterface.directory).empty();
+}
+
+// It may be missing because the printer is on its way out, which is told later.
+void InterfaceSession::awaitDriver() {
+  mReturn.reset();
+  if (!isDriverMissing()) return;
+  mCheck = mDevice->context().runLoop().startTimer(kLeavingTime, false, [this] { checkDriver(); });
+}
+
+void InterfaceSession::checkDriver() {
+  mCheck.reset();
+  if (!isDriverMissing()) return;
+  mDevice->logError("The kernel driver " + mDriver +
+                    " does not have the printer's interface back. Unplug the printer from USB and "
+                    "plug it in again to print.");
+}
+
+IOReturn InterfaceSession::clearStall(const UsbEndpointDescription& endpoint) {
+  const IOReturn claimed = claimAgain();
+  if (claimed != kIOReturnSuccess) return claimed;
   return resultOfClearHalt(libusb_clear_halt(mOpen->handle(), endpoint.address));
 }
 
 IOReturn InterfaceSession::submit(const Request& request) {
-  if (mDevice->isGone()) return kIOReturnNoDevice;
+  const IOReturn claimed = claimAgain();
+  if (claimed != kIOReturnSuccess) return claimed;
   if (request.size > static_cast<std::uint32_t>(std::numeric_limits<int>::max())) {
     return kIOReturnNoMemory;
   }

@@ -13,10 +13,11 @@
 namespace platform {
 namespace {
 
-class LibusbRegistry : public UsbRegistry {
+class Registry : public LibusbRegistry {
  public:
-  LibusbRegistry(RunLoop& runLoop, ErrorReports reports)
-      : mDevices(
+  Registry(RunLoop& runLoop, ErrorReports reports)
+      : mRunLoop(runLoop),
+        mDevices(
             runLoop, mObjects, [this](io_service_t entry) { deviceArrived(entry); },
             [this](io_service_t entry) { deviceGone(entry); }, std::move(reports)) {}
 
@@ -108,6 +109,20 @@ class LibusbRegistry : public UsbRegistry {
     return kIOReturnSuccess;
   }
 
+  void downloadBegan(const Text&, const Text&) noexcept override { mInDownload = true; }
+  void phaseBegan(DownloadPhase, std::chrono::milliseconds) noexcept override {}
+  void versionsKnown(unsigned int, unsigned int) noexcept override {}
+  void bytesHandedOver(std::size_t, std::size_t) noexcept override {}
+  void errorLogged(const std::string&) noexcept override {}
+
+  // The program is still about to act on the outcome.
+  void downloadEnded(DownloadOutcome) noexcept override {
+    mInDownload = false;
+    mRunLoop.callLater([this, alive = std::weak_ptr<bool>(mAlive)] {
+      if (!alive.expired() && !mInDownload) mDevices.giveBack();
+    });
+  }
+
  private:
   bool isMatchingEntry(io_service_t entry, const MatchingDictionary& matching) const {
     const auto found = mObjects->find<DeviceEntry>(entry);
@@ -150,15 +165,18 @@ class LibusbRegistry : public UsbRegistry {
   std::shared_ptr<ObjectTable> mObjects = std::make_shared<ObjectTable>();
   std::vector<std::weak_ptr<MatchNotification>> mMatches;
   std::vector<std::weak_ptr<InterestNotification>> mInterests;
+  RunLoop& mRunLoop;
   AttachedDevices mDevices;
+  bool mInDownload = false;
+  std::shared_ptr<bool> mAlive = std::make_shared<bool>(true);
 };
 
 }  // namespace
 
-std::unique_ptr<UsbRegistry> makeLibusbRegistry(
+std::unique_ptr<LibusbRegistry> makeLibusbRegistry(
     RunLoop& runLoop, std::function<void(const std::string& entry)> logError,
     std::chrono::milliseconds searchTime) {
-  return std::make_unique<LibusbRegistry>(runLoop, ErrorReports{std::move(logError), searchTime});
+  return std::make_unique<Registry>(runLoop, ErrorReports{std::move(logError), searchTime});
 }
 
 }  // namespace platform

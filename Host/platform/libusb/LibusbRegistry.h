@@ -8,15 +8,21 @@
 #include <memory>
 #include <string>
 
+#include "platform/DownloadObserver.h"
 #include "platform/UsbRegistry.h"
 
 namespace platform {
 
+// To be told of downloads, too: after each, the kernel's drivers have the printers' interfaces, so
+// that one can print. The program may keep an interface open all the while; its next use claims it
+// again, and fails where somebody else has it by then.
+class LibusbRegistry : public UsbRegistry, public DownloadObserver {};
+
 // `runLoop` must outlive the registry and every object that it gave out. libusb's events are
 // handled there. `logError`, which may be null, writes an entry at error level to the log: who has
-// an interface that could not be opened. That is looked for within `searchTime`, since a window
-// waits meanwhile.
-std::unique_ptr<UsbRegistry> makeLibusbRegistry(
+// an interface that could not be claimed, and which driver does not take one back. The former is
+// looked for within `searchTime`, since a window waits meanwhile.
+std::unique_ptr<LibusbRegistry> makeLibusbRegistry(
     RunLoop& runLoop, std::function<void(const std::string& entry)> logError = {},
     std::chrono::milliseconds searchTime = std::chrono::milliseconds(30));
 

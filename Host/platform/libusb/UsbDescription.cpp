@@ -170,14 +170,17 @@ UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& 
   return description;
 }
 
+bool isPresent(const UsbInterfaceDescription& interface) {
+  return incarnationOf(interface.directory) == interface.incarnation;
+}
+
 bool hasChanged(const UsbDeviceDescription& description) {
   if (!std::filesystem::exists(description.directory)) return false;
   const Text configuration = readSysfsAttribute(description.directory, "bConfigurationValue");
   return configuration.utf8() != description.configuration.utf8() ||
-         std::any_of(description.interfaces.begin(), description.interfaces.end(),
-                     [](const UsbInterfaceDescription& interface) {
-                       return incarnationOf(interface.directory) != interface.incarnation;
-                     });
+         std::any_of(
+             description.interfaces.begin(), description.interfaces.end(),
+             [](const UsbInterfaceDescription& interface) { return !isPresent(interface); });
 }
 
 UsbDeviceDescription describeUsbDevice(libusb_device* device,

@@ -54,6 +54,9 @@ UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& 
                                              std::uint8_t configuration,
                                              const std::filesystem::path& deviceDirectory);
 
+// Whether the interface is the one that was described: neither gone nor made anew.
+bool isPresent(const UsbInterfaceDescription& interface);
+
 // Whether the device, which is still there, has another configuration by now, or its interfaces
 // have been made anew.
 bool hasChanged(const UsbDeviceDescription& description);

@@ -93,6 +93,7 @@ class Host {
     mDownloadObservers.add(*mPowerLock);
     mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(mApplication->downloadObserver());
+    mDownloadObservers.add(*mUsb);
   }
 
   platform::Platform surfaces() {
@@ -115,7 +116,7 @@ class Host {
   std::unique_ptr<platform::QtApplication> mApplication;
   std::unique_ptr<platform::Network> mNetwork;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
-  std::unique_ptr<platform::UsbRegistry> mUsb;
+  std::unique_ptr<platform::LibusbRegistry> mUsb;
   std::unique_ptr<platform::DownloadObserver> mPowerLock;
   platform::DownloadObservers mDownloadObservers;
 };
