@@ -89,6 +89,12 @@ TEST_F(OutcomeLineTest, MovesNothing) {
   EXPECT_EQ(this->button("PrinterSelectWindow", "Down"_4cc)->geometry(), button);
 }
 
+TEST_F(OutcomeLineTest, RoomOfATallWindowIsForTheList) {
+  window("PrinterSelectWindow")->resize(600, 900);
+  settle();
+  EXPECT_LT(line().height(), 3 * line().fontMetrics().lineSpacing());
+}
+
 TEST_F(OutcomeLineTest, LongNamesAreCutToFitAndReadOutWhole) {
   for (const std::string& name :
        {std::string(63, 'W'),
