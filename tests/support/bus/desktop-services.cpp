@@ -268,6 +268,7 @@ class Services {
   }
 
   void replyNumber(DBusMessage* call, std::uint32_t number) {
+    if (dbus_message_get_no_reply(call)) return;
     DBusMessage* const reply = dbus_message_new_method_return(call);
     dbus_message_append_args(reply, DBUS_TYPE_UINT32, &number, DBUS_TYPE_INVALID);
     send(reply);

@@ -19,6 +19,7 @@
 #include "platform/SystemLog.h"
 #include "platform/Translatable.h"
 #include "platform/avahi/AvahiServiceDiscovery.h"
+#include "platform/dbus/DesktopNotifier.h"
 #include "platform/dbus/PowerLock.h"
 #include "platform/libusb/LibusbRegistry.h"
 #include "platform/posix/PosixBundle.h"
@@ -26,6 +27,7 @@
 #include "platform/posix/PosixNetwork.h"
 #include "platform/posix/PosixStatusTable.h"
 #include "platform/posix/PosixSystemLog.h"
+#include "platform/qt/DownloadNotification.h"
 #include "platform/qt/QtApplication.h"
 #include "runAndReport.h"
 
@@ -89,8 +91,14 @@ class Host {
         mServices(
             platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
         mUsb(platform::makeLibusbRegistry(mApplication->runLoop(), &logError)),
-        mPowerLock(makePowerLock(*mApplication)) {
+        mPowerLock(makePowerLock(*mApplication)),
+        mNotifier(mApplication->runLoop(), "fwupdate"),
+        mNotification(platform::makeDownloadNotification(
+            [this](const std::string& title, const std::string& text) {
+              mNotifier.show(title, text);
+            })) {
     mDownloadObservers.add(*mPowerLock);
+    mDownloadObservers.add(*mNotification);
     mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(mApplication->downloadObserver());
     mDownloadObservers.add(*mUsb);
@@ -118,6 +126,8 @@ class Host {
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::LibusbRegistry> mUsb;
   std::unique_ptr<platform::DownloadObserver> mPowerLock;
+  platform::DesktopNotifier mNotifier;
+  std::unique_ptr<platform::DownloadObserver> mNotification;
   platform::DownloadObservers mDownloadObservers;
 };
 
