@@ -37,6 +37,14 @@ class RunLoop {
 
   // Calls back once, after the current event, in the order of the calls.
   virtual void callLater(std::function<void()> callback) = 0;
+
+  // Returns when `descriptor` is ready (true) or the time is over. Nothing that was asked of this
+  // loop is called meanwhile, and no event reaches the program: it comes afterwards, in the order
+  // in which it arose; a repeating timer fires once for all of the time. What is none of the
+  // program's business goes on: windows are painted, assistive technology is answered. Not to be
+  // called from inside itself.
+  virtual bool waitUntilReady(int descriptor, Interest interest,
+                              std::chrono::steady_clock::time_point deadline) = 0;
 };
 
 }  // namespace platform

@@ -3,7 +3,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <thread>
 
 #include "RunLoopWorld.h"
 
@@ -12,6 +14,8 @@ using platform::RunLoop;
 using testing::ElementsAre;
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 // Longer than the host needs to tell of a ready descriptor.
 constexpr auto kMoment = 50ms;
@@ -34,6 +38,9 @@ class RunLoopContract : public testing::TestWithParam<RunLoopImplementation> {
   }
   auto say(const char* word) {
     return [this, word] { mSaid.emplace_back(word); };
+  }
+  bool waitUntilReadable(std::chrono::milliseconds atMost) {
+    return loop().waitUntilReady(near(), RunLoop::Interest::Readable, Clock::now() + atMost);
   }
 
   std::unique_ptr<RunLoopWorld> mWorld = GetParam().make();
@@ -234,6 +241,124 @@ TEST_P(RunLoopContract, PutOffCallsComeLaterAndInOrder) {
   EXPECT_THAT(mSaid, ElementsAre());
   mWorld->runFor(kMoment);
   EXPECT_THAT(mSaid, ElementsAre("first", "second", "third", "fourth"));
+}
+
+TEST_P(RunLoopContract, WaitEndsWithTheDescriptorOrTheTime) {
+  const auto begin = Clock::now();
+  EXPECT_FALSE(waitUntilReadable(kMoment));
+  EXPECT_GE(Clock::now() - begin, kMoment);
+  EXPECT_TRUE(loop().waitUntilReady(near(), RunLoop::Interest::Writable, Clock::now() + 20s));
+  makeReadable();
+  EXPECT_TRUE(waitUntilReadable(20s));
+  EXPECT_FALSE(waitUntilReadable(0ms));
+}
+
+TEST_P(RunLoopContract, WaitEndsWhenTheDescriptorBecomesReady) {
+  std::thread other([this] { makeReadable(); });
+  EXPECT_TRUE(waitUntilReadable(20s));
+  other.join();
+}
+
+TEST_P(RunLoopContract, WaitEndsWhenTheOtherEndGoes) {
+  shutdown(mSockets[1], SHUT_RDWR);
+  EXPECT_TRUE(waitUntilReadable(20s));
+  EXPECT_TRUE(loop().waitUntilReady(near(), RunLoop::Interest::Writable, Clock::now() + 20s));
+}
+
+TEST_P(RunLoopContract, NothingIsCalledDuringAWaitAndAllOfItAfterwards) {
+  loop().callLater(say("first"));
+  loop().callLater(say("second"));
+  const auto late = loop().startTimer(30ms, false, say("late"));
+  const auto early = loop().startTimer(10ms, false, say("early"));
+  EXPECT_FALSE(waitUntilReadable(kMoment));
+  EXPECT_THAT(mSaid, ElementsAre());
+  mWorld->runFor(kMoment);
+  EXPECT_THAT(mSaid, ElementsAre("first", "second", "early", "late"));
+}
+
+TEST_P(RunLoopContract, WhatIsLeftFromOneWaitIsLeftFromTheNext) {
+  const auto early = loop().startTimer(1ms, false, say("early"));
+  const auto late = loop().startTimer(60ms, false, say("late"));
+  loop().callLater(say("first"));
+  EXPECT_FALSE(waitUntilReadable(20ms));
+  loop().callLater(say("between"));
+  EXPECT_FALSE(waitUntilReadable(80ms));
+  EXPECT_THAT(mSaid, ElementsAre());
+  mWorld->runFor(200ms);
+  EXPECT_THAT(mSaid, testing::UnorderedElementsAre("first", "early", "between", "late"));
+  EXPECT_EQ(mSaid[0], "first");
+}
+
+TEST_P(RunLoopContract, WaitInsideACallbackCallsNoOther) {
+  loop().callLater([this] {
+    mSaid.emplace_back("begins");
+    waitUntilReadable(kMoment);
+    mSaid.emplace_back("ends");
+  });
+  loop().callLater(say("second"));
+  const auto timer = loop().startTimer(0ms, false, say("timer"));
+  mWorld->runFor(4 * kMoment);
+  ASSERT_EQ(mSaid.size(), 4u);
+  const auto begun = std::ranges::find(mSaid, "begins");
+  EXPECT_EQ(*std::next(begun), "ends");
+}
+
+TEST_P(RunLoopContract, WatchIsSilentDuringAWaitAndStillReadyAfterwards) {
+  std::unique_ptr<RunLoop::Watch> watch;
+  watch = loop().watch(near(), RunLoop::Interest::Writable, [&] {
+    mSaid.emplace_back("writable");
+    watch.reset();
+  });
+  EXPECT_FALSE(waitUntilReadable(kMoment));
+  EXPECT_THAT(mSaid, ElementsAre());
+  mWorld->runFor(kMoment);
+  EXPECT_THAT(mSaid, ElementsAre("writable"));
+}
+
+TEST_P(RunLoopContract, WatchedDescriptorMayBeWaitedForToo) {
+  const auto watch = loop().watch(near(), RunLoop::Interest::Readable, [&] {
+    readOne();
+    mSaid.emplace_back("readable");
+  });
+  std::thread other([this] { makeReadable(); });
+  EXPECT_TRUE(waitUntilReadable(20s));
+  other.join();
+  EXPECT_THAT(mSaid, ElementsAre());
+  mWorld->runFor(kMoment);
+  EXPECT_THAT(mSaid, ElementsAre("readable"));
+}
+
+TEST_P(RunLoopContract, WatchThatWasDisabledStaysSoAfterAWait) {
+  const auto watch = loop().watch(near(), RunLoop::Interest::Writable, say("writable"));
+  watch->setEnabled(false);
+  EXPECT_FALSE(waitUntilReadable(10ms));
+  mWorld->runFor(kMoment);
+  EXPECT_THAT(mSaid, ElementsAre());
+}
+
+TEST_P(RunLoopContract, WatchAndTimersMayEndRightAfterAWait) {
+  auto watch = loop().watch(near(), RunLoop::Interest::Writable, say("writable"));
+  auto once = loop().startTimer(1ms, false, say("fired"));
+  auto often = loop().startTimer(1ms, true, say("fired"));
+  EXPECT_FALSE(waitUntilReadable(kMoment));
+  watch.reset();
+  once.reset();
+  often.reset();
+  mWorld->runFor(kMoment);
+  EXPECT_THAT(mSaid, ElementsAre());
+}
+
+TEST_P(RunLoopContract, RepeatingTimerFiresOnceForTheTimeOfAWait) {
+  std::unique_ptr<RunLoop::Timer> timer;
+  timer = loop().startTimer(10ms, true, [&] {
+    mSaid.emplace_back("fired");
+    if (mSaid.size() == 1) loop().callLater(say("after"));
+    if (mSaid.size() == 4) timer.reset();
+  });
+  EXPECT_FALSE(waitUntilReadable(2 * kMoment));
+  EXPECT_THAT(mSaid, ElementsAre());
+  mWorld->runFor(200ms);
+  EXPECT_THAT(mSaid, ElementsAre("fired", "after", "fired", "fired"));
 }
 
 TEST_P(RunLoopContract, PutOffCallsAreDroppedWithTheLoop) {

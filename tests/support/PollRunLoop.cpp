@@ -32,7 +32,7 @@ void PollRunLoop::turn(Time until) {
   const Time left = std::min(until, nextDue()) - time();
   const Time wait = putOff() > 0 ? Time(0) : std::max(left, Time(0));
   pollDescriptors(std::chrono::ceil<milliseconds>(wait));
+  runLater();
   const Time now = time();
   while (nextDue() <= now) fireNext();
-  runLater();
 }

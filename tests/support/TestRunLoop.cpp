@@ -7,6 +7,14 @@
 
 using std::chrono::milliseconds;
 
+namespace {
+
+short eventsFor(platform::RunLoop::Interest interest) {
+  return interest == platform::RunLoop::Interest::Readable ? POLLIN : POLLOUT;
+}
+
+}  // namespace
+
 // Handle and loop share a state, so that a callback may destroy its own handle.
 struct TestRunLoop::WatchState {
   int descriptor;
@@ -70,6 +78,16 @@ void TestRunLoop::callLater(std::function<void()> callback) {
   mLater.push_back(std::move(callback));
 }
 
+bool TestRunLoop::waitUntilReady(int descriptor, Interest interest,
+                                 std::chrono::steady_clock::time_point deadline) {
+  for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+    if (left.count() <= 0) return false;
+    pollfd state{descriptor, eventsFor(interest), 0};
+    if (::poll(&state, 1, static_cast<int>(left.count())) > 0) return true;
+  }
+}
+
 bool TestRunLoop::runLater() {
   const std::size_t count = mLater.size();
   for (std::size_t i = 0; i < count; ++i) {
@@ -84,8 +102,7 @@ bool TestRunLoop::pollDescriptors(milliseconds atMost) {
   const auto watches = enabledWatchStates();
   std::vector<pollfd> descriptors;
   for (const auto& watch : watches) {
-    const int events = watch->interest == Interest::Readable ? POLLIN : POLLOUT;
-    descriptors.push_back({watch->descriptor, static_cast<short>(events), 0});
+    descriptors.push_back({watch->descriptor, eventsFor(watch->interest), 0});
   }
   if (::poll(descriptors.data(), descriptors.size(), static_cast<int>(atMost.count())) <= 0) {
     return false;

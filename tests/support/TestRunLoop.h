@@ -21,6 +21,8 @@ class TestRunLoop : public platform::RunLoop {
   std::unique_ptr<Timer> startTimer(std::chrono::milliseconds delay, bool repeating,
                                     std::function<void()> fired) override;
   void callLater(std::function<void()> callback) override;
+  bool waitUntilReady(int descriptor, Interest interest,
+                      std::chrono::steady_clock::time_point deadline) override;
 
   // Runs the calls put off so far, but not those that they put off. False when there were none.
   bool runLater();

@@ -1,7 +1,6 @@
 #include "platform/posix/PosixStreamSocket.h"
 
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -100,10 +99,9 @@ int PosixStreamSocket::sendAll(std::span<const std::uint8_t> bytes, double timeo
       taken += static_cast<std::size_t>(count);
       if (progress) progress(taken);
     } else if (errno == EAGAIN) {
-      const int error = waitUntilWritable(deadline);
-      if (error != 0) {
+      if (!mRunLoop.waitUntilReady(mSocket.get(), RunLoop::Interest::Writable, deadline)) {
         abandon();
-        return error;
+        return ETIMEDOUT;
       }
     } else if (errno != EINTR) {
       return errno;
@@ -156,17 +154,6 @@ void PosixStreamSocket::readable() {
 void PosixStreamSocket::call(CallbackType type, const void* data) {
   const Data address = mAddress;
   mCallout(this, type, address, data, mInfo);
-}
-
-int PosixStreamSocket::waitUntilWritable(Clock::time_point deadline) {
-  for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
-    if (left.count() <= 0) return ETIMEDOUT;
-    pollfd descriptor{mSocket.get(), POLLOUT, 0};
-    const int ready = ::poll(&descriptor, 1, static_cast<int>(left.count()));
-    if (ready > 0) return 0;
-    if (ready < 0 && errno != EINTR) return errno;
-  }
 }
 
 // What was not sent of a message must not follow later: the printer would wait for its rest.

@@ -38,7 +38,6 @@ class PosixStreamSocket : public StreamSocket {
   void readable();
   void call(CallbackType type, const void* data);
   bool isEnabled(CallbackType type) const { return (mEnabledTypes & type) == type; }
-  int waitUntilWritable(Clock::time_point deadline);
   void abandon();
 
   RunLoop& mRunLoop;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <deque>
 #include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -15,21 +16,10 @@
 namespace platform {
 namespace {
 
-// Qt's events that carry nothing: when they arrive, it is time for what waits here.
-QEvent::Type deliveryType() {
-  static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
-  return registered;
-}
-
-QEvent::Type openApplicationType() {
-  static const auto registered = static_cast<QEvent::Type>(QEvent::registerEventType());
-  return registered;
-}
-
 class QtEventsOnLoop final : public QtEvents, private QObject {
  public:
   explicit QtEventsOnLoop(QtEventLoop& loop)
-      : mLoop(loop), mSignals([this] { quitInEveryState(); }) {
+      : mLoop(loop), mSignals([this] { mLoop.call([this] { quitInEveryState(); }); }) {
     QCoreApplication::instance()->installEventFilter(this);
   }
 
@@ -85,12 +75,12 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
     EventHandler handler;
     void* userData;
   };
+  struct Run {};  // of the loop
   struct AppleHandler {
     AppleEventHandler handler;
     void* refCon;
   };
 
-  bool event(QEvent* received) override;
   bool eventFilter(QObject* watched, QEvent* filtered) override;
   void askForDelivery();
   void deliverNext();
@@ -103,19 +93,25 @@ class QtEventsOnLoop final : public QtEvents, private QObject {
   std::vector<Installed> mHandlers;  // in the order of their installation
   std::map<std::pair<FourCharCode, FourCharCode>, AppleHandler> mAppleHandlers;
   std::deque<std::unique_ptr<Event>> mQueue;
+  std::shared_ptr<Run> mRun = std::make_shared<Run>();
   std::function<bool()> mMayQuit;
   TerminationSignals mSignals;
 };
 
+// What an earlier run left over waits for this one.
 void QtEventsOnLoop::runApplicationEventLoop() {
-  QCoreApplication::removePostedEvents(this);
-  QCoreApplication::postEvent(this, new QEvent(openApplicationType()));
+  mRun = std::make_shared<Run>();
+  mLoop.callLater([this, run = std::weak_ptr(mRun)] {
+    if (!run.expired()) openApplication();
+  });
   for (std::size_t waiting = mQueue.size(); waiting > 0; --waiting) askForDelivery();
   mLoop.run();
 }
 
 void QtEventsOnLoop::askForDelivery() {
-  QCoreApplication::postEvent(this, new QEvent(deliveryType()));
+  mLoop.callLater([this, run = std::weak_ptr(mRun)] {
+    if (!run.expired()) deliverNext();
+  });
 }
 
 OSStatus QtEventsOnLoop::processCommand(const HICommand& command) {
@@ -154,16 +150,6 @@ OSStatus QtEventsOnLoop::sendToTarget(const EventTarget& target, const Event& se
   return eventNotHandledErr;
 }
 
-// Qt goes on with the events that it has at hand after the loop was told to end: they stay here.
-bool QtEventsOnLoop::event(QEvent* received) {
-  if (received->type() != deliveryType() && received->type() != openApplicationType()) {
-    return QObject::event(received);
-  }
-  if (mLoop.isEnding()) return true;
-  mLoop.guard([&] { received->type() == deliveryType() ? deliverNext() : openApplication(); });
-  return true;
-}
-
 void QtEventsOnLoop::deliverNext() {
   const std::unique_ptr<Event> next = std::move(mQueue.front());
   mQueue.pop_front();
@@ -182,7 +168,9 @@ void QtEventsOnLoop::openApplication() {
 // Qt's own way of quitting asks each window to close, which sheets do not.
 bool QtEventsOnLoop::eventFilter(QObject* watched, QEvent* filtered) {
   if (filtered->type() != QEvent::Quit) return QObject::eventFilter(watched, filtered);
-  if (!mMayQuit || mMayQuit()) quitInEveryState();
+  mLoop.call([this] {
+    if (!mMayQuit || mMayQuit()) quitInEveryState();
+  });
   return true;
 }
 

@@ -1,4 +1,4 @@
-// Events and commands on Qt's event loop. Posted events wait in Qt's queue and are dropped with the
+// Events and commands on Qt's event loop. Posted events wait there and are dropped with the
 // object. A signal to end the program (SIGTERM, SIGINT, SIGHUP) is issued as the command 'quit',
 // whatever a sheet blocks, and ends the loop in every state; so does a request of the session,
 // unless the user is to be asked first.

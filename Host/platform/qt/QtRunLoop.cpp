@@ -1,16 +1,14 @@
 #include "platform/qt/QtRunLoop.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QObject>
 #include <QPointer>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
-#include <deque>
 #include <limits>
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "platform/qt/QtEventLoop.h"
 
@@ -32,9 +30,21 @@ class Owned {
     };
   }
 
+  // A function of the owner's, which does nothing once the owner is gone.
+  template <typename Function>
+  Callback whileOwned(Function function) const {
+    return [function = std::move(function), weak = std::weak_ptr(mCallback)] {
+      if (!weak.expired()) function();
+    };
+  }
+
  private:
   std::shared_ptr<const Callback> mCallback;
 };
+
+QSocketNotifier::Type typeFor(RunLoop::Interest interest) {
+  return interest == RunLoop::Interest::Readable ? QSocketNotifier::Read : QSocketNotifier::Write;
+}
 
 class QtWatch final : public RunLoop::Watch {
  public:
@@ -61,16 +71,38 @@ class QtWatch final : public RunLoop::Watch {
   QPointer<QSocketNotifier> mNotifier;
 };
 
+// Keeps the watches silent while it lives. A descriptor that is ready then still is so afterwards.
+class Silence {
+ public:
+  explicit Silence(const QObject& watches) {
+    for (QSocketNotifier* notifier : watches.findChildren<QSocketNotifier*>()) {
+      if (!notifier->isEnabled()) continue;
+      notifier->setEnabled(false);
+      mSilenced.emplace_back(notifier);
+    }
+  }
+  ~Silence() {
+    for (QSocketNotifier* notifier : mSilenced) notifier->setEnabled(true);
+  }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  std::vector<QSocketNotifier*> mSilenced;
+};
+
 class QtLoopTimer final : public RunLoop::Timer {
  public:
   QtLoopTimer(QtEventLoop& loop, QObject& parent, std::chrono::milliseconds delay, bool repeating,
               Callback fired)
-      : mFired(std::move(fired)), mTimer(new QTimer(&parent)) {
+      : mLoop(loop), mFired(std::move(fired)), mTimer(new QTimer(&parent)) {
     using Count = std::chrono::milliseconds::rep;
     const auto bounded = std::clamp<Count>(delay.count(), 0, std::numeric_limits<int>::max());
     mTimer->setTimerType(Qt::PreciseTimer);  // the coarse one may fire too early
     mTimer->setSingleShot(!repeating);
-    QObject::connect(mTimer, &QTimer::timeout, mTimer, mFired.caller(loop));
+    const auto call = mFired.caller(loop);
+    QObject::connect(mTimer, &QTimer::timeout, mTimer,
+                     [this, call] { mLoop.isWaiting() ? putOff() : call(); });
     mTimer->start(static_cast<int>(bounded));
   }
 
@@ -82,41 +114,27 @@ class QtLoopTimer final : public RunLoop::Timer {
   }
 
  private:
+  // A timer that repeats counts anew when it has fired.
+  void putOff() {
+    mTimer->stop();
+    mLoop.callLater(mFired.whileOwned([this, call = mFired.caller(mLoop)] {
+      if (mTimer != nullptr && !mTimer->isSingleShot()) mTimer->start();
+      call();
+    }));
+  }
+
+  QtEventLoop& mLoop;
   Owned mFired;
   QPointer<QTimer> mTimer;
 };
 
-// Put-off calls, each waiting for an event of Qt's queue.
-class PutOff final : public QObject {
- public:
-  explicit PutOff(QtEventLoop& loop) : mLoop(loop) {}
-
-  void add(Callback callback) {
-    mCallbacks.push_back(std::move(callback));
-    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-  }
-
-  bool event(QEvent* received) override {
-    if (received->type() != QEvent::User) return QObject::event(received);
-    const Callback next = std::move(mCallbacks.front());
-    mCallbacks.pop_front();
-    if (!mLoop.isEnding()) mLoop.guard(next);
-    return true;
-  }
-
- private:
-  QtEventLoop& mLoop;
-  std::deque<Callback> mCallbacks;
-};
-
 class QtRunLoop final : public RunLoop {
  public:
-  explicit QtRunLoop(QtEventLoop& loop) : mLoop(loop), mPutOff(loop) {}
+  explicit QtRunLoop(QtEventLoop& loop) : mLoop(loop) {}
 
   std::unique_ptr<Watch> watch(int descriptor, Interest interest, Callback ready) override {
-    const auto type =
-        interest == Interest::Readable ? QSocketNotifier::Read : QSocketNotifier::Write;
-    return std::make_unique<QtWatch>(mLoop, mContext, descriptor, type, std::move(ready));
+    return std::make_unique<QtWatch>(mLoop, mContext, descriptor, typeFor(interest),
+                                     std::move(ready));
   }
 
   std::unique_ptr<Timer> startTimer(std::chrono::milliseconds delay, bool repeating,
@@ -124,12 +142,17 @@ class QtRunLoop final : public RunLoop {
     return std::make_unique<QtLoopTimer>(mLoop, mContext, delay, repeating, std::move(fired));
   }
 
-  void callLater(Callback callback) override { mPutOff.add(std::move(callback)); }
+  void callLater(Callback callback) override { mLoop.callLater(std::move(callback)); }
+
+  bool waitUntilReady(int descriptor, Interest interest,
+                      std::chrono::steady_clock::time_point deadline) override {
+    const Silence silence(mContext);
+    return mLoop.waitUntilReady(descriptor, typeFor(interest), deadline);
+  }
 
  private:
   QtEventLoop& mLoop;
   QObject mContext;  // owns the notifiers and timers
-  PutOff mPutOff;
 };
 
 }  // namespace

@@ -122,9 +122,12 @@ class QtToolkit final : public Toolkit {
   void wireList(WindowRef window, ListControl& list);
   void wireAction(MainWindow& window, QAction& action);
   void activateRow(const ListControl& list);
+  void selectionChanged(ControlRef control);
   void boundsChanged(ControlRef control, const QRect& before, const QRect& after);
   bool closeRequested(WindowRef window);
   void issue(const QWidget& source, FourCharCode command);
+  bool mayIssue(const QWidget& source, FourCharCode command) const;
+  void issueNow(const QWidget& source, FourCharCode command);
 
   QtEventLoop& mLoop;
   QtEvents& mEvents;
@@ -385,11 +388,7 @@ void QtToolkit::wireAction(MainWindow& window, QAction& action) {
 void QtToolkit::wireList(WindowRef window, ListControl& list) {
   const ControlRef control = mControls.refFor(list, window);
   list.fitColumns();
-  list.observe({[this, &list, control] {
-                  const auto notify = list.items().callbacks().itemNotification;
-                  if (notify == nullptr) return;
-                  mLoop.guard([&] { notify(control, 0, kDataBrowserSelectionSetChanged); });
-                },
+  list.observe({[this, control] { mLoop.call([this, control] { selectionChanged(control); }); },
                 [this, control](const QRect& before, const QRect& after) {
                   boundsChanged(control, before, after);
                 },
@@ -403,15 +402,29 @@ void QtToolkit::activateRow(const ListControl& list) {
   }
 }
 
+void QtToolkit::selectionChanged(ControlRef control) {
+  ListControl* list = mControls.list(control);
+  if (list == nullptr) return;
+  const auto notify = list->items().callbacks().itemNotification;
+  if (notify != nullptr) notify(control, 0, kDataBrowserSelectionSetChanged);
+}
+
 void QtToolkit::boundsChanged(ControlRef control, const QRect& before, const QRect& after) {
   Event changed(kControlBoundsChangedEvent);
   changed.setParameter(kEventParamDirectObject, control);
   changed.setParameter(kEventParamOriginalBounds, toFloatRect(before));
   changed.setParameter(kEventParamCurrentBounds, toFloatRect(after));
-  mLoop.guard([&] { mEvents.sendToTarget(control, changed); });
+  mLoop.call([this, control, changed] { mEvents.sendToTarget(control, changed); });
 }
 
+// A window that does not close while the program waits is asked again afterwards.
 bool QtToolkit::closeRequested(WindowRef window) {
+  if (mLoop.isWaiting()) {
+    mLoop.callLater([widget = QPointer(mWindows.widget(window))] {
+      if (widget != nullptr) widget->close();
+    });
+    return false;
+  }
   if (mQuitQuestions.ask()) return false;
   OSStatus answer = noErr;
   mLoop.guard([&] { answer = mEvents.sendToTarget(window, Event(kWindowCloseEvent)); });
@@ -420,12 +433,25 @@ bool QtToolkit::closeRequested(WindowRef window) {
   return true;
 }
 
-// The one place where the activation of a control becomes a command. Of the answers to a question
-// about Quit, the program gets only Quit.
+// The one place where the activation of a control becomes a command. One that has to wait is looked
+// at again when its turn comes.
 void QtToolkit::issue(const QWidget& source, FourCharCode command) {
+  if (!mayIssue(source, command)) return;
+  mLoop.call([this, source = QPointer(&source), command] {
+    if (source != nullptr && mayIssue(*source, command)) issueNow(*source, command);
+  });
+}
+
+bool QtToolkit::mayIssue(const QWidget& source, FourCharCode command) const {
   const WindowRef window = mWindows.refOf(*source.window());
-  if (window == WindowRef::None || (command != kQuitCommand && mWindows.isBlocked(window))) return;
-  if (!source.isVisible() || !source.isEnabled()) return;
+  if (window == WindowRef::None) return false;
+  if (command != kQuitCommand && mWindows.isBlocked(window)) return false;
+  return source.isVisible() && source.isEnabled();
+}
+
+// Of the answers to a question about Quit, the program gets only Quit.
+void QtToolkit::issueNow(const QWidget& source, FourCharCode command) {
+  const WindowRef window = mWindows.refOf(*source.window());
   if (mQuitQuestions.isQuestion(window)) {
     mQuitQuestions.withdraw(window);
     if (command != kQuitCommand) return;
@@ -435,7 +461,7 @@ void QtToolkit::issue(const QWidget& source, FourCharCode command) {
   for (Notice* notice : noticesIn(*source.window())) notice->noteCommand(command);
   HICommand issued;
   issued.commandId = command;
-  mLoop.guard([&] { mEvents.processCommand(issued); });
+  mEvents.processCommand(issued);
 }
 
 }  // namespace
