@@ -48,7 +48,8 @@ class StreamSocket {
 
   // Blocks until all bytes are handed to the host: 0, or an error, also when `timeoutSeconds` pass
   // before that. The bytes are not copied. A send that runs out of time ends the connection: none
-  // of the rest is sent later, and nothing is called back.
+  // of the rest is sent later, and nothing is called back. The run loop waits for room meanwhile,
+  // and calls nothing.
   virtual int send(std::span<const std::uint8_t> bytes, double timeoutSeconds,
                    const Progress& progress) = 0;
 };

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
+#include <unistd.h>
 
+#include <QTimer>
+#include <array>
 #include <csignal>
 #include <functional>
 #include <stdexcept>
@@ -48,6 +51,21 @@ class QtEventsTest : public testing::Test {
   static OSStatus keepOpening(const Event&, Event&, void* refCon) {
     static_cast<QtEventsTest*>(refCon)->mCalled.emplace_back("open");
     return platform::noErr;
+  }
+
+  // Waits from inside the loop, as the program does, and has something happen meanwhile. The
+  // descriptor becomes ready after it.
+  void whileWaiting(const std::function<void()>& happens) {
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    QTimer::singleShot(0, [&] {
+      happens();
+      QTimer::singleShot(20, [&] { EXPECT_EQ(write(ends[1], "x", 1), 1); });
+    });
+    EXPECT_TRUE(mRunLoop->waitUntilReady(ends[0], platform::RunLoop::Interest::Readable,
+                                         std::chrono::steady_clock::now() + 20s));
+    mCalled.emplace_back("waited");
+    for (const int end : ends) close(end);
   }
 
   CoreApplication mApplication;
@@ -148,6 +166,62 @@ TEST_F(QtEventsTest, RunLoopIsSilentOnceTheLoopIsToEnd) {
   mRunLoop->callLater([&] { mCalled.emplace_back("late"); });
   mEvents->runApplicationEventLoop();
   EXPECT_THAT(mCalled, testing::Not(testing::Contains("late")));
+}
+
+TEST_F(QtEventsTest, SignalDuringAWaitEndsTheLoopAfterwards) {
+  mOnPosted = [&] { whileWaiting([] { std::raise(SIGTERM); }); };
+  post();
+  mEvents->runApplicationEventLoop();
+  EXPECT_THAT(mCalled, ElementsAre("open", "posted", "waited", "command", "quit"));
+}
+
+TEST_F(QtEventsTest, EndOfTheSessionDuringAWaitEndsTheLoopAfterwards) {
+  mOnPosted = [&] { whileWaiting([] { QCoreApplication::quit(); }); };
+  post();
+  mEvents->runApplicationEventLoop();
+  EXPECT_THAT(mCalled, ElementsAre("open", "posted", "waited", "command", "quit"));
+}
+
+TEST_F(QtEventsTest, WaitHoldsAfterQuitWasDecided) {
+  mOnPosted = [&] {
+    mEvents->quitApplicationEventLoop();
+    whileWaiting([&] { mRunLoop->callLater([&] { mCalled.emplace_back("late"); }); });
+  };
+  post();
+  post();
+  mEvents->runApplicationEventLoop();
+  EXPECT_THAT(mCalled, ElementsAre("open", "posted", "waited"));
+}
+
+TEST_F(QtEventsTest, ExceptionFromWhatWasPutOffLeavesTheLoop) {
+  mOnPosted = [&] {
+    mOnPosted = {};
+    whileWaiting([&] { mRunLoop->callLater([] { throw std::out_of_range("late"); }); });
+  };
+  post();
+  EXPECT_THROW(mEvents->runApplicationEventLoop(), std::out_of_range);
+  EXPECT_THAT(mCalled, ElementsAre("open", "posted", "waited"));
+}
+
+TEST_F(QtEventsTest, ProgramThatWaitsAgainHearsOfItInOrder) {
+  int waits = 0;
+  mOnPosted = [&] {
+    if (++waits > 2) return;
+    whileWaiting([&] {
+      mRunLoop->callLater([&, wait = waits] { mCalled.push_back(std::to_string(wait)); });
+      post();
+    });
+  };
+  post();
+  const auto end = mRunLoop->startTimer(200ms, false, [&] { mEvents->quitApplicationEventLoop(); });
+  mEvents->runApplicationEventLoop();
+  EXPECT_THAT(mCalled,
+              ElementsAre("open", "posted", "waited", "1", "posted", "waited", "2", "posted"));
+}
+
+TEST_F(QtEventsTest, ProgramWaitsOnceAtATime) {
+  EXPECT_DEATH(whileWaiting([&] { whileWaiting([] {}); }),
+               "^Assertion failed: \\(!mWaiting\\), function waitUntilReady, ");
 }
 
 TEST_F(QtEventsTest, ExceptionFromACommandGoesToItsIssuer) {
