@@ -29,26 +29,24 @@ QString sending(std::size_t bytes) {
 }
 
 QString burning(milliseconds bound) {
-  const auto seconds = std::chrono::ceil<std::chrono::seconds>(bound);
-  if (seconds < 1min) {
+  const auto seconds = static_cast<int>(std::chrono::ceil<std::chrono::seconds>(bound).count());
+  if (seconds < 60) {
+    //: what happens now; the time is below a minute
     return QCoreApplication::translate(
-        "DownloadProgress",
-        //: what happens now; the time is below a minute
-        "The printer is writing its memory: this may take up to %n second(s)", nullptr,
-        static_cast<int>(seconds.count()));
+        "DownloadProgress", "The printer is writing its memory: this may take up to %n second(s)",
+        nullptr, seconds);
   }
+  const auto minutes = static_cast<int>(std::chrono::ceil<std::chrono::minutes>(bound).count());
+  //: what happens now
   return QCoreApplication::translate(
-      "DownloadProgress",
-      //: what happens now
-      "The printer is writing its memory: this may take up to %n minute(s)", nullptr,
-      static_cast<int>(std::chrono::ceil<std::chrono::minutes>(bound).count()));
+      "DownloadProgress", "The printer is writing its memory: this may take up to %n minute(s)",
+      nullptr, minutes);
 }
 
 QString burningForTooLong() {
-  return QCoreApplication::translate(
-      "DownloadProgress",
-      //: what happens now: the time for it is over, and the printer has not answered
-      "The printer takes longer than expected to write its memory");
+  //: what happens now: the time for it is over, and the printer has not answered
+  return QCoreApplication::translate("DownloadProgress",
+                                     "The printer takes longer than expected to write its memory");
 }
 
 QString connecting() {
@@ -67,25 +65,25 @@ QString choosingFirmware() {
 }
 
 QString adviceOnNoAnswer() {
+  //: advice while a printer is asked for its version
   return QCoreApplication::translate(
       "DownloadProgress",
-      //: advice while a printer is asked for its version
       "The printer has not answered for more than 30 seconds. Check that it is switched on, "
       "connected and not busy. No firmware has been sent yet: you can quit and try again.");
 }
 
 QString adviceOnNothingTaken() {
+  //: advice while firmware is being sent
   return QCoreApplication::translate(
       "DownloadProgress",
-      //: advice while firmware is being sent
       "The printer has not taken any data for more than 30 seconds. Leave it switched on, and "
       "check that it is connected. If nothing changes in a few minutes, quit and try again.");
 }
 
 QString adviceOnNoEnd() {
+  //: advice when the printer has all of the firmware, and its time for writing is over
   return QCoreApplication::translate(
       "DownloadProgress",
-      //: advice when the printer has all of the firmware, and its time for writing is over
       "The printer has not answered since it got the firmware. Leave it switched on: it may still "
       "be writing. Once it is ready, quit and update it again to see whether it is up to date.");
 }
