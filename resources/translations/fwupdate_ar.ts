@@ -20,6 +20,73 @@
     </message>
 </context>
 <context>
+    <name>DownloadProgress</name>
+    <message>
+        <source>Sending %1</source>
+        <extracomment>what happens now; %1 is an amount of data with its unit, like 8.0 MB</extracomment>
+        <translation>جارٍ إرسال %1</translation>
+    </message>
+    <message>
+        <source>The printer takes longer than expected to write its memory</source>
+        <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
+        <translation>تستغرق الطابعة وقتًا أطول من المتوقع للكتابة في ذاكرتها</translation>
+    </message>
+    <message>
+        <source>Connecting to the printer</source>
+        <extracomment>what happens now</extracomment>
+        <translation>جارٍ الاتصال بالطابعة</translation>
+    </message>
+    <message>
+        <source>Asking the printer for its version</source>
+        <extracomment>what happens now: the version is that of the printer&apos;s firmware</extracomment>
+        <translation>جارٍ سؤال الطابعة عن إصدارها</translation>
+    </message>
+    <message>
+        <source>Choosing the firmware</source>
+        <extracomment>what happens now</extracomment>
+        <translation>جارٍ اختيار البرنامج الثابت</translation>
+    </message>
+    <message>
+        <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
+        <extracomment>advice while a printer is asked for its version</extracomment>
+        <translation>لم تستجب الطابعة منذ أكثر من نصف دقيقة. تأكد من أنها قيد التشغيل وموصولة وغير مشغولة. لم يُرسَل أي برنامج ثابت بعد: يمكنك الإنهاء والمحاولة مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
+        <extracomment>advice while firmware is being sent</extracomment>
+        <translation>لم تستقبل الطابعة أي بيانات منذ أكثر من نصف دقيقة. اتركها قيد التشغيل وتأكد من أنها موصولة. إذا لم يتغير شيء خلال بضع دقائق فأنهِ البرنامج وحاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
+        <extracomment>advice when the printer has all of the firmware, and its time for writing is over</extracomment>
+        <translation>لم تستجب الطابعة منذ أن تلقت البرنامج الثابت. اتركها قيد التشغيل: ربما لا تزال تكتب. عندما تصبح جاهزة، أنهِ البرنامج وحدّثها مرة أخرى لترى هل هي محدَّثة.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n second(s)</source>
+        <extracomment>what happens now; the time is below a minute</extracomment>
+        <translation>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك أقل من ثانية</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى ثانية واحدة</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى ثانيتين</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln ثوانٍ</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln ثانية</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln ثانية</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n minute(s)</source>
+        <extracomment>what happens now</extracomment>
+        <translation>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك أقل من دقيقة</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى دقيقة واحدة</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى دقيقتين</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln دقائق</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln دقيقة</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln دقيقة</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FailedSheet</name>
     <message>
         <source>Download Failed</source>
@@ -352,6 +419,14 @@
     </message>
 </context>
 <context>
+    <name>OutcomeLine</name>
+    <message>
+        <source>%1 was updated to version %2 at %3.</source>
+        <extracomment>the line below the list; %1 is a printer like &quot;Office (10.0.0.5)&quot;, %3 a time of day</extracomment>
+        <translation>حُدِّثت %1 إلى الإصدار %2 في الساعة %3.</translation>
+    </message>
+</context>
+<context>
     <name>PrinterSelectWindow</name>
     <message>
         <source>Printer Firmware Update</source>
@@ -412,11 +487,6 @@
         <translation>تحديث البرنامج الثابت</translation>
     </message>
     <message>
-        <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>
-        <extracomment>Below the name of the printer, during a download.</extracomment>
-        <translation>يجري تحديث البرنامج الثابت لهذه الطابعة. يستغرق ذلك بضع دقائق.</translation>
-    </message>
-    <message>
         <source>Download in progress</source>
         <extracomment>What a screen reader calls the progress bar.</extracomment>
         <translation>التحديث جارٍ</translation>
@@ -425,6 +495,14 @@
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
         <translation>لا توقف تشغيل الطابعة واتركها موصولة حتى يكتمل ذلك.</translation>
+    </message>
+</context>
+<context>
+    <name>QtText</name>
+    <message>
+        <source>A printer without a name</source>
+        <extracomment>in place of a printer&apos;s name in a sentence: &quot;%1 was updated to version ...&quot;</extracomment>
+        <translation>طابعة بلا اسم</translation>
     </message>
 </context>
 <context>

@@ -20,6 +20,67 @@
     </message>
 </context>
 <context>
+    <name>DownloadProgress</name>
+    <message>
+        <source>Sending %1</source>
+        <extracomment>what happens now; %1 is an amount of data with its unit, like 8.0 MB</extracomment>
+        <translation>Odesílání %1</translation>
+    </message>
+    <message>
+        <source>The printer takes longer than expected to write its memory</source>
+        <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
+        <translation>Zápis do paměti tiskárny trvá déle, než se čekalo</translation>
+    </message>
+    <message>
+        <source>Connecting to the printer</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Připojování k tiskárně</translation>
+    </message>
+    <message>
+        <source>Asking the printer for its version</source>
+        <extracomment>what happens now: the version is that of the printer&apos;s firmware</extracomment>
+        <translation>Zjišťování verze tiskárny</translation>
+    </message>
+    <message>
+        <source>Choosing the firmware</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Výběr firmwaru</translation>
+    </message>
+    <message>
+        <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
+        <extracomment>advice while a printer is asked for its version</extracomment>
+        <translation>Tiskárna déle než 30 sekund neodpovídá. Zkontrolujte, zda je zapnutá, připojená a není zaneprázdněná. Firmware se ještě neodeslal: můžete program ukončit a zkusit to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
+        <extracomment>advice while firmware is being sent</extracomment>
+        <translation>Tiskárna déle než 30 sekund nepřijímá data. Nechte ji zapnutou a zkontrolujte, zda je připojená. Pokud se během několika minut nic nezmění, program ukončete a zkuste to znovu.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
+        <extracomment>advice when the printer has all of the firmware, and its time for writing is over</extracomment>
+        <translation>Tiskárna od přijetí firmwaru neodpověděla. Nechte ji zapnutou: možná ještě zapisuje. Až bude připravená, program ukončete a spusťte aktualizaci znovu, abyste zjistili, zda je aktuální.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n second(s)</source>
+        <extracomment>what happens now; the time is below a minute</extracomment>
+        <translation>
+            <numerusform>Tiskárna zapisuje do paměti: může to trvat až %n sekundu</numerusform>
+            <numerusform>Tiskárna zapisuje do paměti: může to trvat až %n sekundy</numerusform>
+            <numerusform>Tiskárna zapisuje do paměti: může to trvat až %n sekund</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n minute(s)</source>
+        <extracomment>what happens now</extracomment>
+        <translation>
+            <numerusform>Tiskárna zapisuje do paměti: může to trvat až %n minutu</numerusform>
+            <numerusform>Tiskárna zapisuje do paměti: může to trvat až %n minuty</numerusform>
+            <numerusform>Tiskárna zapisuje do paměti: může to trvat až %n minut</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FailedSheet</name>
     <message>
         <source>Download Failed</source>
@@ -352,6 +413,14 @@
     </message>
 </context>
 <context>
+    <name>OutcomeLine</name>
+    <message>
+        <source>%1 was updated to version %2 at %3.</source>
+        <extracomment>the line below the list; %1 is a printer like &quot;Office (10.0.0.5)&quot;, %3 a time of day</extracomment>
+        <translation>%1: aktualizováno na verzi %2 v %3.</translation>
+    </message>
+</context>
+<context>
     <name>PrinterSelectWindow</name>
     <message>
         <source>Printer Firmware Update</source>
@@ -412,11 +481,6 @@
         <translation>Aktualizace firmwaru</translation>
     </message>
     <message>
-        <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>
-        <extracomment>Below the name of the printer, during a download.</extracomment>
-        <translation>Firmware této tiskárny se aktualizuje. Potrvá to několik minut.</translation>
-    </message>
-    <message>
         <source>Download in progress</source>
         <extracomment>What a screen reader calls the progress bar.</extracomment>
         <translation>Probíhá aktualizace</translation>
@@ -425,6 +489,14 @@
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
         <translation>Tiskárnu nevypínejte a nechte ji připojenou, dokud operace neskončí.</translation>
+    </message>
+</context>
+<context>
+    <name>QtText</name>
+    <message>
+        <source>A printer without a name</source>
+        <extracomment>in place of a printer&apos;s name in a sentence: &quot;%1 was updated to version ...&quot;</extracomment>
+        <translation>Tiskárna bez názvu</translation>
     </message>
 </context>
 <context>

@@ -20,6 +20,65 @@
     </message>
 </context>
 <context>
+    <name>DownloadProgress</name>
+    <message>
+        <source>Sending %1</source>
+        <extracomment>what happens now; %1 is an amount of data with its unit, like 8.0 MB</extracomment>
+        <translation>%1 werden gesendet</translation>
+    </message>
+    <message>
+        <source>The printer takes longer than expected to write its memory</source>
+        <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
+        <translation>Der Drucker braucht für seinen Speicher länger als erwartet</translation>
+    </message>
+    <message>
+        <source>Connecting to the printer</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Verbindung mit dem Drucker wird hergestellt</translation>
+    </message>
+    <message>
+        <source>Asking the printer for its version</source>
+        <extracomment>what happens now: the version is that of the printer&apos;s firmware</extracomment>
+        <translation>Firmware-Version des Druckers wird abgefragt</translation>
+    </message>
+    <message>
+        <source>Choosing the firmware</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Passende Firmware wird ausgewählt</translation>
+    </message>
+    <message>
+        <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
+        <extracomment>advice while a printer is asked for its version</extracomment>
+        <translation>Der Drucker antwortet seit mehr als 30 Sekunden nicht. Prüfen Sie, ob er eingeschaltet, verbunden und nicht beschäftigt ist. Noch wurde keine Firmware gesendet: Sie können beenden und es noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
+        <extracomment>advice while firmware is being sent</extracomment>
+        <translation>Der Drucker nimmt seit mehr als 30 Sekunden keine Daten an. Lassen Sie ihn eingeschaltet und prüfen Sie, ob er verbunden ist. Wenn sich in einigen Minuten nichts ändert, beenden Sie und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
+        <extracomment>advice when the printer has all of the firmware, and its time for writing is over</extracomment>
+        <translation>Der Drucker hat nicht geantwortet, seit er die Firmware erhalten hat. Lassen Sie ihn eingeschaltet: Vielleicht schreibt er noch. Sobald er bereit ist, beenden Sie und aktualisieren ihn erneut, um zu sehen, ob er auf dem neuesten Stand ist.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n second(s)</source>
+        <extracomment>what happens now; the time is below a minute</extracomment>
+        <translation>
+            <numerusform>Der Drucker beschreibt seinen Speicher: Das kann bis zu %n Sekunde dauern</numerusform>
+            <numerusform>Der Drucker beschreibt seinen Speicher: Das kann bis zu %n Sekunden dauern</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n minute(s)</source>
+        <extracomment>what happens now</extracomment>
+        <translation>
+            <numerusform>Der Drucker beschreibt seinen Speicher: Das kann bis zu %n Minute dauern</numerusform>
+            <numerusform>Der Drucker beschreibt seinen Speicher: Das kann bis zu %n Minuten dauern</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FailedSheet</name>
     <message>
         <source>Download Failed</source>
@@ -352,6 +411,14 @@
     </message>
 </context>
 <context>
+    <name>OutcomeLine</name>
+    <message>
+        <source>%1 was updated to version %2 at %3.</source>
+        <extracomment>the line below the list; %1 is a printer like &quot;Office (10.0.0.5)&quot;, %3 a time of day</extracomment>
+        <translation>%1 wurde um %3 auf Version %2 aktualisiert.</translation>
+    </message>
+</context>
+<context>
     <name>PrinterSelectWindow</name>
     <message>
         <source>Printer Firmware Update</source>
@@ -412,11 +479,6 @@
         <translation>Firmware wird aktualisiert</translation>
     </message>
     <message>
-        <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>
-        <extracomment>Below the name of the printer, during a download.</extracomment>
-        <translation>Die Firmware dieses Druckers wird aktualisiert. Das dauert einige Minuten.</translation>
-    </message>
-    <message>
         <source>Download in progress</source>
         <extracomment>What a screen reader calls the progress bar.</extracomment>
         <translation>Aktualisierung läuft</translation>
@@ -425,6 +487,14 @@
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
         <translation>Schalten Sie den Drucker nicht aus und lassen Sie ihn verbunden, bis dies abgeschlossen ist.</translation>
+    </message>
+</context>
+<context>
+    <name>QtText</name>
+    <message>
+        <source>A printer without a name</source>
+        <extracomment>in place of a printer&apos;s name in a sentence: &quot;%1 was updated to version ...&quot;</extracomment>
+        <translation>Ein Drucker ohne Namen</translation>
     </message>
 </context>
 <context>

@@ -20,6 +20,65 @@
     </message>
 </context>
 <context>
+    <name>DownloadProgress</name>
+    <message>
+        <source>Sending %1</source>
+        <extracomment>what happens now; %1 is an amount of data with its unit, like 8.0 MB</extracomment>
+        <translation>Enviando %1</translation>
+    </message>
+    <message>
+        <source>The printer takes longer than expected to write its memory</source>
+        <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
+        <translation>La impresora tarda más de lo previsto en escribir su memoria</translation>
+    </message>
+    <message>
+        <source>Connecting to the printer</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Conectando con la impresora</translation>
+    </message>
+    <message>
+        <source>Asking the printer for its version</source>
+        <extracomment>what happens now: the version is that of the printer&apos;s firmware</extracomment>
+        <translation>Consultando la versión de la impresora</translation>
+    </message>
+    <message>
+        <source>Choosing the firmware</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Eligiendo el firmware</translation>
+    </message>
+    <message>
+        <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
+        <extracomment>advice while a printer is asked for its version</extracomment>
+        <translation>La impresora lleva más de 30 segundos sin responder. Compruebe que está encendida, conectada y desocupada. Aún no se ha enviado firmware: puede salir y volver a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
+        <extracomment>advice while firmware is being sent</extracomment>
+        <translation>La impresora lleva más de 30 segundos sin aceptar datos. Déjela encendida y compruebe que está conectada. Si nada cambia en unos minutos, salga y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
+        <extracomment>advice when the printer has all of the firmware, and its time for writing is over</extracomment>
+        <translation>La impresora no ha respondido desde que recibió el firmware. Déjela encendida: puede que aún esté escribiendo. Cuando esté lista, salga y actualícela de nuevo para ver si está actualizada.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n second(s)</source>
+        <extracomment>what happens now; the time is below a minute</extracomment>
+        <translation>
+            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n segundo</numerusform>
+            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n segundos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n minute(s)</source>
+        <extracomment>what happens now</extracomment>
+        <translation>
+            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n minuto</numerusform>
+            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n minutos</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FailedSheet</name>
     <message>
         <source>Download Failed</source>
@@ -352,6 +411,14 @@
     </message>
 </context>
 <context>
+    <name>OutcomeLine</name>
+    <message>
+        <source>%1 was updated to version %2 at %3.</source>
+        <extracomment>the line below the list; %1 is a printer like &quot;Office (10.0.0.5)&quot;, %3 a time of day</extracomment>
+        <translation>%1 se actualizó a la versión %2 a las %3.</translation>
+    </message>
+</context>
+<context>
     <name>PrinterSelectWindow</name>
     <message>
         <source>Printer Firmware Update</source>
@@ -412,11 +479,6 @@
         <translation>Actualizando el firmware</translation>
     </message>
     <message>
-        <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>
-        <extracomment>Below the name of the printer, during a download.</extracomment>
-        <translation>Se está actualizando el firmware de esta impresora. Tardará unos minutos.</translation>
-    </message>
-    <message>
         <source>Download in progress</source>
         <extracomment>What a screen reader calls the progress bar.</extracomment>
         <translation>Actualización en curso</translation>
@@ -425,6 +487,14 @@
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
         <translation>No apague la impresora y déjela conectada hasta que esto termine.</translation>
+    </message>
+</context>
+<context>
+    <name>QtText</name>
+    <message>
+        <source>A printer without a name</source>
+        <extracomment>in place of a printer&apos;s name in a sentence: &quot;%1 was updated to version ...&quot;</extracomment>
+        <translation>Una impresora sin nombre</translation>
     </message>
 </context>
 <context>

@@ -20,6 +20,65 @@
     </message>
 </context>
 <context>
+    <name>DownloadProgress</name>
+    <message>
+        <source>Sending %1</source>
+        <extracomment>what happens now; %1 is an amount of data with its unit, like 8.0 MB</extracomment>
+        <translation>Envoi de %1</translation>
+    </message>
+    <message>
+        <source>The printer takes longer than expected to write its memory</source>
+        <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
+        <translation>L’imprimante met plus de temps que prévu à écrire sa mémoire</translation>
+    </message>
+    <message>
+        <source>Connecting to the printer</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Connexion à l’imprimante</translation>
+    </message>
+    <message>
+        <source>Asking the printer for its version</source>
+        <extracomment>what happens now: the version is that of the printer&apos;s firmware</extracomment>
+        <translation>Demande de sa version à l’imprimante</translation>
+    </message>
+    <message>
+        <source>Choosing the firmware</source>
+        <extracomment>what happens now</extracomment>
+        <translation>Choix du micrologiciel</translation>
+    </message>
+    <message>
+        <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
+        <extracomment>advice while a printer is asked for its version</extracomment>
+        <translation>L’imprimante ne répond plus depuis plus de 30 secondes. Vérifiez qu’elle est allumée, connectée et inoccupée. Aucun micrologiciel n’a encore été envoyé&#xa0;: vous pouvez quitter et réessayer.</translation>
+    </message>
+    <message>
+        <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
+        <extracomment>advice while firmware is being sent</extracomment>
+        <translation>L’imprimante n’accepte plus de données depuis plus de 30 secondes. Laissez-la allumée et vérifiez qu’elle est connectée. Si rien ne change d’ici quelques minutes, quittez et réessayez.</translation>
+    </message>
+    <message>
+        <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
+        <extracomment>advice when the printer has all of the firmware, and its time for writing is over</extracomment>
+        <translation>L’imprimante n’a pas répondu depuis qu’elle a reçu le micrologiciel. Laissez-la allumée&#xa0;: elle écrit peut-être encore. Dès qu’elle est prête, quittez et relancez la mise à jour pour voir si elle est à jour.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n second(s)</source>
+        <extracomment>what happens now; the time is below a minute</extracomment>
+        <translation>
+            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n seconde</numerusform>
+            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n secondes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>The printer is writing its memory: this may take up to %n minute(s)</source>
+        <extracomment>what happens now</extracomment>
+        <translation>
+            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n minute</numerusform>
+            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n minutes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>FailedSheet</name>
     <message>
         <source>Download Failed</source>
@@ -352,6 +411,14 @@
     </message>
 </context>
 <context>
+    <name>OutcomeLine</name>
+    <message>
+        <source>%1 was updated to version %2 at %3.</source>
+        <extracomment>the line below the list; %1 is a printer like &quot;Office (10.0.0.5)&quot;, %3 a time of day</extracomment>
+        <translation>%1&#xa0;: mise à jour vers la version %2 effectuée à %3.</translation>
+    </message>
+</context>
+<context>
     <name>PrinterSelectWindow</name>
     <message>
         <source>Printer Firmware Update</source>
@@ -412,11 +479,6 @@
         <translation>Mise à jour du micrologiciel</translation>
     </message>
     <message>
-        <source>New firmware is being downloaded to this printer. It takes a few minutes.</source>
-        <extracomment>Below the name of the printer, during a download.</extracomment>
-        <translation>Le micrologiciel de cette imprimante est en cours de mise à jour. Cela prend quelques minutes.</translation>
-    </message>
-    <message>
         <source>Download in progress</source>
         <extracomment>What a screen reader calls the progress bar.</extracomment>
         <translation>Mise à jour en cours</translation>
@@ -425,6 +487,14 @@
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
         <translation>N’éteignez pas l’imprimante et laissez-la connectée jusqu’à la fin de l’opération.</translation>
+    </message>
+</context>
+<context>
+    <name>QtText</name>
+    <message>
+        <source>A printer without a name</source>
+        <extracomment>in place of a printer&apos;s name in a sentence: &quot;%1 was updated to version ...&quot;</extracomment>
+        <translation>Une imprimante sans nom</translation>
     </message>
 </context>
 <context>

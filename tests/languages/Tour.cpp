@@ -9,11 +9,17 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <array>
+#include <chrono>
 #include <stdexcept>
 
+#include "platform/qt/DownloadProgress.h"
+#include "platform/qt/DownloadState.h"
 #include "platform/qt/ListControl.h"
 
 using namespace platform::literals;
+using namespace std::chrono_literals;
+using platform::DownloadOutcome;
+using platform::DownloadPhase;
 using platform::ItemId;
 using platform::noErr;
 using platform::Text;
@@ -152,6 +158,45 @@ void Tour::visitMenus() {
   }
 }
 
+void Tour::visitPhases() {
+  download().downloadBegan(Text::fromUtf8("Office"), Text::fromUtf8("192.168.10.23"));
+  download().phaseBegan(DownloadPhase::Connecting, 0ms);
+  see("connecting");
+  download().phaseBegan(DownloadPhase::AskingForVersion, 0ms);
+  see("asking-for-version");
+  download().versionsKnown(190, 200);
+  download().phaseBegan(DownloadPhase::ChoosingFirmware, 0ms);
+  see("choosing-firmware");
+  download().phaseBegan(DownloadPhase::SendingFirmware, 5s);
+  download().bytesHandedOver(5'200'000, 8'000'000);
+  see("sending");
+  download().phaseBegan(DownloadPhase::BurningFirmware, 48s);
+  see("burning");
+  download().phaseBegan(DownloadPhase::BurningFirmware, 369s);
+  see("burning-for-minutes");
+}
+
+// On a clock of its own.
+void Tour::visitSilence() {
+  std::chrono::steady_clock::time_point now;
+  platform::DownloadState download([&] { return now; });
+  auto& progress = dynamic_cast<platform::DownloadProgress&>(
+      *window("ProgressSheet").findChild<QWidget*>("download"));
+  progress.watch(download);
+  download.downloadBegan(Text::fromUtf8("Office"), Text());
+  for (const auto& [phase, state] :
+       {std::pair(DownloadPhase::AskingForVersion, "silent-when-asked"),
+        std::pair(DownloadPhase::SendingFirmware, "silent-while-sending"),
+        std::pair(DownloadPhase::BurningFirmware, "silent-after-all")}) {
+    download.phaseBegan(phase, 3s);
+    download.bytesHandedOver(5'200'000, 8'000'000);
+    now += 40s;
+    progress.refresh();
+    see(state);
+  }
+  download.downloadEnded(DownloadOutcome::Failed);
+}
+
 void Tour::visit(const Visitor& visitor) {
   mVisitor = visitor;
   toolkit().showWindow(mMain);
@@ -165,9 +210,9 @@ void Tour::visit(const Visitor& visitor) {
   auto& list = dynamic_cast<platform::ListControl&>(
       *window("PrinterSelectWindow").findChild<QTreeView*>("printers"));
   list.setCurrentIndex(list.model()->index(1, 0));
-  platform::ControlRef download = platform::ControlRef::None;
-  ASSERT_EQ(toolkit().getControlById(mMain, {0, 2}, download), noErr);
-  ASSERT_EQ(toolkit().setControlEnabled(download, true), noErr);
+  platform::ControlRef button = platform::ControlRef::None;
+  ASSERT_EQ(toolkit().getControlById(mMain, {0, 2}, button), noErr);
+  ASSERT_EQ(toolkit().setControlEnabled(button, true), noErr);
   see("selected");
 
   const WindowRef question = create("ConfirmDownloadSheet");
@@ -182,9 +227,13 @@ void Tour::visit(const Visitor& visitor) {
   const WindowRef progress = create("ProgressSheet");
   setText(progress, "tPNm"_4cc, "Office (192.168.10.23)");
   ASSERT_EQ(toolkit().showSheetWindow(progress, mMain), noErr);
-  see("progress");
+  visitPhases();
+  visitSilence();
   window("ProgressSheet").close();
   see("quit-question");
   visitSheet("UpToDateSheet", "up-to-date", progress);
   visitSheet("FailedSheet", "failed", progress);
+  ASSERT_EQ(toolkit().hideSheetWindow(progress), noErr);
+  download().downloadEnded(DownloadOutcome::Succeeded);
+  see("done");
 }

@@ -12,6 +12,7 @@
 
 #include "FakeBundle.h"
 #include "Languages.h"
+#include "platform/DownloadObserver.h"
 #include "platform/Toolkit.h"
 #include "platform/qt/QtApplication.h"
 
@@ -34,12 +35,15 @@ class Tour {
 
  private:
   platform::Toolkit& toolkit() { return mApplication->toolkit(); }
+  platform::DownloadObserver& download() { return mApplication->downloadObserver(); }
   QWidget& window(const char* name);
   platform::WindowRef create(const char* name);
   void fillList();
   void setText(platform::WindowRef window, platform::FourCharCode control, const QString& text);
   void visitSheet(const char* name, const std::string& state, platform::WindowRef parent);
   void visitMenus();
+  void visitPhases();
+  void visitSilence();
   void see(const std::string& state);
 
   FakeBundle mBundle;

@@ -24,10 +24,13 @@ class Translations : public testing::TestWithParam<Language> {
   std::vector<Message> mMessages;
 };
 
+// A number may be written in the digits of the language (%Ln).
 QStringList placeholdersIn(const QString& text) {
-  static const QRegularExpression kPlaceholder("%(L?[0-9]+|L?n)");
+  static const QRegularExpression kPlaceholder("%L?([0-9]+|n)");
   QStringList found;
-  for (auto each = kPlaceholder.globalMatch(text); each.hasNext();) found += each.next().captured();
+  for (auto each = kPlaceholder.globalMatch(text); each.hasNext();) {
+    found.append('%' + each.next().captured(1));
+  }
   found.sort();
   return found;
 }
