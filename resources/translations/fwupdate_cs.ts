@@ -20,6 +20,39 @@
     </message>
 </context>
 <context>
+    <name>DownloadNotification</name>
+    <message>
+        <source>Printer updated</source>
+        <extracomment>Title of a desktop notification after a download.</extracomment>
+        <translation>Tiskárna aktualizována</translation>
+    </message>
+    <message>
+        <source>%1 was updated to version %2.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;, %2 the number of the firmware&apos;s version.</extracomment>
+        <translation>%1: aktualizováno na verzi %2.</translation>
+    </message>
+    <message>
+        <source>Printer already up to date</source>
+        <extracomment>Title of a desktop notification after a download that was not needed.</extracomment>
+        <translation>Tiskárna je už aktuální</translation>
+    </message>
+    <message>
+        <source>%1 already runs this firmware or a newer one. Nothing was changed.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1 už má tento nebo novější firmware. Nic se nezměnilo.</translation>
+    </message>
+    <message>
+        <source>Printer not updated</source>
+        <extracomment>Title of a desktop notification after a download that failed.</extracomment>
+        <translation>Tiskárna neaktualizována</translation>
+    </message>
+    <message>
+        <source>The firmware of %1 was not updated. The program&apos;s window says what to do.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1: firmware nebyl aktualizován. Co dělat, je uvedeno v okně programu.</translation>
+    </message>
+</context>
+<context>
     <name>DownloadProgress</name>
     <message>
         <source>Sending %1</source>

@@ -20,6 +20,39 @@
     </message>
 </context>
 <context>
+    <name>DownloadNotification</name>
+    <message>
+        <source>Printer updated</source>
+        <extracomment>Title of a desktop notification after a download.</extracomment>
+        <translation>Imprimante mise à jour</translation>
+    </message>
+    <message>
+        <source>%1 was updated to version %2.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;, %2 the number of the firmware&apos;s version.</extracomment>
+        <translation>%1&#xa0;: mise à jour vers la version %2 effectuée.</translation>
+    </message>
+    <message>
+        <source>Printer already up to date</source>
+        <extracomment>Title of a desktop notification after a download that was not needed.</extracomment>
+        <translation>Imprimante déjà à jour</translation>
+    </message>
+    <message>
+        <source>%1 already runs this firmware or a newer one. Nothing was changed.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1 utilise déjà ce micrologiciel ou une version plus récente. Rien n’a été modifié.</translation>
+    </message>
+    <message>
+        <source>Printer not updated</source>
+        <extracomment>Title of a desktop notification after a download that failed.</extracomment>
+        <translation>Imprimante non mise à jour</translation>
+    </message>
+    <message>
+        <source>The firmware of %1 was not updated. The program&apos;s window says what to do.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>Le micrologiciel de %1 n’a pas été mis à jour. La fenêtre du programme indique quoi faire.</translation>
+    </message>
+</context>
+<context>
     <name>DownloadProgress</name>
     <message>
         <source>Sending %1</source>

@@ -20,6 +20,39 @@
     </message>
 </context>
 <context>
+    <name>DownloadNotification</name>
+    <message>
+        <source>Printer updated</source>
+        <extracomment>Title of a desktop notification after a download.</extracomment>
+        <translation>プリンターを更新しました</translation>
+    </message>
+    <message>
+        <source>%1 was updated to version %2.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;, %2 the number of the firmware&apos;s version.</extracomment>
+        <translation>%1 はバージョン %2 へ更新されました。</translation>
+    </message>
+    <message>
+        <source>Printer already up to date</source>
+        <extracomment>Title of a desktop notification after a download that was not needed.</extracomment>
+        <translation>プリンターはすでに最新です</translation>
+    </message>
+    <message>
+        <source>%1 already runs this firmware or a newer one. Nothing was changed.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1 では、すでにこのファームウェア、またはより新しいものが使われています。何も変更されていません。</translation>
+    </message>
+    <message>
+        <source>Printer not updated</source>
+        <extracomment>Title of a desktop notification after a download that failed.</extracomment>
+        <translation>プリンターは更新されませんでした</translation>
+    </message>
+    <message>
+        <source>The firmware of %1 was not updated. The program&apos;s window says what to do.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1 のファームウェアは更新されませんでした。対処方法はプログラムのウィンドウに表示されています。</translation>
+    </message>
+</context>
+<context>
     <name>DownloadProgress</name>
     <message>
         <source>Sending %1</source>

@@ -20,6 +20,39 @@
     </message>
 </context>
 <context>
+    <name>DownloadNotification</name>
+    <message>
+        <source>Printer updated</source>
+        <extracomment>Title of a desktop notification after a download.</extracomment>
+        <translation>프린터 업데이트 완료</translation>
+    </message>
+    <message>
+        <source>%1 was updated to version %2.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;, %2 the number of the firmware&apos;s version.</extracomment>
+        <translation>%1: 버전 %2(으)로 업데이트되었습니다.</translation>
+    </message>
+    <message>
+        <source>Printer already up to date</source>
+        <extracomment>Title of a desktop notification after a download that was not needed.</extracomment>
+        <translation>프린터가 이미 최신 상태임</translation>
+    </message>
+    <message>
+        <source>%1 already runs this firmware or a newer one. Nothing was changed.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1은(는) 이미 이 펌웨어나 더 새로운 펌웨어를 사용하고 있습니다. 변경된 것은 없습니다.</translation>
+    </message>
+    <message>
+        <source>Printer not updated</source>
+        <extracomment>Title of a desktop notification after a download that failed.</extracomment>
+        <translation>프린터 업데이트 안 됨</translation>
+    </message>
+    <message>
+        <source>The firmware of %1 was not updated. The program&apos;s window says what to do.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1의 펌웨어가 업데이트되지 않았습니다. 해결 방법은 프로그램 창에 나와 있습니다.</translation>
+    </message>
+</context>
+<context>
     <name>DownloadProgress</name>
     <message>
         <source>Sending %1</source>

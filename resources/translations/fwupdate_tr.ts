@@ -20,6 +20,39 @@
     </message>
 </context>
 <context>
+    <name>DownloadNotification</name>
+    <message>
+        <source>Printer updated</source>
+        <extracomment>Title of a desktop notification after a download.</extracomment>
+        <translation>Yazıcı güncellendi</translation>
+    </message>
+    <message>
+        <source>%1 was updated to version %2.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;, %2 the number of the firmware&apos;s version.</extracomment>
+        <translation>%1, %2 sürümüne güncellendi.</translation>
+    </message>
+    <message>
+        <source>Printer already up to date</source>
+        <extracomment>Title of a desktop notification after a download that was not needed.</extracomment>
+        <translation>Yazıcı zaten güncel</translation>
+    </message>
+    <message>
+        <source>%1 already runs this firmware or a newer one. Nothing was changed.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1 zaten bu donanım yazılımını veya daha yenisini kullanıyor. Hiçbir şey değiştirilmedi.</translation>
+    </message>
+    <message>
+        <source>Printer not updated</source>
+        <extracomment>Title of a desktop notification after a download that failed.</extracomment>
+        <translation>Yazıcı güncellenmedi</translation>
+    </message>
+    <message>
+        <source>The firmware of %1 was not updated. The program&apos;s window says what to do.</source>
+        <extracomment>Text of a desktop notification; %1 is the printer, like &quot;Office (10.0.0.5)&quot;.</extracomment>
+        <translation>%1: donanım yazılımı güncellenmedi. Ne yapılacağı programın penceresinde yazılıdır.</translation>
+    </message>
+</context>
+<context>
     <name>DownloadProgress</name>
     <message>
         <source>Sending %1</source>
