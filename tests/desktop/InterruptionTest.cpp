@@ -1,0 +1,87 @@
+// Whether the computer and the desktop let a download end, and what they get back afterwards.
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+#include "BusServices.h"
+#include "DesktopTest.h"
+
+namespace {
+
+using desktop::ChildProcess;
+
+constexpr char kLock[] =
+    "lock sleep:shutdown:handle-lid-switch | fwupdate | A printer is getting new firmware. | block";
+constexpr char kUnlock[] = "unlock sleep:shutdown:handle-lid-switch";
+constexpr char kStayAwake[] = "screensaver fwupdate | A printer is getting new firmware.";
+constexpr char kMaySleep[] = "screensaver released 4711";
+
+class InterruptionTest : public DesktopTest {
+ protected:
+  BusServices mSystem{PrivateBus::Kind::System, {"login1"}};
+  BusServices mDesktop{PrivateBus::Kind::Session, {"screensaver", "notifications"}};
+
+  void expectLocked() {
+    EXPECT_EQ(mSystem.news(), kLock);
+    EXPECT_EQ(mDesktop.news(), kStayAwake);
+  }
+
+  void expectUnlocked() {
+    EXPECT_EQ(mSystem.news(), kUnlock);
+    EXPECT_EQ(mDesktop.news(), kMaySleep);
+  }
+};
+
+TEST_F(InterruptionTest, NothingInterruptsADownloadUntilItsOutcome) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  EXPECT_FALSE(mSystem.hasNews());
+  startUpdate("Office");
+  expectLocked();
+  expectUnlocked();
+  printer->waitFor("burn");
+  EXPECT_FALSE(mDesktop.hasNews());  // the window is the active one
+}
+
+class EndTest : public InterruptionTest, public testing::WithParamInterface<int> {};
+
+// The desktop sees that the program has gone when that has no time to say so.
+TEST_P(EndTest, OfTheProgramUnlocks) {
+  const auto printer = startPrinter("Office", {"--burn-seconds", "60"});
+  startProgram();
+  startUpdate("Office");
+  expectLocked();
+  program().signal(GetParam());
+  EXPECT_EQ(mSystem.news(), kUnlock);
+  EXPECT_EQ(mDesktop.news(), GetParam() == SIGTERM ? kMaySleep : "left without giving back");
+}
+
+INSTANTIATE_TEST_SUITE_P(By, EndTest, testing::Values(SIGTERM, SIGABRT, SIGKILL),
+                         [](const testing::TestParamInfo<int>& signal) {
+                           return std::string(sigabbrev_np(signal.param));
+                         });
+
+TEST_F(InterruptionTest, WhoLooksElsewhereIsNotified) {
+  const auto printer = startPrinter("<b>R&D", {"--burn-seconds", "20"});
+  startProgram();
+  startUpdate("<b>R&D");
+  expectLocked();
+  const auto executable = "/proc/" + std::to_string(program().pid()) + "/exe";
+  const ChildProcess other({std::filesystem::read_symlink(executable).string()},
+                           output() / "other.log", desktop().environment());
+  ASSERT_TRUE(desktop::waitUntil(
+      [&] {
+        return desktop::findNode(
+                   other.pid(), [](const desktop::Node& node) { return node.isActive(); },
+                   std::chrono::milliseconds(0))
+            .has_value();
+      },
+      std::chrono::seconds(40)));
+  expectUnlocked();
+  EXPECT_THAT(mDesktop.news(),
+              testing::MatchesRegex(
+                  "notification fwupdate [|] 0 [|] fwupdate [|] Printer updated [|] .*&lt;b&gt;"
+                  "R&amp;D.* was updated to version 200[.] [|] desktop-entry [|] fwupdate [|] -1"));
+}
+
+}  // namespace
