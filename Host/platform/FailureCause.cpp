@@ -354,6 +354,7 @@ std::optional<FailureCause> holderIn(std::string_view text) {
   if (!text.starts_with(kHeld)) return std::nullopt;
   text.remove_prefix(kHeld.size());
   if (text.ends_with('.')) text.remove_suffix(1);
+  if (text == "another program") return std::nullopt;  // which the result of the call says, too
   if (!text.starts_with(kByDriver)) return heldBy(text);
   return FailureCause{
       nullptr,

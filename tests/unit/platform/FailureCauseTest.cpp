@@ -147,6 +147,20 @@ TEST(FailureCause, HolderIsNamed) {
   EXPECT_EQ(driver.subject, "usblp");
 }
 
+TEST(FailureCause, HolderWithoutANameIsAnotherProgram) {
+  for (const std::string beginning : {"I/O Kit error occurred during async task: Unable to open "
+                                      "interface.",
+                                      "Failed to clear pipe stall."}) {
+    const FailureCause unknown =
+        causeOfFailure(errors({"The printer's interface is in use by another program.",
+                               beginning + " [return value = 0xe00002c5]"}),
+                       false);
+    EXPECT_STREQ(unknown.cause, "Another program is using the printer’s USB connection.");
+    EXPECT_STREQ(unknown.nextStep, "Close programs that print or scan, then try again.");
+    EXPECT_EQ(unknown.subject, "");
+  }
+}
+
 TEST(FailureCause, PrintersRefusalIsToldFromAnAnswerThatIsNone) {
   const std::string error = "The firmware download failed on the printer.";
   const auto answered = [&](const std::string& dump) {
