@@ -19,9 +19,11 @@ namespace platform {
 class LibusbRegistry : public UsbRegistry, public DownloadObserver {};
 
 // `runLoop` must outlive the registry and every object that it gave out. libusb's events are
-// handled there. `logError`, which may be null, writes an entry at error level to the log: who has
-// an interface that could not be claimed, and which driver does not take one back. The former is
-// looked for within `searchTime`, since a window waits meanwhile.
+// handled there from now on, since what is attached is followed whether or not anybody asks to be
+// told; who asks names the loop for that himself, with UsbNotificationPort and UsbEventSource, and
+// may do so much later. `logError`, which may be null, writes an entry at error level to the log:
+// who has an interface that could not be claimed, and which driver does not take one back. The
+// former is looked for within `searchTime`, since a window waits meanwhile.
 std::unique_ptr<LibusbRegistry> makeLibusbRegistry(
     RunLoop& runLoop, std::function<void(const std::string& entry)> logError = {},
     std::chrono::milliseconds searchTime = std::chrono::milliseconds(30));
