@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "DesktopTest.h"
+#include "OtherProgram.h"
 #include "UsbPrinterProcess.h"
 #include "UsbSysfs.h"
 
@@ -79,6 +80,25 @@ TEST_F(UsbFromTheWindow, AFailedBurnIsSaid) {
   download("VP000001");
   labelWith("The firmware was not updated.");
   EXPECT_EQ(timesLogged("The firmware download failed on the printer."), 1u);
+  EXPECT_TRUE(desktop::waitUntil([] { return kernelDriver() == "usblp"; }, 60s));
+}
+
+// How long the program looks for its name does not depend on how slow the machine is.
+TEST_F(UsbFromTheWindow, AProgramThatHasThePrinterIsTold) {
+  UsbPrinterProcess printer;
+  startWithSmallFirmware();
+  {
+    cell("VP000001");
+    const OtherProcess other("ipp-usb", "VP000001", 1);
+    download("VP000001");
+    labelWith("The firmware was not updated.");
+    keepPicture("in-use");
+    EXPECT_EQ(timesLogged("The printer's interface is in use by "), 1u);
+  }
+  click(button("Close"));
+  EXPECT_TRUE(waitUntilGone("push button", "Close"));
+  click(enabledButton("Download"));
+  EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
 }
 
 TEST_F(UsbFromTheWindow, APrinterComesAndGoesWithItsCable) {
