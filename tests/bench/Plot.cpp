@@ -50,12 +50,14 @@ class Drawing {
   void draw() {
     text(kLeft, kTop - 16, mPlot.title, "start", "bold");
     text((kLeft + kRight) / 2, kBottom + 36, mPlot.xTitle, "middle");
-    for (double y = 0; y <= mEndY; y += mStepY) {
+    for (int line = 0; line * mStepY <= mEndY; ++line) {
+      const double y = line * mStepY;
       stroke("<path d='M" + number(kLeft) + " " + number(toY(y)) + "H" + number(kRight) +
              "' stroke='#ddd'/>");
       text(kLeft - 8, toY(y) - mTop + 4, number(y), "end");
     }
-    for (double x = 0; x <= mEndX; x += mStepX) {
+    for (int mark = 0; mark * mStepX <= mEndX; ++mark) {
+      const double x = mark * mStepX;
       text(toX(x), kBottom + 18, number(x), "middle");
     }
     stroke("<path d='M" + number(kLeft) + " " + number(mTop + kTop) + "V" + number(mTop + kBottom) +

@@ -1,7 +1,6 @@
 #include "FakeLibusb.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
@@ -25,12 +24,11 @@ void LIBUSB_CALL libusb_set_pollfd_notifiers(libusb_context*, libusb_pollfd_adde
                                              libusb_pollfd_removed_cb, void*) {}
 
 const libusb_pollfd** LIBUSB_CALL libusb_get_pollfds(libusb_context*) {
-  return current->hasPollfds
-             ? static_cast<const libusb_pollfd**>(std::calloc(1, sizeof(const libusb_pollfd*)))
-             : nullptr;
+  static const libusb_pollfd* none[] = {nullptr};
+  return current->hasPollfds ? none : nullptr;
 }
 
-void LIBUSB_CALL libusb_free_pollfds(const libusb_pollfd** list) { std::free(list); }
+void LIBUSB_CALL libusb_free_pollfds(const libusb_pollfd**) {}
 
 ssize_t LIBUSB_CALL libusb_get_device_list(libusb_context*, libusb_device*** list) {
   *list = nullptr;
@@ -42,10 +40,10 @@ std::uint8_t LIBUSB_CALL libusb_get_device_address(libusb_device* device) {
   return device->address;
 }
 
-int LIBUSB_CALL libusb_get_port_numbers(libusb_device* device, std::uint8_t* numbers, int size) {
-  if (device->ports.size() > static_cast<std::size_t>(size)) return LIBUSB_ERROR_OVERFLOW;
-  std::copy(device->ports.begin(), device->ports.end(), numbers);
-  return static_cast<int>(device->ports.size());
+int LIBUSB_CALL libusb_get_port_numbers(libusb_device* dev, std::uint8_t* port_numbers, int len) {
+  if (dev->ports.size() > static_cast<std::size_t>(len)) return LIBUSB_ERROR_OVERFLOW;
+  std::copy(dev->ports.begin(), dev->ports.end(), port_numbers);
+  return static_cast<int>(dev->ports.size());
 }
 
 int LIBUSB_CALL libusb_get_device_descriptor(libusb_device* device,
@@ -54,10 +52,10 @@ int LIBUSB_CALL libusb_get_device_descriptor(libusb_device* device,
   return LIBUSB_SUCCESS;
 }
 
-int LIBUSB_CALL libusb_get_active_config_descriptor(libusb_device* device,
-                                                    libusb_config_descriptor** active) {
-  if (device->activeResult == LIBUSB_SUCCESS) *active = &device->active;
-  return device->activeResult;
+int LIBUSB_CALL libusb_get_active_config_descriptor(libusb_device* dev,
+                                                    libusb_config_descriptor** config) {
+  if (dev->activeResult == LIBUSB_SUCCESS) *config = &dev->active;
+  return dev->activeResult;
 }
 
 void LIBUSB_CALL libusb_free_config_descriptor(libusb_config_descriptor*) {}

@@ -6,7 +6,7 @@
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using platform::isInterfaceChange;
 
 // As the kernel sends them.

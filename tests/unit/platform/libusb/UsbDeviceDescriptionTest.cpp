@@ -13,7 +13,6 @@
 namespace {
 
 using platform::UsbDeviceDescription;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
