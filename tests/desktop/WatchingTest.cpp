@@ -1,7 +1,12 @@
 // What a window says of a download while it runs and when it has ended.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <fstream>
+#include <string_view>
+
 #include "DesktopTest.h"
+#include "ScreenReader.h"
 
 namespace {
 
@@ -31,6 +36,51 @@ TEST_F(Watching, SheetSaysWhatHappensAndTheWindowHowItEnded) {
   keepPicture("2-done");
   EXPECT_EQ(outcome.role(), "alert");
   EXPECT_LE(list.y, outcome.extents().y);
+}
+
+// A step that is over before the reader has asked for its text is heard as the next one.
+TEST_F(Watching, AScreenReaderHearsOfEachStepAndOfTheEnd) {
+  const auto printer = startPrinter("Office", {"--burn-seconds", "12"});
+  startProgram();
+  desktop::ScreenReader reader;
+  startUpdate("Office");
+  labelWith(" was updated to version 200 at ");
+  const auto heard = [&](const std::string& text) {
+    return desktop::waitUntil(
+        [&] {
+          return std::any_of(
+              reader.alerts().begin(), reader.alerts().end(),
+              [&](const std::string& alert) { return alert.find(text) != std::string::npos; });
+        },
+        std::chrono::seconds(20));
+  };
+  for (const char* text :
+       {"Asking the printer for its version",
+        "The printer is writing its memory: this may take up to 51 second", "Office ("}) {
+    EXPECT_TRUE(heard(text)) << text << ": " << testing::PrintToString(reader.alerts());
+  }
+  EXPECT_THAT(reader.values(), testing::AllOf(testing::Ge(2u), testing::Le(20u)));
+}
+
+// The time that the printer has grows with the image: 3 seconds for a small one.
+TEST_F(Watching, PrinterThatTakesLongerIsNoSecret) {
+  const auto program = copyInstallation();
+  std::ofstream(program.parent_path().parent_path() / "share/fwupdate/product.brand.bin")
+      << std::string_view(
+             "FIRMWARE"
+             "ABC\0"
+             "00000200XYZ\0"
+             "Q\0"
+             "\x03\x12",
+             28);
+  const auto printer = startPrinter("Office", {"--burn-seconds", "8"});
+  startProgramAt(program);
+  startUpdate("Office");
+  labelWith("The printer is writing its memory: this may take up to 3 second");
+  labelWith("The printer takes longer than expected to write its memory");
+  keepPicture("longer");
+  labelWith("Office (");
+  labelWith(" was updated to version 200 at ");
 }
 
 TEST_F(Watching, SilenceOfANetworkPrinterIsTold) {

@@ -170,7 +170,10 @@ void DownloadProgress::begin() {
   refresh();
 }
 
+// How much is to be sent follows the phase at once.
 void DownloadProgress::refresh() {
+  const bool isSending = mDownload->phase() == DownloadPhase::SendingFirmware;
+  if (isSending && mDownload->bytesInAll() == 0) return;
   mPhase->say(phaseOf(*mDownload));
   const QString description = withoutMarks(mPhase->text());
   if (mBar->accessibleDescription() != description) mBar->setAccessibleDescription(description);

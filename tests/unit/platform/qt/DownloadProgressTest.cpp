@@ -74,6 +74,7 @@ TEST_F(DownloadProgressTest, PhasesAreSaidInWords) {
   EXPECT_EQ(phase(), "Choosing the firmware");
   EXPECT_TRUE(isBusy());
   mState.phaseBegan(DownloadPhase::SendingFirmware, 0ms);
+  EXPECT_EQ(phase(), "Choosing the firmware");
   mState.bytesHandedOver(0, 8'000'000);
   EXPECT_EQ(phase(), "Sending 8.0 MB");
   mState.phaseBegan(DownloadPhase::BurningFirmware, 120s);
@@ -100,7 +101,6 @@ TEST_F(DownloadProgressTest, TimeForWritingIsRoundedUp) {
 
 TEST_F(DownloadProgressTest, BarFollowsTheBytes) {
   begin(DownloadPhase::SendingFirmware);
-  EXPECT_TRUE(isBusy());
   mState.bytesHandedOver(0, 4000);
   EXPECT_THAT(bar().part(), DoubleEq(0));
   mState.bytesHandedOver(1000, 4000);
