@@ -246,6 +246,35 @@ bool VirtualDesktop::resizeWindow(std::string_view title, int width, int height)
   return true;
 }
 
+void VirtualDesktop::coverBriefly(int x, int y, int width, int height) {
+  XSetWindowAttributes attributes{};
+  attributes.override_redirect = True;
+  attributes.background_pixel = kBackground;
+  const Window cover =
+      XCreateWindow(mDisplay, DefaultRootWindow(mDisplay), x, y, static_cast<unsigned>(width),
+                    static_cast<unsigned>(height), 0, CopyFromParent, InputOutput, CopyFromParent,
+                    CWOverrideRedirect | CWBackPixel, &attributes);
+  XMapRaised(mDisplay, cover);
+  XSync(mDisplay, False);
+  XDestroyWindow(mDisplay, cover);
+  XSync(mDisplay, False);
+}
+
+bool VirtualDesktop::isPlain(int x, int y, int width, int height) const {
+  XImage* image =
+      XGetImage(mDisplay, DefaultRootWindow(mDisplay), x, y, static_cast<unsigned>(width),
+                static_cast<unsigned>(height), AllPlanes, ZPixmap);
+  if (!image) throw std::runtime_error("the screen cannot be read");
+  bool same = true;
+  for (int row = 0; row < height; ++row) {
+    for (int column = 0; column < width; ++column) {
+      same = same && XGetPixel(image, column, row) == XGetPixel(image, 0, 0);
+    }
+  }
+  XDestroyImage(image);
+  return same;
+}
+
 void VirtualDesktop::screenshot(const std::filesystem::path& file) const {
   const Window root = DefaultRootWindow(mDisplay);
   XWindowAttributes attributes{};

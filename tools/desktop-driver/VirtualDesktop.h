@@ -52,6 +52,13 @@ class VirtualDesktop {
   // As when its frame is dragged. False when no window has that title.
   bool resizeWindow(std::string_view title, int width, int height);
 
+  // Puts a plain window in front of a place and takes it away again: what is behind it has to be
+  // painted anew.
+  void coverBriefly(int x, int y, int width, int height);
+
+  // Whether the place has one colour.
+  bool isPlain(int x, int y, int width, int height) const;
+
   // Writes the whole screen as a PNG file.
   void screenshot(const std::filesystem::path& file) const;
 

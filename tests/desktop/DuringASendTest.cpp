@@ -1,0 +1,114 @@
+// The window while the program hands an image to a printer that stops reading: it sends for five
+// seconds, and gives up.
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <thread>
+
+#include "DesktopTest.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr char kBegins[] = "Async write request for 16777216 bytes.";
+constexpr char kFails[] = "General runtime error occurred during async task: Unable to write data";
+
+class DuringASend : public DesktopTest {
+ protected:
+  DuringASend() {
+    mPrinter =
+        startPrinter("Office", {"--fault", "hang@mid-image", "--fault", "receive-buffer=65536"});
+    const auto executable = copyInstallation();
+    const auto image = output() / "product.brand.bin";
+    desktop::ChildProcess make(
+        {FIRMWARE_IMAGE, "make", "--version", "200", "--size", "16777216", image.string()},
+        output() / "make.log");
+    EXPECT_EQ(make.waitForExit(40s), 0);
+    replaceFirmware(executable, image);
+    std::filesystem::remove(image);
+    startProgramAt(executable);
+    startUpdate("Office");
+    EXPECT_TRUE(waitForLog(kBegins));
+  }
+
+  bool isSending() const { return timesLogged(kFails) == 0; }
+
+  void expectEndAfterTheSend() {
+    EXPECT_TRUE(isSending());
+    EXPECT_EQ(program().waitForExit(40s), 0) << program().output();
+    EXPECT_EQ(timesLogged(kFails), 1u);
+    EXPECT_EQ(timesLogged("Cleaning up network transport."), 1u);
+    EXPECT_EQ(timesLogged("Cleaning up firmware downloader."), 1u);
+  }
+
+ private:
+  std::unique_ptr<VirtualPrinterProcess> mPrinter;
+};
+
+// A window that sleeps meanwhile gives its one answer at the end.
+TEST_F(DuringASend, AssistiveTechnologyIsAnswered) {
+  const auto label = labelWith("Office (");
+  int answers = 0;
+  Clock::duration slowest{};
+  for (;;) {
+    const auto asked = Clock::now();
+    const std::string text = label.text();
+    if (!isSending()) break;
+    EXPECT_THAT(text, testing::HasSubstr("Office"));
+    slowest = std::max(slowest, Clock::now() - asked);
+    ++answers;
+    std::this_thread::sleep_for(5ms);
+  }
+  std::cout << answers << " answers, the slowest after " << Milliseconds(slowest).count()
+            << " ms\n";
+  EXPECT_GE(answers, 10);
+  answer("Close");
+}
+
+TEST_F(DuringASend, WindowIsPainted) {
+  const auto place = labelWith("Office (").extents();
+  const auto isPlain = [&] {
+    return desktop().isPlain(place.x, place.y, place.width, place.height);
+  };
+  ASSERT_FALSE(isPlain());
+  for (int i = 0; i < 3; ++i) {
+    desktop().coverBriefly(place.x, place.y, place.width, place.height);
+    EXPECT_TRUE(desktop::waitUntil([&] { return !isPlain(); }, 40s));
+    EXPECT_TRUE(isSending());
+  }
+  keepPicture("painted");
+  answer("Close");
+}
+
+TEST_F(DuringASend, ClosedWindowClosesRightAfterIt) {
+  EXPECT_TRUE(desktop().closeWindow("Printer Firmware Update"));
+  expectEndAfterTheSend();
+}
+
+TEST_F(DuringASend, SignalEndsTheProgramRightAfterIt) {
+  program().signal(SIGTERM);
+  expectEndAfterTheSend();
+}
+
+TEST_F(DuringASend, HeldKeyDoesNotAnswerWhatComesAfterIt) {
+  desktop().holdDown("Return");
+  button("Close");
+  std::this_thread::sleep_for(2s);
+  EXPECT_TRUE(isOnScreen("push button", "Close"));
+  desktop().letGo("Return");
+  answer("Close");
+}
+
+TEST_F(DuringASend, ProgramEndsWithTheScreen) {
+  desktop().killServer();
+  EXPECT_TRUE(isSending());
+  EXPECT_EQ(program().waitForExit(40s), 1);
+}
+
+}  // namespace
