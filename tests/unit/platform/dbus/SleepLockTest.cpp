@@ -219,6 +219,7 @@ TEST_F(SleepLockTest, TheLockOutlivesItsBus) {
   const std::size_t watches = runLoop.enabledWatches();
   systemBus.stop();
   ASSERT_TRUE(runLoop.runUntil([&] { return runLoop.enabledWatches() < watches; }));
+  runLoop.runAllLater();
   EXPECT_FALSE(services->hasNews());
   end();
   EXPECT_EQ(news(), kUnlockedAll);
