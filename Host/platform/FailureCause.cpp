@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <array>
 
-// As Qt's tools know it, without Qt: marks a text that is to be translated where it is shown.
-#define QT_TRANSLATE_NOOP(context, text) text
+#include "platform/Translatable.h"
 
 namespace platform {
 namespace {
@@ -20,146 +19,144 @@ constexpr std::array<std::string_view, 4> kIntroductions{
 // The next steps that several causes share.
 
 //: What to do after a failed download.
-constexpr char kCheckAndTryAgain[] = QT_TRANSLATE_NOOP(
+constexpr char kCheckAndTryAgain[] = TRANSLATABLE(
     "FailureCause",
     "Check that the printer is switched on, connected and not printing, then try again.");
 
 //: What to do after a failed download to a network printer.
-constexpr char kCheckNetwork[] = QT_TRANSLATE_NOOP(
+constexpr char kCheckNetwork[] = TRANSLATABLE(
     "FailureCause",
     "Check that the printer is switched on and on the same network as this computer, then try "
     "again.");
 
 //: What to do after a failed download.
 constexpr char kSwitchOffAndOn[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Switch the printer off and on, then try again.");
+    TRANSLATABLE("FailureCause", "Switch the printer off and on, then try again.");
 
 //: What to do after a failed download: wait, or else restart the printer.
-constexpr char kWaitOrSwitchOff[] = QT_TRANSLATE_NOOP(
+constexpr char kWaitOrSwitchOff[] = TRANSLATABLE(
     "FailureCause",
     "Wait until the printer has finished its other work, or switch it off and on, then try again.");
 
 //: What to do after a failed download: the firmware file came with a package, and has to be
 //: installed once more.
 constexpr char kInstallFirmwareAgain[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Install the printer’s firmware again, then try again.");
+    TRANSLATABLE("FailureCause", "Install the printer’s firmware again, then try again.");
 
 //: What to do after a failed download: files of this program are missing or damaged.
 constexpr char kInstallProgramAgain[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Install this program again, then try again.");
+    TRANSLATABLE("FailureCause", "Install this program again, then try again.");
 
 //: What to do after a failed download to a USB printer.
-constexpr char kConnectDirectly[] = QT_TRANSLATE_NOOP(
+constexpr char kConnectDirectly[] = TRANSLATABLE(
     "FailureCause",
     "Connect the printer’s cable directly to this computer, without a hub, then try again.");
 
 //: What to do after a failed download: the computer lacks memory or other resources.
 constexpr char kCloseOtherPrograms[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Close other programs, then try again.");
+    TRANSLATABLE("FailureCause", "Close other programs, then try again.");
 
 //: What to do after a failed download: "the details" are the part of this window with the log.
-constexpr char kSendDetails[] = QT_TRANSLATE_NOOP(
+constexpr char kSendDetails[] = TRANSLATABLE(
     "FailureCause",
     "Try again. If it fails again, send a copy of the details to whoever supports this printer.");
 
 //: Why a download failed: an established connection broke.
 constexpr char kConnectionLost[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The connection to the printer was lost.");
+    TRANSLATABLE("FailureCause", "The connection to the printer was lost.");
 
 //: Why a download failed.
 constexpr char kUnreachable[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The printer cannot be reached over the network.");
+    TRANSLATABLE("FailureCause", "The printer cannot be reached over the network.");
 
 //: Why a download failed: the printer remained silent.
-constexpr char kNoAnswer[] = QT_TRANSLATE_NOOP("FailureCause", "The printer did not answer.");
+constexpr char kNoAnswer[] = TRANSLATABLE("FailureCause", "The printer did not answer.");
 
 //: Why a download failed: the printer is connected, and takes no more data.
-constexpr char kTakesNoData[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The printer stopped taking data.");
+constexpr char kTakesNoData[] = TRANSLATABLE("FailureCause", "The printer stopped taking data.");
 
 //: Why a download failed: another computer or program has closed an established connection.
-constexpr char kClosed[] = QT_TRANSLATE_NOOP("FailureCause", "The printer closed the connection.");
+constexpr char kClosed[] = TRANSLATABLE("FailureCause", "The printer closed the connection.");
 
 //: Why a download failed.
-constexpr char kNotUnderstood[] = QT_TRANSLATE_NOOP(
+constexpr char kNotUnderstood[] = TRANSLATABLE(
     "FailureCause", "The printer answered something that this program does not understand.");
 
 //: Why a download failed: too many files or connections are open on this computer.
 constexpr char kNoResources[] =
-    QT_TRANSLATE_NOOP("FailureCause", "This computer cannot open another connection.");
+    TRANSLATABLE("FailureCause", "This computer cannot open another connection.");
 
 //: Why a download failed: a firewall on this computer, for example.
 constexpr char kNotAllowed[] =
-    QT_TRANSLATE_NOOP("FailureCause", "This computer does not allow the connection.");
+    TRANSLATABLE("FailureCause", "This computer does not allow the connection.");
 
 //: What to do when this computer does not allow the connection to the printer.
-constexpr char kAllow[] = QT_TRANSLATE_NOOP(
+constexpr char kAllow[] = TRANSLATABLE(
     "FailureCause", "Allow it in the settings of this computer’s firewall, then try again.");
 
 //: Why a download failed.
-constexpr char kNoMemory[] = QT_TRANSLATE_NOOP("FailureCause", "This computer ran out of memory.");
+constexpr char kNoMemory[] = TRANSLATABLE("FailureCause", "This computer ran out of memory.");
 
 //: Why a download failed: a fault of this program, not of the printer.
-constexpr char kOwnError[] =
-    QT_TRANSLATE_NOOP("FailureCause", "This program met an error of its own.");
+constexpr char kOwnError[] = TRANSLATABLE("FailureCause", "This program met an error of its own.");
 
 //: Why a download failed.
 constexpr char kFileMissing[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The file with the firmware is missing.");
+    TRANSLATABLE("FailureCause", "The file with the firmware is missing.");
 
 //: Why a download failed.
 constexpr char kFileUnreadable[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The file with the firmware cannot be read.");
+    TRANSLATABLE("FailureCause", "The file with the firmware cannot be read.");
 
 //: Why a download failed, or why nothing was sent.
 constexpr char kFileDamaged[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The file with the firmware is damaged.");
+    TRANSLATABLE("FailureCause", "The file with the firmware is damaged.");
 
 //: Why a download failed.
 constexpr char kProgramFilesMissing[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Files of this program are missing.");
+    TRANSLATABLE("FailureCause", "Files of this program are missing.");
 
 //: Why a download failed: the user has no right to open the USB device.
 constexpr char kNotPermitted[] =
-    QT_TRANSLATE_NOOP("FailureCause", "You are not permitted to use the printer’s USB connection.");
+    TRANSLATABLE("FailureCause", "You are not permitted to use the printer’s USB connection.");
 
 //: What to do when the user has no right to open the USB device.
-constexpr char kAskForPermission[] = QT_TRANSLATE_NOOP(
+constexpr char kAskForPermission[] = TRANSLATABLE(
     "FailureCause",
     "Unplug the printer and plug it in again. If that does not help, ask the administrator of this "
     "computer for permission.");
 
 //: Why a download failed.
 constexpr char kInUse[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Another program is using the printer’s USB connection.");
+    TRANSLATABLE("FailureCause", "Another program is using the printer’s USB connection.");
 
 //: What to do when another program is using the printer's USB connection.
 constexpr char kCloseTheOther[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Close programs that print or scan, then try again.");
+    TRANSLATABLE("FailureCause", "Close programs that print or scan, then try again.");
 
 //: Why a download to a USB printer failed.
 constexpr char kUnplugged[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The printer was disconnected or switched off.");
+    TRANSLATABLE("FailureCause", "The printer was disconnected or switched off.");
 
 //: What to do when a USB printer was disconnected or switched off.
 constexpr char kReconnect[] =
-    QT_TRANSLATE_NOOP("FailureCause", "Check its cable and switch it on, then try again.");
+    TRANSLATABLE("FailureCause", "Check its cable and switch it on, then try again.");
 
 //: Why a download to a USB printer failed: it has no USB interface of the kind for printers.
-constexpr char kNoInterface[] = QT_TRANSLATE_NOOP(
-    "FailureCause", "The printer offers no USB connection that this program can use.");
+constexpr char kNoInterface[] =
+    TRANSLATABLE("FailureCause", "The printer offers no USB connection that this program can use.");
 
 //: Why a download to a USB printer failed.
 constexpr char kUsbError[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The USB connection to the printer failed.");
+    TRANSLATABLE("FailureCause", "The USB connection to the printer failed.");
 
 //: Why a download to a USB printer failed: the kernel of this computer limits a transfer.
 constexpr char kTooLarge[] =
-    QT_TRANSLATE_NOOP("FailureCause", "The firmware is larger than this computer allows over USB.");
+    TRANSLATABLE("FailureCause", "The firmware is larger than this computer allows over USB.");
 
 //: What to do when the firmware is larger than this computer allows over USB. The text in quotation
 //: marks is a setting and not translated.
-constexpr char kRaiseLimit[] = QT_TRANSLATE_NOOP(
+constexpr char kRaiseLimit[] = TRANSLATABLE(
     "FailureCause",
     "Ask the administrator of this computer to raise “usbcore.usbfs_memory_mb”, then try again.");
 
@@ -176,15 +173,15 @@ const std::array kRows{
     // What the host says about connections stands in the history alone.
     Row{"Connecting failed: ECONNREFUSED",
         //: Why a download failed: the network printer is there, and takes no connection.
-        QT_TRANSLATE_NOOP("FailureCause", "The printer refused the connection."), kWaitOrSwitchOff},
+        TRANSLATABLE("FailureCause", "The printer refused the connection."), kWaitOrSwitchOff},
     Row{"Connecting failed: ETIMEDOUT", kNoAnswer, kCheckNetwork},
     Row{"Connecting failed: EAFNOSUPPORT",
         //: Why a download failed: the network printer has an IPv6 address only.
-        QT_TRANSLATE_NOOP("FailureCause", "The printer has no address that this program can use."),
+        TRANSLATABLE("FailureCause", "The printer has no address that this program can use."),
         //: What to do when a network printer has an IPv6 address only.
-        QT_TRANSLATE_NOOP("FailureCause",
-                          "Give the printer an IPv4 address in its network settings, then try "
-                          "again.")},
+        TRANSLATABLE("FailureCause",
+                     "Give the printer an IPv4 address in its network settings, then try "
+                     "again.")},
     Row{"Connecting failed: EACCES", kNotAllowed, kAllow},
     Row{"Connecting failed: EPERM", kNotAllowed, kAllow},
     Row{"Connecting failed: EMFILE", kNoResources, kCloseOtherPrograms},
@@ -202,14 +199,14 @@ const std::array kRows{
     // The firmware file.
     Row{"No printer model found; cannot match a firmware file without a model.",
         //: Why a download failed.
-        QT_TRANSLATE_NOOP("FailureCause", "The printer did not say which model it is."),
+        TRANSLATABLE("FailureCause", "The printer did not say which model it is."),
         kSwitchOffAndOn},
     Row{"Could not find a firmware file to download.",
         //: Why a download failed.
-        QT_TRANSLATE_NOOP("FailureCause", "There is no firmware for this model of printer."),
+        TRANSLATABLE("FailureCause", "There is no firmware for this model of printer."),
         //: What to do when there is no firmware for a printer.
-        QT_TRANSLATE_NOOP("FailureCause",
-                          "Ask whoever supports this printer where its firmware is to be had.")},
+        TRANSLATABLE("FailureCause",
+                     "Ask whoever supports this printer where its firmware is to be had.")},
     Row{"Could not find application bundle.", kProgramFilesMissing, kInstallProgramAgain},
     Row{"Bundle resources URL is null.", kProgramFilesMissing, kInstallProgramAgain},
     Row{"Failed to get file system reference from URL or load the firmware file.",
@@ -230,9 +227,9 @@ const std::array kRows{
     // A download that did not begin.
     Row{"Invalid list selection",
         //: Why a download did not begin.
-        QT_TRANSLATE_NOOP("FailureCause", "The printer is no longer in the list."),
+        TRANSLATABLE("FailureCause", "The printer is no longer in the list."),
         //: What to do when a printer went before its download began.
-        QT_TRANSLATE_NOOP("FailureCause", "Wait until it is back, then try again.")},
+        TRANSLATABLE("FailureCause", "Wait until it is back, then try again.")},
 
     // The rest.
     Row{"The firmware download failed on the printer.", kNotUnderstood, kSwitchOffAndOn},
@@ -259,7 +256,7 @@ constexpr std::array<std::string_view, 11> kUsbBeginnings{
 };
 
 // Errors that the log may get while a download runs, and that are about something else.
-constexpr std::array<std::string_view, 7> kAsides{
+constexpr std::array<std::string_view, 8> kAsides{
     "Bonjour discovery error: ",
     "No data in TXT record for service: ",
     "-> No addresses found for service: ",
@@ -267,6 +264,7 @@ constexpr std::array<std::string_view, 7> kAsides{
     "Failed to remove USB printer from list. ",
     "Unexpected event ",
     "Can't find OK button.",
+    "The kernel driver ",
 };
 
 struct UsbRow {
@@ -305,17 +303,16 @@ struct Service {
 };
 
 constexpr std::array kServices{
-    Service{
-        "ipp-usb",
-        //: What to do when the service "ipp-usb" is using a USB printer. The text in quotation
-        //: marks is a command and not translated.
-        QT_TRANSLATE_NOOP("FailureCause",
-                          "Stop it with the command “systemctl stop ipp-usb”, then try again.")},
+    Service{"ipp-usb",
+            //: What to do when the service "ipp-usb" is using a USB printer. The text in quotation
+            //: marks is a command and not translated.
+            TRANSLATABLE("FailureCause",
+                         "Stop it with the command “systemctl stop ipp-usb”, then try again.")},
     Service{"cupsd",
             //: What to do when the service "cups" is using a USB printer. The text in quotation
             //: marks is a command and not translated.
-            QT_TRANSLATE_NOOP("FailureCause",
-                              "Stop it with the command “systemctl stop cups”, then try again.")},
+            TRANSLATABLE("FailureCause",
+                         "Stop it with the command “systemctl stop cups”, then try again.")},
 };
 
 std::string_view withoutIntroduction(std::string_view text) {
@@ -338,9 +335,9 @@ FailureCause heldBy(std::string_view holder) {
   FailureCause held{
       nullptr,
       //: Why a download failed. %1 is the name of a program.
-      QT_TRANSLATE_NOOP("FailureCause", "The program %1 is using the printer’s USB connection."),
+      TRANSLATABLE("FailureCause", "The program %1 is using the printer’s USB connection."),
       //: What to do when a program is using the USB connection. %1 is its name.
-      QT_TRANSLATE_NOOP("FailureCause", "Close %1, then try again."), std::string(program)};
+      TRANSLATABLE("FailureCause", "Close %1, then try again."), std::string(program)};
   for (const Service& service : kServices) {
     if (program == service.program) held.nextStep = service.nextStep;
   }
@@ -359,11 +356,11 @@ std::optional<FailureCause> holderIn(std::string_view text) {
   return FailureCause{
       nullptr,
       //: Why a download failed. %1 is the name of a driver of this computer.
-      QT_TRANSLATE_NOOP("FailureCause",
-                        "The driver %1 of this computer is using the printer’s USB "
-                        "connection."),
+      TRANSLATABLE("FailureCause",
+                   "The driver %1 of this computer is using the printer’s USB "
+                   "connection."),
       //: What to do when a driver of this computer is using a USB printer.
-      QT_TRANSLATE_NOOP("FailureCause", "Unplug the printer and plug it in again, then try again."),
+      TRANSLATABLE("FailureCause", "Unplug the printer and plug it in again, then try again."),
       std::string(text.substr(kByDriver.size()))};
 }
 
@@ -376,11 +373,11 @@ bool isRefusal(std::string_view text) {
 FailureCause refused() {
   return {nullptr,
           //: Why a download failed: the printer has received the firmware and does not want it.
-          QT_TRANSLATE_NOOP("FailureCause", "The printer refused the firmware."),
+          TRANSLATABLE("FailureCause", "The printer refused the firmware."),
           //: What to do when the printer refused the firmware.
-          QT_TRANSLATE_NOOP("FailureCause",
-                            "Switch the printer off and on, then try again. If it refuses again, "
-                            "ask whoever supports this printer."),
+          TRANSLATABLE("FailureCause",
+                       "Switch the printer off and on, then try again. If it refuses again, "
+                       "ask whoever supports this printer."),
           {}};
 }
 
@@ -462,13 +459,13 @@ FailureCause causeOfFailure(const std::vector<LogHistory::Entry>& entries, bool 
   cause.headline =
       //: Headline of a failed download: the printer has got all of the firmware, and nobody knows
       //: whether it has it in its memory now.
-      QT_TRANSLATE_NOOP("FailureCause", "The printer did not confirm the update.");
+      TRANSLATABLE("FailureCause", "The printer did not confirm the update.");
   cause.nextStep =
       //: What to do when the printer has got all of the firmware and did not confirm that.
-      QT_TRANSLATE_NOOP("FailureCause",
-                        "It may still be writing its memory: leave it switched on for a few "
-                        "minutes. Then download the firmware again; a printer that has it is "
-                        "reported as up to date.");
+      TRANSLATABLE("FailureCause",
+                   "It may still be writing its memory: leave it switched on for a few "
+                   "minutes. Then download the firmware again; a printer that has it is "
+                   "reported as up to date.");
   return cause;
 }
 
@@ -479,7 +476,7 @@ std::optional<FailureCause> causeOfNothingToDo(const std::vector<LogHistory::Ent
       return std::nullopt;
     }
     //: Headline of a download that ended because the file with the firmware is damaged.
-    return FailureCause{QT_TRANSLATE_NOOP("FailureCause", "Nothing was sent to the printer."),
+    return FailureCause{TRANSLATABLE("FailureCause", "Nothing was sent to the printer."),
                         kFileDamaged,
                         kInstallFirmwareAgain,
                         {}};

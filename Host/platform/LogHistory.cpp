@@ -29,6 +29,15 @@ const char* nameOf(int priority) {
   return priority >= 7 ? "debug" : "notice";
 }
 
+std::string line(const char* timeFormat, const LogHistory::Entry& entry) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(entry.time);
+  std::array<char, 32> time{};
+  if (const std::tm* local = std::localtime(&seconds)) {
+    std::strftime(time.data(), time.size(), timeFormat, local);
+  }
+  return std::string(time.data()) + nameOf(entry.priority) + ": " + entry.text;
+}
+
 }  // namespace
 
 LogHistory::LogHistory(SystemLog& host, std::function<Time()> now)
@@ -90,13 +99,8 @@ void LogHistory::tell(const char* error) {
   mIsTelling = false;
 }
 
-std::string lineOf(const LogHistory::Entry& entry) {
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(entry.time);
-  std::array<char, 32> time{};
-  if (const std::tm* local = std::localtime(&seconds)) {
-    std::strftime(time.data(), time.size(), "%Y-%m-%d %H:%M:%S ", local);
-  }
-  return std::string(time.data()) + nameOf(entry.priority) + ": " + entry.text;
-}
+std::string lineOf(const LogHistory::Entry& entry) { return line("%Y-%m-%d %H:%M:%S ", entry); }
+
+std::string lineOfToday(const LogHistory::Entry& entry) { return line("%H:%M:%S ", entry); }
 
 }  // namespace platform

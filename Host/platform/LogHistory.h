@@ -72,4 +72,7 @@ class LogHistory final : public SystemLog, public DownloadObserver {
 // "2026-11-22 14:03:07 error: Unable to write data", in local time.
 std::string lineOf(const LogHistory::Entry& entry);
 
+// The same without the date.
+std::string lineOfToday(const LogHistory::Entry& entry);
+
 }  // namespace platform

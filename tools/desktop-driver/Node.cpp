@@ -63,6 +63,7 @@ bool Node::isShowing() const { return hasState(mAccessible.get(), ATSPI_STATE_SH
 bool Node::isEnabled() const { return hasState(mAccessible.get(), ATSPI_STATE_ENABLED); }
 bool Node::isSelected() const { return hasState(mAccessible.get(), ATSPI_STATE_SELECTED); }
 bool Node::isFocused() const { return hasState(mAccessible.get(), ATSPI_STATE_FOCUSED); }
+bool Node::isExpanded() const { return hasState(mAccessible.get(), ATSPI_STATE_EXPANDED); }
 bool Node::isActive() const { return hasState(mAccessible.get(), ATSPI_STATE_ACTIVE); }
 
 Node::Rectangle Node::extents() const {

@@ -31,7 +31,8 @@ class Node {
   bool isEnabled() const;
   bool isSelected() const;
   bool isFocused() const;
-  bool isActive() const;  // a window that has the keyboard
+  bool isExpanded() const;  // of what can be expanded
+  bool isActive() const;    // a window that has the keyboard
 
   Rectangle extents() const;  // on the screen, in pixels
 

@@ -275,6 +275,32 @@ bool VirtualDesktop::isPlain(int x, int y, int width, int height) const {
   return same;
 }
 
+std::string VirtualDesktop::clipboard() {
+  const Atom selection = XInternAtom(mDisplay, "CLIPBOARD", False);
+  const Atom utf8 = XInternAtom(mDisplay, "UTF8_STRING", False);
+  const Window reader =
+      XCreateSimpleWindow(mDisplay, DefaultRootWindow(mDisplay), 0, 0, 1, 1, 0, 0, 0);
+  XConvertSelection(mDisplay, selection, utf8, selection, reader, CurrentTime);
+  XEvent event{};
+  std::string text;
+  const bool hasAnswer = waitUntil(
+      [&] { return XCheckTypedWindowEvent(mDisplay, reader, SelectionNotify, &event) != 0; },
+      kPatience);
+  if (hasAnswer && event.xselection.property != None) {
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0;
+    unsigned long rest = 0;
+    unsigned char* bytes = nullptr;
+    XGetWindowProperty(mDisplay, reader, selection, 0, 65536, True, AnyPropertyType, &type, &format,
+                       &count, &rest, &bytes);
+    if (bytes != nullptr && format == 8) text.assign(reinterpret_cast<char*>(bytes), count);
+    if (bytes != nullptr) XFree(bytes);
+  }
+  XDestroyWindow(mDisplay, reader);
+  return text;
+}
+
 void VirtualDesktop::screenshot(const std::filesystem::path& file) const {
   const Window root = DefaultRootWindow(mDisplay);
   XWindowAttributes attributes{};

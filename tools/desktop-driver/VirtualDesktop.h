@@ -59,6 +59,9 @@ class VirtualDesktop {
   // Whether the place has one colour.
   bool isPlain(int x, int y, int width, int height) const;
 
+  // What a paste would insert; empty when no program offers a text.
+  std::string clipboard();
+
   // Writes the whole screen as a PNG file.
   void screenshot(const std::filesystem::path& file) const;
 

@@ -2,37 +2,27 @@
 
 #include <QFile>
 #include <QIcon>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QPushButton>
 #include <QStyle>
 #include <QUiLoader>
 
+#include "platform/qt/Button.h"
+#include "platform/qt/CopyButton.h"
+#include "platform/qt/DisclosureButton.h"
 #include "platform/qt/DownloadProgress.h"
 #include "platform/qt/ListControl.h"
 #include "platform/qt/LiveLabel.h"
+#include "platform/qt/LogView.h"
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/Notice.h"
 #include "platform/qt/OutcomeLine.h"
 #include "platform/qt/ProgressBar.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/ReportLabel.h"
 #include "platform/qt/SheetDialog.h"
 
 namespace platform {
 namespace {
-
-// A key that is held down presses it once: the next press could belong to another window's
-// question.
-class Button final : public QPushButton {
- public:
-  using QPushButton::QPushButton;
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isEnter || !event->isAutoRepeat()) QPushButton::keyPressEvent(event);
-  }
-};
 
 class NibLoader final : public QUiLoader {
  public:
@@ -54,6 +44,10 @@ class NibLoader final : public QUiLoader {
     if (className == u"OutcomeLine") return new OutcomeLine(parent);
     if (className == u"ProgressBar") return new ProgressBar(parent);
     if (className == u"DownloadProgress") return new DownloadProgress(parent);
+    if (className == u"ReportLabel") return new ReportLabel(parent);
+    if (className == u"DisclosureButton") return new DisclosureButton(parent);
+    if (className == u"LogView") return new LogView(parent);
+    if (className == u"CopyButton") return new CopyButton(parent);
     return nullptr;
   }
 };

@@ -95,6 +95,24 @@ void SheetDialog::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange) fitToContents();
 }
 
+bool SheetDialog::event(QEvent* event) {
+  const bool answer = QDialog::event(event);
+  if (event->type() == QEvent::LayoutRequest && isVisible()) {
+    fitToContents();
+    keepOnScreen();
+  }
+  return answer;
+}
+
+// Where programs place their own windows: on Wayland they do not.
+void SheetDialog::keepOnScreen() {
+  const QRect room = screen()->availableGeometry();
+  const QRect frame = frameGeometry();
+  const int left = std::max(room.left(), std::min(frame.left(), room.right() - frame.width() + 1));
+  const int top = std::max(room.top(), std::min(frame.top(), room.bottom() - frame.height() + 1));
+  if (frame.topLeft() != QPoint(left, top)) move(left, top);
+}
+
 void SheetDialog::fitToContents() {
   if (layout() == nullptr) return;
   layout()->activate();
@@ -103,7 +121,9 @@ void SheetDialog::fitToContents() {
   const int width = std::max(wanted, layout()->totalMinimumSize().width());
   const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
                                                    : layout()->totalSizeHint().height();
-  setFixedSize(width, height);
+  const int frame = frameGeometry().height() - geometry().height();
+  const int room = screen()->availableSize().height() - frame;
+  setFixedSize(width, std::max(std::min(height, room), layout()->totalMinimumSize().height()));
 }
 
 }  // namespace platform

@@ -1,7 +1,8 @@
 // A sheet of an interface file (a QDialog there). Escape issues the command in its dynamic property
 // "cancelCommand", and so does the close button of its frame, unless the property "closeCommand"
 // names another; without them they do nothing, so that a running download is not dismissed by
-// accident. Only the program hides a sheet.
+// accident. Only the program hides a sheet. It is as high as what it shows, and no higher than the
+// screen.
 //
 // A sheet is about the row that is selected in the list of the window below it. A label with the
 // property "selectedColumns" ("lcNm lcId") says which row that is: its text in the first of these
@@ -37,6 +38,7 @@ class SheetDialog : public QDialog {
   void reject() override;
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
 
@@ -44,6 +46,7 @@ class SheetDialog : public QDialog {
   FourCharCode closeCommand() const;
   void issue(FourCharCode command);
   void fitToContents();
+  void keepOnScreen();
   void nameRow(const ListControl& list);
   bool placeClearOf(const QRect& row, const QWidget& over);
 

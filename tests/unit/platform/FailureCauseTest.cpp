@@ -141,6 +141,8 @@ TEST(FailureCause, HolderIsNamed) {
   const FailureCause other = heldBy("a (process 3) tool (process 41)");
   EXPECT_STREQ(other.nextStep, "Close %1, then try again.");
   EXPECT_EQ(other.subject, "a (process 3) tool");
+  EXPECT_STREQ(heldBy("another program").cause,
+               "Another program is using the printer’s USB connection.");
   const FailureCause driver = heldBy("the kernel driver usblp");
   EXPECT_STREQ(driver.cause,
                "The driver %1 of this computer is using the printer’s USB connection.");

@@ -64,8 +64,11 @@ const std::set<std::string> kOfNoDownload{
 const std::set<std::string> kHoldersOfTexts{
     "UsbTransport.cpp: message",     // of UsbInterface
     "FirmwareDownloader.cpp: kind",  // an introduction, before an exception's text
-    "runAndReport.cpp: prefix",      // the same, of the program's end
-    "FirmwareLoader.cpp: message",   // what logError() is given
+    "AttachedDevice.cpp: const std::string& entry",
+    "main.cpp: const std::string& entry",  // of the platform: who has an interface, see describe()
+    "main.cpp: entry",
+    "runAndReport.cpp: prefix",     // the same, of the program's end
+    "FirmwareLoader.cpp: message",  // what logError() is given
     "FirmwareLoader.cpp: const char* message",
     "PrinterListView.cpp: error.what()",  // of the list's set-up and columns
     "PrinterListView.cpp: name",          // a call of the toolkit that failed

@@ -206,6 +206,7 @@ TEST_F(LogHistoryTest, LineHasLocalTimeAndLevel) {
   EXPECT_EQ(platform::lineOf({3, time, "Unable to write data", 1}),
             "2001-09-09 07:16:40 error: Unable to write data");
   EXPECT_EQ(platform::lineOf({5, time, "", 0}), "2001-09-09 07:16:40 notice: ");
+  EXPECT_EQ(platform::lineOfToday({3, time, "x", 0}), "07:16:40 error: x");
   EXPECT_EQ(platform::lineOf({7, time, "x", 0}), "2001-09-09 07:16:40 debug: x");
 }
 

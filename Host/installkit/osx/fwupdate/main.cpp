@@ -97,9 +97,9 @@ class Host {
             [this](const std::string& title, const std::string& text) {
               mNotifier.show(title, text);
             })) {
+    mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(*mPowerLock);
     mDownloadObservers.add(*mNotification);
-    mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(mApplication->downloadObserver());
     mDownloadObservers.add(*mUsb);
   }
