@@ -5,6 +5,7 @@
 namespace platform {
 
 class Bundle;
+class DiscoveryStatus;
 class DownloadObserver;
 class Events;
 class Files;
@@ -31,6 +32,7 @@ struct Platform {
   ServiceDiscovery* services = nullptr;
   UsbRegistry* usb = nullptr;
   Toolkit* toolkit = nullptr;
+  DiscoveryStatus* discoveryStatus = nullptr;    // null: nobody knows
   DownloadObserver* downloadObserver = nullptr;  // null: nobody watches
   LogHistory* logHistory = nullptr;              // null: what was logged is not kept
 };

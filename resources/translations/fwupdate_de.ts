@@ -474,6 +474,20 @@
         <translation>Drucker werden gesucht …</translation>
     </message>
     <message>
+        <source>No printer has been found yet. Please check:
+• The printer is switched on.
+• A USB printer: its cable is plugged in at both ends.
+• A network printer: it is on the same network as this computer.</source>
+        <translation>Noch kein Drucker gefunden. Bitte prüfen Sie:
+• Der Drucker ist eingeschaltet.
+• USB-Drucker: Das Kabel steckt an beiden Enden.
+• Netzwerkdrucker: Er ist im selben Netzwerk wie dieser Computer.</translation>
+    </message>
+    <message>
+        <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
+        <translation>• Der Dienst, der Netzwerkdrucker findet, läuft nicht; daher können welche fehlen. avahi-daemon starten: systemctl start avahi-daemon</translation>
+    </message>
+    <message>
         <source>Name</source>
         <extracomment>Column of the list: the name of the printer.</extracomment>
         <translation>Name</translation>

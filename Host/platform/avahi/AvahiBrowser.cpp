@@ -22,11 +22,13 @@ constexpr StreamError kUnknownError{kStreamErrorDomainNetServices, kNetServicesE
 
 }  // namespace
 
-AvahiBrowser::AvahiBrowser(RunLoop& runLoop, std::string askedFirst, Callback callback, void* info)
+AvahiBrowser::AvahiBrowser(RunLoop& runLoop, std::string askedFirst, Callback callback, void* info,
+                           DiscoveryStatus* status)
     : mRunLoop(runLoop),
       mAskedFirst(std::move(askedFirst)),
       mCallback(callback),
       mInfo(info),
+      mStatus(status),
       mQueue(runLoop),
       mDeferred(runLoop) {}
 
@@ -75,6 +77,7 @@ void AvahiBrowser::stop() {
 }
 
 void AvahiBrowser::responderChanged(Responder* responder) {
+  if (mStatus != nullptr) mStatus->change(mChoice->searcher());
   mBrowse.reset();
   mCarryOverTimer.reset();
   for (const auto& [name, service] : mServices) service->useResponder(responder);

@@ -14,6 +14,7 @@
 #include <string>
 
 #include "platform/DeferredCalls.h"
+#include "platform/DiscoveryStatus.h"
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
 #include "platform/avahi/AvahiService.h"
@@ -29,7 +30,9 @@ class AvahiBrowser : public NetServiceBrowser,
                      public BrowseListener {
  public:
   // Services whose names contain `askedFirst` are the first in the queue, if it is not empty.
-  AvahiBrowser(RunLoop& runLoop, std::string askedFirst, Callback callback, void* info);
+  // `status` may be null.
+  AvahiBrowser(RunLoop& runLoop, std::string askedFirst, Callback callback, void* info,
+               DiscoveryStatus* status);
   ~AvahiBrowser() override;
 
   void schedule() override;
@@ -63,6 +66,7 @@ class AvahiBrowser : public NetServiceBrowser,
   const std::string mAskedFirst;
   const Callback mCallback;
   void* const mInfo;
+  DiscoveryStatus* const mStatus;
   bool mScheduled = false;
   bool mValid = true;
   std::string mType;

@@ -4,14 +4,17 @@
 
 #include <memory>
 
+#include "platform/DiscoveryStatus.h"
 #include "platform/RunLoop.h"
 #include "platform/ServiceDiscovery.h"
 
 namespace platform {
 
 // Where very many services are announced, those whose names contain `askedFirst` are resolved
-// before the others; it says nothing about which of them are. `runLoop` must outlive the browsers.
+// before the others; it says nothing about which of them are. `status`, where there is one, is told
+// who searches. It and `runLoop` must outlive the browsers.
 std::unique_ptr<ServiceDiscovery> makeAvahiServiceDiscovery(RunLoop& runLoop,
-                                                            const Text& askedFirst = {});
+                                                            const Text& askedFirst = {},
+                                                            DiscoveryStatus* status = nullptr);
 
 }  // namespace platform

@@ -33,6 +33,12 @@ void ResponderChoice::refused() {
   nobody();
 }
 
+DiscoveryStatus::Searcher ResponderChoice::searcher() const {
+  if (mCurrent == nullptr) return DiscoveryStatus::Searcher::Nobody;
+  return mCurrent == mDaemon.get() ? DiscoveryStatus::Searcher::Daemon
+                                   : DiscoveryStatus::Searcher::Program;
+}
+
 void ResponderChoice::connect() {
   mDaemon = connectToDaemon(mRunLoop, [this](DaemonResponder::State state) {
     mDeferred.post([this, state] { daemonChanged(state); });

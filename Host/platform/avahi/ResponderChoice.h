@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "platform/DeferredCalls.h"
+#include "platform/DiscoveryStatus.h"
 #include "platform/RunLoop.h"
 #include "platform/avahi/AvahiPollAdapter.h"
 #include "platform/avahi/DaemonResponder.h"
@@ -39,6 +40,7 @@ class ResponderChoice {
   void start();
 
   Responder* current() const { return mCurrent; }
+  DiscoveryStatus::Searcher searcher() const;
 
   // The current responder does not answer questions: takes the other one, if it can.
   void refused();

@@ -10,6 +10,7 @@
 #include <QStyledItemDelegate>
 #include <QToolTip>
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "platform/qt/QtText.h"
@@ -19,6 +20,9 @@ namespace {
 
 constexpr int kVisibleRows = 10;
 constexpr int kSmallestColumnCharacters = 4;
+constexpr std::chrono::seconds kPatience{10};
+
+constexpr int kPlaceholderFlags = Qt::AlignLeading | Qt::TextWordWrap;
 
 int comfortableHeight(const QFontMetrics& font) { return font.height() * 3 / 2; }
 
@@ -95,6 +99,10 @@ ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mMode
     if (columns->isInHand()) noteUserWidth(column, width);
   });
   connect(&mSelection, &QItemSelectionModel::selectionChanged, this, [this] { noteSelection(); });
+  mAdviceTimer.setObjectName(QStringLiteral("adviceTimer"));
+  mAdviceTimer.setSingleShot(true);
+  mAdviceTimer.setInterval(kPatience);
+  connect(&mAdviceTimer, &QTimer::timeout, this, [this] { advise(); });
 }
 
 // The view looks at its model and selection until the end.
@@ -121,6 +129,11 @@ void ListControl::setUpColumns() {
 
 void ListControl::observe(Observer observer) { mObserver = std::move(observer); }
 
+void ListControl::noteDaemon(bool isMissing) {
+  mDaemonIsMissing = isMissing;
+  describePlaceholder();
+}
+
 void ListControl::disconnectProgram() {
   mObserver = {};
   mModel.setCallbacks(ControlRef::None, {});
@@ -133,6 +146,7 @@ ItemId ListControl::selectedItem() const {
 
 bool ListControl::removeItem(ItemId item) {
   const bool removed = mModel.remove(item);
+  if (isVisible()) waitForRows();
   describePlaceholder();
   return removed;
 }
@@ -209,7 +223,14 @@ void ListControl::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int
 
 void ListControl::rowsInserted(const QModelIndex& parent, int start, int end) {
   QTreeView::rowsInserted(parent, start, end);
+  mAdviceTimer.stop();
+  mAdvises = false;
   describePlaceholder();
+}
+
+void ListControl::showEvent(QShowEvent* event) {
+  QTreeView::showEvent(event);
+  waitForRows();
 }
 
 void ListControl::resizeEvent(QResizeEvent* event) {
@@ -222,10 +243,8 @@ void ListControl::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
   if (mModel.rowCount() > 0) return;
   QPainter painter(viewport());
-  painter.setPen(palette().color(QPalette::PlaceholderText));
-  const QRect room =
-      viewport()->rect().adjusted(fontMetrics().height(), 0, -fontMetrics().height(), 0);
-  painter.drawText(room, Qt::AlignCenter | Qt::TextWordWrap, placeholder());
+  painter.setPen(palette().color(mAdvises ? QPalette::Text : QPalette::PlaceholderText));
+  painter.drawText(placeholderPlace(), kPlaceholderFlags, placeholder());
 }
 
 void ListControl::keyPressEvent(QKeyEvent* event) {
@@ -261,16 +280,18 @@ void ListControl::mouseDoubleClickEvent(QMouseEvent* event) {
   }
 }
 
-// A text that its column cuts off is shown whole.
+// A text that its column, or the list, cuts off is shown whole.
 bool ListControl::viewportEvent(QEvent* event) {
   if (event->type() != QEvent::ToolTip) return QTreeView::viewportEvent(event);
   const auto* help = static_cast<QHelpEvent*>(event);
   const QModelIndex index = indexAt(help->pos());
-  const QString text = index.data().toString();
-  const QRect cell = visualRect(index);
-  const bool cutOff = sizeHintForIndex(index).width() > cell.width();
-  QToolTip::showText(help->globalPos(),
-                     cutOff ? "<qt>" + text.toHtmlEscaped() + "</qt>" : QString(), this, cell);
+  const bool isEmpty = mModel.rowCount() == 0;
+  const QString text = isEmpty ? placeholder() : index.data().toString();
+  const QRect cell = isEmpty ? viewport()->rect() : visualRect(index);
+  const bool cutOff =
+      isEmpty ? !cell.contains(placeholderPlace()) : sizeHintForIndex(index).width() > cell.width();
+  const QString lines = text.toHtmlEscaped().replace(u'\n', QLatin1String("<br>"));
+  QToolTip::showText(help->globalPos(), cutOff ? "<qt>" + lines + "</qt>" : QString(), this, cell);
   return true;
 }
 
@@ -293,11 +314,34 @@ void ListControl::noteUserWidth(int column, int width) {
   }
 }
 
+void ListControl::waitForRows() {
+  if (mModel.rowCount() == 0 && !mAdvises && !mAdviceTimer.isActive()) mAdviceTimer.start();
+}
+
+void ListControl::advise() {
+  mAdvises = true;
+  describePlaceholder();
+}
+
 void ListControl::describePlaceholder() {
   setAccessibleDescription(mModel.rowCount() == 0 ? placeholder() : QString());
   viewport()->update();
 }
 
-QString ListControl::placeholder() const { return property("placeholderText").toString(); }
+QString ListControl::placeholder() const {
+  const QString advice = property("advice").toString();
+  if (!mAdvises || advice.isEmpty()) return property("placeholderText").toString();
+  return mDaemonIsMissing ? advice + u'\n' + property("adviceWithoutDaemon").toString() : advice;
+}
+
+// In the middle; its beginning shows where it is too long.
+QRect ListControl::placeholderPlace() const {
+  const int margin = fontMetrics().height();
+  const QRect room = viewport()->rect().adjusted(margin, 0, -margin, 0);
+  QRect place = fontMetrics().boundingRect(room, kPlaceholderFlags, placeholder());
+  place.moveCenter(room.center());
+  place.moveTop(std::max(place.top(), room.top()));
+  return place;
+}
 
 }  // namespace platform

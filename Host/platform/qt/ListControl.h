@@ -1,10 +1,13 @@
 // The list control of an interface file (a QTreeView there). Its columns stand in the file as
 // dynamic properties: "columns" names their codes ("lcNm lcTy lcId"); "<code>Title" and
 // "<code>Characters" give each one's title and its width in average characters, so that it grows
-// with the font. "placeholderText" is shown while there is no row. Owned by its window.
+// with the font. While there is no row, "placeholderText" is shown, and after ten seconds "advice",
+// with "adviceWithoutDaemon" below it where the host has no daemon that finds printers. Owned by
+// its window.
 #pragma once
 
 #include <QItemSelectionModel>
+#include <QTimer>
 #include <QTreeView>
 #include <cstdint>
 #include <functional>
@@ -30,6 +33,9 @@ class ListControl : public QTreeView {
     std::function<void()> rowActivated;
   };
   void observe(Observer observer);
+
+  // There is one, or it is not known yet, until this is called.
+  void noteDaemon(bool isMissing);
 
   // Ends all calls out of the control.
   void disconnectProgram();
@@ -60,6 +66,7 @@ class ListControl : public QTreeView {
  protected:
   void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
   void rowsInserted(const QModelIndex& parent, int start, int end) override;
+  void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -87,8 +94,11 @@ class ListControl : public QTreeView {
   int widthInCharacters(int column) const;
   int wantedWidth() const;
   void noteUserWidth(int column, int width);
+  void waitForRows();
+  void advise();
   void describePlaceholder();
   QString placeholder() const;
+  QRect placeholderPlace() const;
 
   ListModel mModel;
   Selection mSelection;
@@ -96,6 +106,9 @@ class ListControl : public QTreeView {
   ItemId mKnownSelection = 0;
   std::vector<std::uint16_t> mWidths;
   QRect mBounds;
+  QTimer mAdviceTimer{this};  // while there is no row and no advice
+  bool mAdvises = false;
+  bool mDaemonIsMissing = false;
 };
 
 }  // namespace platform

@@ -15,6 +15,8 @@
 #include <vector>
 
 #include "platform/Bundle.h"
+#include "platform/DiscoveryStatus.h"
+#include "platform/Platform.h"
 #include "platform/qt/ControlTable.h"
 #include "platform/qt/DownloadWatcher.h"
 #include "platform/qt/ListControl.h"
@@ -393,6 +395,13 @@ void QtToolkit::wireList(WindowRef window, ListControl& list) {
                   boundsChanged(control, before, after);
                 },
                 [this, &list] { activateRow(list); }});
+  if (DiscoveryStatus* const status = current().discoveryStatus) {
+    const auto note = [status, shown = QPointer<ListControl>(&list)] {
+      if (shown) shown->noteDaemon(status->searcher() != DiscoveryStatus::Searcher::Daemon);
+    };
+    status->whenChanged(note);
+    note();
+  }
 }
 
 // A row stands for the window's default button.

@@ -10,6 +10,7 @@
 #include "Log.h"
 #include "LogOptions.h"
 #include "UI.h"
+#include "platform/DiscoveryStatus.h"
 #include "platform/DownloadObserver.h"
 #include "platform/Files.h"
 #include "platform/LogHistory.h"
@@ -88,8 +89,8 @@ class Host {
         mApplication(
             platform::makeQtApplication("fwupdate", *logSurfaces.bundle, &reportNoDisplay)),
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
-        mServices(
-            platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr)),
+        mServices(platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr,
+                                                      &mDiscoveryStatus)),
         mUsb(platform::makeLibusbRegistry(mApplication->runLoop(), &logError)),
         mPowerLock(makePowerLock(*mApplication)),
         mNotifier(mApplication->runLoop(), "fwupdate"),
@@ -114,6 +115,7 @@ class Host {
     surfaces.services = mServices.get();
     surfaces.usb = mUsb.get();
     surfaces.toolkit = &mApplication->toolkit();
+    surfaces.discoveryStatus = &mDiscoveryStatus;
     surfaces.downloadObserver = &mDownloadObservers;
     return surfaces;
   }
@@ -123,6 +125,7 @@ class Host {
   std::unique_ptr<platform::Files> mFiles;
   std::unique_ptr<platform::QtApplication> mApplication;
   std::unique_ptr<platform::Network> mNetwork;
+  platform::DiscoveryStatus mDiscoveryStatus;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::LibusbRegistry> mUsb;
   std::unique_ptr<platform::DownloadObserver> mPowerLock;

@@ -1,13 +1,19 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
+#include <QApplication>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
+#include <QToolTip>
 #include <array>
 
 #include "QtWindows.h"
+#include "platform/DiscoveryStatus.h"
+#include "platform/Platform.h"
 
 using namespace platform::literals;
 using testing::ElementsAre;
@@ -99,6 +105,106 @@ TEST_F(InterfaceFiles, EmptyListSaysThatItLooksForPrinters) {
   EXPECT_EQ(accessible->text(QAccessible::Description).toStdString(), "Looking for printers…");
   fillList(1);
   EXPECT_EQ(accessible->text(QAccessible::Description).toStdString(), "");
+}
+
+class EmptyList : public InterfaceFiles {
+ protected:
+  QTimer& timer() { return *list().findChild<QTimer*>("adviceTimer"); }
+
+  void tenSecondsPass() {
+    QTimerEvent passed(timer().timerId());
+    QApplication::sendEvent(&timer(), &passed);
+  }
+
+  std::string description() {
+    return QAccessible::queryAccessibleInterface(&list())
+        ->text(QAccessible::Description)
+        .toStdString();
+  }
+
+  void removeRow(platform::ItemId item) {
+    platform::ControlRef control = platform::ControlRef::None;
+    ASSERT_EQ(toolkit().getControlById(mMain, {"lPrn"_4cc, 0}, control), platform::noErr);
+    ASSERT_EQ(toolkit().removeDataBrowserItem(control, item), platform::noErr);
+  }
+
+  static constexpr const char* kAdvice =
+      "No printer has been found yet. Please check:\n"
+      "• The printer is switched on.\n"
+      "• A USB printer: its cable is plugged in at both ends.\n"
+      "• A network printer: it is on the same network as this computer.";
+  static constexpr const char* kWithoutDaemon =
+      "\n• The service that finds network printers is not running, so some may be missing. "
+      "Start avahi-daemon: systemctl start avahi-daemon";
+};
+
+TEST_F(EmptyList, SaysAfterTenSecondsWhatToCheck) {
+  EXPECT_TRUE(timer().isActive());
+  EXPECT_EQ(timer().interval(), 10'000);
+  tenSecondsPass();
+  EXPECT_EQ(description(), kAdvice);
+  EXPECT_FALSE(timer().isActive());
+}
+
+TEST_F(EmptyList, SaysNothingOnceThereIsARow) {
+  tenSecondsPass();
+  fillList(1);
+  EXPECT_EQ(description(), "");
+  EXPECT_FALSE(timer().isActive());
+}
+
+TEST_F(EmptyList, LooksAgainForTenSecondsWhenTheLastRowHasGone) {
+  tenSecondsPass();
+  fillList(2);
+  removeRow(2);
+  EXPECT_FALSE(timer().isActive());
+  removeRow(1);
+  EXPECT_EQ(description(), "Looking for printers…");
+  EXPECT_TRUE(timer().isActive());
+  tenSecondsPass();
+  EXPECT_EQ(description(), kAdvice);
+}
+
+TEST_F(EmptyList, IsNotWatchedBeforeItIsShown) {
+  mApplication.reset();
+  mApplication = platform::makeQtApplication("test", mBundle);
+  ASSERT_EQ(toolkit().createNibReference(platform::Text::fromUtf8("main"), mNib), platform::noErr);
+  mMain = create(kMain);
+  EXPECT_FALSE(timer().isActive());
+  fillList(1);
+  removeRow(1);
+  EXPECT_FALSE(timer().isActive());
+}
+
+TEST_F(EmptyList, SaysThatTheDaemonIsMissingAsLongAsItIs) {
+  platform::DiscoveryStatus status;
+  platform::Platform surfaces = platform::current();
+  surfaces.discoveryStatus = &status;
+  const platform::PlatformScope scope(surfaces);
+  toolkit().disposeWindow(mMain);
+  settle();
+  mMain = create(kMain);
+  toolkit().showWindow(mMain);
+  settle();
+  status.change(platform::DiscoveryStatus::Searcher::Program);
+  EXPECT_EQ(description(), "Looking for printers…");
+  tenSecondsPass();
+  EXPECT_EQ(description(), std::string(kAdvice) + kWithoutDaemon);
+  status.change(platform::DiscoveryStatus::Searcher::Daemon);
+  EXPECT_EQ(description(), kAdvice);
+  toolkit().disposeWindow(mMain);
+  settle();
+  status.change(platform::DiscoveryStatus::Searcher::Program);
+}
+
+TEST_F(EmptyList, ShowsTheTextThatItDoesNotHaveRoomFor) {
+  tenSecondsPass();
+  window(kMain)->resize(200, 150);
+  settle();
+  QHelpEvent help(QEvent::ToolTip, {5, 5}, list().viewport()->mapToGlobal(QPoint(5, 5)));
+  QApplication::sendEvent(list().viewport(), &help);
+  EXPECT_TRUE(QToolTip::text().contains(u"same network as this computer")) << "none";
+  QToolTip::hideText();
 }
 
 TEST_F(InterfaceFiles, DownloadIsDisabledAtFirst) {
