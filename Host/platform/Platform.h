@@ -5,6 +5,7 @@
 namespace platform {
 
 class Bundle;
+class Diagnostics;
 class DiscoveryStatus;
 class DownloadObserver;
 class Events;
@@ -33,6 +34,7 @@ struct Platform {
   UsbRegistry* usb = nullptr;
   Toolkit* toolkit = nullptr;
   DiscoveryStatus* discoveryStatus = nullptr;    // null: nobody knows
+  Diagnostics* diagnostics = nullptr;            // null: nobody is told of the machine
   DownloadObserver* downloadObserver = nullptr;  // null: nobody watches
   LogHistory* logHistory = nullptr;              // null: what was logged is not kept
 };

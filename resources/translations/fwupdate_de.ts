@@ -442,6 +442,22 @@
         <extracomment>Menu item: ends the program.</extracomment>
         <translation>&amp;Beenden</translation>
     </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Manual</source>
+        <translation>Handb&amp;uch</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostic information</source>
+        <translation>Diagnosedaten &amp;kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>&amp;Info</translation>
+    </message>
 </context>
 <context>
     <name>OutcomeLine</name>
@@ -517,6 +533,10 @@
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
         <translation>&amp;Aktualisieren</translation>
     </message>
+    <message>
+        <source>Diagnostic information was copied.</source>
+        <translation>Die Diagnosedaten wurden kopiert.</translation>
+    </message>
 </context>
 <context>
     <name>ProgressSheet</name>
@@ -588,6 +608,62 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <translation>Im Handbuch suchen</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <translation>Nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <translation>Info über Drucker-Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <translation>Drucker-Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <translation>Aktualisiert die Firmware von Druckern des Typs Veltra KX350T.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <translation>Freie Software unter der MIT-Lizenz.</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <translation>Verwendete Bibliotheken:
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
     </message>
 </context>
 </TS>

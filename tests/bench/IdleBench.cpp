@@ -17,6 +17,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// After ten seconds the empty list says what to check.
+constexpr auto kUntilNothingIsAwaited = 15s;
+
 void measure() {
   const TemporaryDirectory directory;
   const desktop::VirtualDesktop desktop(directory.path());
@@ -24,7 +27,7 @@ void measure() {
   bench::Screen screen;
   const desktop::ChildProcess program({FWUPDATE}, directory.path() / "program.log");
   screen.waitForActiveWindow(program.pid());
-  std::this_thread::sleep_for(5s);
+  std::this_thread::sleep_for(kUntilNothingIsAwaited);
 
   const auto before = bench::ProcessState::of(program.pid());
   std::this_thread::sleep_for(10s);

@@ -10,6 +10,7 @@
 #include "platform/qt/CopyButton.h"
 #include "platform/qt/DisclosureButton.h"
 #include "platform/qt/DownloadProgress.h"
+#include "platform/qt/HelpWindow.h"
 #include "platform/qt/ListControl.h"
 #include "platform/qt/LiveLabel.h"
 #include "platform/qt/LogView.h"
@@ -48,6 +49,7 @@ class NibLoader final : public QUiLoader {
     if (className == u"DisclosureButton") return new DisclosureButton(parent);
     if (className == u"LogView") return new LogView(parent);
     if (className == u"CopyButton") return new CopyButton(parent);
+    if (className == u"HelpWindow") return new HelpWindow(parent);
     return nullptr;
   }
 };

@@ -4,7 +4,7 @@
 //   "command"                         the command that a button or an action issues
 //   "picture"                         on a label: the name of one of the program's pictures
 //   "quitQuestion"                    on a sheet: the one that asks before Quit while it is on top
-// and those of the classes that it makes. No window has code of its own. Used by the
+// and those of Help and of the classes that it makes. No window has code of its own. Used by the
 // toolkit.
 #pragma once
 

@@ -26,13 +26,17 @@ void Notice::watch(ListControl& list) {
 void Notice::noteCommand(FourCharCode command) {
   const bool concerned = codeFrom(property("selectionMissingFor").toString()) == command;
   if (!concerned || mList == nullptr || mList->selectedItem() != 0) return;
-  setAccessibleName(text());
-  leave();
   appear();
   mList->setFocus();
 }
 
+void Notice::noteCopied() {
+  if (property("saysCopied").toBool()) appear();
+}
+
 void Notice::appear() {
+  setAccessibleName(text());
+  leave();
   if (auto* const pages = qobject_cast<QStackedWidget*>(parentWidget())) {
     pages->setCurrentWidget(this);
   }

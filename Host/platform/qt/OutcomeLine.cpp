@@ -8,11 +8,10 @@
 
 #include "platform/qt/DownloadState.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/ShownLine.h"
 
 namespace platform {
 namespace {
-
-constexpr int kLongWord = 20;  // in average characters
 
 void dropLastCharacter(QString& text) {
   QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
@@ -58,7 +57,7 @@ void OutcomeLine::resizeEvent(QResizeEvent* event) {
 QString OutcomeLine::fitting() const {
   if (mSentence.isEmpty()) return {};
   const auto isTooLong = [font = fontMetrics()](const QString& word) {
-    return font.horizontalAdvance(word) > kLongWord * font.averageCharWidth();
+    return isLongWord(word, font);
   };
   QString name = mPrinter;
   QString info = mInfo;

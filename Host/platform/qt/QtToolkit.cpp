@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "platform/Platform.h"
 #include "platform/qt/ControlTable.h"
 #include "platform/qt/DownloadWatcher.h"
+#include "platform/qt/Help.h"
 #include "platform/qt/ListControl.h"
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/NibLoader.h"
@@ -141,6 +143,7 @@ class QtToolkit final : public Toolkit {
   WindowStack mWindows;
   QuitQuestions mQuitQuestions{mWindows};
   QPointer<QAction> mQuitAction;
+  std::optional<Help> mHelp;
   SheetGuard mSheetGuard;
 };
 
@@ -189,7 +192,7 @@ OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
     auto* group = new QActionGroup(bar);
     group->setExclusionPolicy(QActionGroup::ExclusionPolicy::None);
     for (QAction* action : drawnOn->findChildren<QAction*>()) {
-      if (commandOf(*action) == 0) continue;
+      if (commandOf(*action) == 0 && !Help::has(*action)) continue;
       action->setParent(bar);
       if (commandOf(*action) == kQuitCommand) {
         mQuitAction = action;
@@ -200,6 +203,9 @@ OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
     }
     window->setMenuBar(bar);
     mWindows.setActions(ref, *group);
+    mHelp.emplace(*window, mQuitAction, mNibs.at(nib), [window] {
+      for (Notice* notice : noticesIn(*window)) notice->noteCopied();
+    });
     return noErr;
   }
   return errInvalidWindowRef;
@@ -383,7 +389,9 @@ void QtToolkit::wireButtons(QWidget& window) {
 void QtToolkit::wireAction(MainWindow& window, QAction& action) {
   action.setAutoRepeat(false);
   QObject::connect(&action, &QAction::triggered, &window, [this, &window, &action] {
-    if (action.isEnabled()) issue(window, commandOf(action));
+    if (!action.isEnabled()) return;
+    if (!Help::has(action)) return issue(window, commandOf(action));
+    mLoop.guard([&] { mHelp->perform(action); });
   });
 }
 

@@ -1,7 +1,5 @@
 #include "platform/qt/ShownLine.h"
 
-#include <QFontMetrics>
-
 #include "platform/qt/QtText.h"
 
 namespace platform {
@@ -11,12 +9,15 @@ constexpr int kLongWord = 20;  // in average characters
 
 }  // namespace
 
+bool isLongWord(const QString& word, const QFontMetrics& font) {
+  return font.horizontalAdvance(word) > kLongWord * font.averageCharWidth();
+}
+
 void showLine(QLabel& label, const QString& line) {
   label.setTextFormat(Qt::PlainText);
   const QString shown = legible(line);
-  const QFontMetrics font = label.fontMetrics();
-  label.setText(breakable(isolated(shown), [&font](const QString& word) {
-    return font.horizontalAdvance(word) > kLongWord * font.averageCharWidth();
+  label.setText(breakable(isolated(shown), [font = label.fontMetrics()](const QString& word) {
+    return isLongWord(word, font);
   }));
   label.setAccessibleName(shown);
 }

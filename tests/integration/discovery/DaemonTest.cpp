@@ -1,5 +1,6 @@
 // Daemons that come, go and return while the program runs.
 #include "DiscoveryTest.h"
+#include "platform/avahi/DaemonVersion.h"
 
 namespace {
 
@@ -21,6 +22,44 @@ TEST_F(DaemonTest, DaemonThatAppearsTakesOverSilently) {
   auto other = announce({"Other"});
   ASSERT_TRUE(waitFor("resolved Other"));
   EXPECT_THAT(told(), ElementsAre("removed Printer", "added Other", "resolved Other"));
+}
+
+TEST_F(DaemonTest, StatusSaysWhoSearches) {
+  using Searcher = platform::DiscoveryStatus::Searcher;
+  const auto waitForSearcher = [this](Searcher searcher) {
+    return runLoop.runUntil([&] { return status.searcher() == searcher; }, seconds(20));
+  };
+  EXPECT_EQ(status.searcher(), Searcher::Nobody);
+  search();
+  EXPECT_TRUE(waitForSearcher(Searcher::Program));
+  startDaemon();
+  EXPECT_TRUE(waitForSearcher(Searcher::Daemon));
+  privatenetwork::stopDaemon();
+  EXPECT_TRUE(waitForSearcher(Searcher::Program));
+}
+
+class DaemonVersion : public DaemonTest {
+ protected:
+  std::string answer() {
+    std::string given;
+    const auto question =
+        platform::askDaemonVersion(runLoop, [&](const std::string& version) { given = version; });
+    if (question == nullptr) return "null";
+    runLoop.runUntil([&] { return !given.empty(); }, seconds(20));
+    return given;
+  }
+};
+
+TEST_F(DaemonVersion, IsWhatTheDaemonSays) {
+  startDaemon();
+  EXPECT_THAT(answer(), testing::MatchesRegex("avahi 0\\..*"));
+}
+
+TEST_F(DaemonVersion, IsNoneWithoutADaemon) { EXPECT_EQ(answer(), "not running"); }
+
+TEST_F(DaemonVersion, IsNotAskedForWithoutABus) {
+  privatenetwork::stopBus();
+  EXPECT_EQ(answer(), "null");
 }
 
 TEST_F(DaemonTest, PrinterThatIsGoneWhenTheDaemonTakesOverIsRemoved) {

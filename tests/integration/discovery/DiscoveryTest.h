@@ -76,7 +76,8 @@ class DiscoveryTest : public testing::Test {
   const Lines& told() const { return recorder->told; }
 
   PollRunLoop runLoop;
+  platform::DiscoveryStatus status;
   std::unique_ptr<platform::ServiceDiscovery> discovery =
-      platform::makeAvahiServiceDiscovery(runLoop);
+      platform::makeAvahiServiceDiscovery(runLoop, {}, &status);
   std::optional<BrowserRecorder> recorder;
 };

@@ -4,12 +4,16 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Branding.h"
 #include "FirmwareDownloader.h"
 #include "Log.h"
 #include "LogOptions.h"
 #include "UI.h"
+#include "describeFirmwareFiles.h"
+#include "platform/Diagnostics.h"
 #include "platform/DiscoveryStatus.h"
 #include "platform/DownloadObserver.h"
 #include "platform/Files.h"
@@ -20,14 +24,18 @@
 #include "platform/SystemLog.h"
 #include "platform/Translatable.h"
 #include "platform/avahi/AvahiServiceDiscovery.h"
+#include "platform/avahi/DaemonVersion.h"
 #include "platform/dbus/DesktopNotifier.h"
 #include "platform/dbus/PowerLock.h"
+#include "platform/libusb/DevicesReport.h"
 #include "platform/libusb/LibusbRegistry.h"
+#include "platform/posix/HostDescription.h"
 #include "platform/posix/PosixBundle.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixNetwork.h"
 #include "platform/posix/PosixStatusTable.h"
 #include "platform/posix/PosixSystemLog.h"
+#include "platform/qt/DesktopDescription.h"
 #include "platform/qt/DownloadNotification.h"
 #include "platform/qt/QtApplication.h"
 #include "runAndReport.h"
@@ -79,6 +87,36 @@ std::unique_ptr<platform::DownloadObserver> makePowerLock(platform::QtApplicatio
                                  &logNotice);
 }
 
+const char* nameOf(platform::DiscoveryStatus::Searcher searcher) {
+  switch (searcher) {
+    case platform::DiscoveryStatus::Searcher::Daemon:
+      return "done by the daemon";
+    case platform::DiscoveryStatus::Searcher::Program:
+      return "done by the program itself";
+    case platform::DiscoveryStatus::Searcher::Nobody:
+      break;
+  }
+  return "done by nobody";
+}
+
+// What the report to whoever helps is made of.
+void addParts(platform::Diagnostics& diagnostics, platform::RunLoop& runLoop,
+              const platform::DiscoveryStatus& discovery, const platform::Bundle& bundle) {
+  diagnostics.add("System", [] { return platform::describeHost(); });
+  diagnostics.add("Desktop", [] { return platform::describeDesktop(); });
+  diagnostics.addAnswer("Avahi daemon", [&runLoop](platform::Diagnostics::Answer answer) {
+    return platform::askDaemonVersion(runLoop, std::move(answer));
+  });
+  diagnostics.add("Search for network printers",
+                  [&discovery] { return std::vector<std::string>{nameOf(discovery.searcher())}; });
+  diagnostics.add("USB devices",
+                  [] { return platform::describeUsbDevices(Branding::sUsbVendorId); });
+  diagnostics.add("Firmware files", [&bundle] {
+    const auto resources = bundle.resourcesDirectory();
+    return resources ? describeFirmwareFiles(*resources) : std::vector<std::string>{};
+  });
+}
+
 // All else, beside what the log stands on. In the order of construction: what stands on the run
 // loop goes before the application that has it.
 class Host {
@@ -97,7 +135,14 @@ class Host {
         mNotification(platform::makeDownloadNotification(
             [this](const std::string& title, const std::string& text) {
               mNotifier.show(title, text);
-            })) {
+            })),
+        mDiagnostics(mApplication->runLoop(), PROGRAM_VERSION,
+                     {{"Qt", platform::qtVersion()},
+                      {"libusb", platform::libusbVersion()},
+                      {"Avahi", platform::avahiVersion()},
+                      {"libdbus", platform::busLibraryVersion()}},
+                     platform::personalNames()) {
+    addParts(mDiagnostics, mApplication->runLoop(), mDiscoveryStatus, *logSurfaces.bundle);
     mDownloadObservers.add(*logSurfaces.logHistory);
     mDownloadObservers.add(*mPowerLock);
     mDownloadObservers.add(*mNotification);
@@ -115,6 +160,7 @@ class Host {
     surfaces.services = mServices.get();
     surfaces.usb = mUsb.get();
     surfaces.toolkit = &mApplication->toolkit();
+    surfaces.diagnostics = &mDiagnostics;
     surfaces.discoveryStatus = &mDiscoveryStatus;
     surfaces.downloadObserver = &mDownloadObservers;
     return surfaces;
@@ -131,6 +177,7 @@ class Host {
   std::unique_ptr<platform::DownloadObserver> mPowerLock;
   platform::DesktopNotifier mNotifier;
   std::unique_ptr<platform::DownloadObserver> mNotification;
+  platform::Diagnostics mDiagnostics;
   platform::DownloadObservers mDownloadObservers;
 };
 
