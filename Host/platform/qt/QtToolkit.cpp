@@ -466,7 +466,8 @@ bool QtToolkit::mayIssue(const QWidget& source, FourCharCode command) const {
   return source.isVisible() && source.isEnabled();
 }
 
-// Of the answers to a question about Quit, the program gets only Quit.
+// Of the answers to a question about Quit, the program gets only Quit. What a command lacks is in
+// the window's list, also when a sheet on it issues the command.
 void QtToolkit::issueNow(const QWidget& source, FourCharCode command) {
   const WindowRef window = mWindows.refOf(*source.window());
   if (mQuitQuestions.isQuestion(window)) {
@@ -475,7 +476,9 @@ void QtToolkit::issueNow(const QWidget& source, FourCharCode command) {
   } else if (command == kQuitCommand && mQuitQuestions.ask()) {
     return;
   }
-  for (Notice* notice : noticesIn(*source.window())) notice->noteCommand(command);
+  for (const WindowRef each : mWindows.all()) {
+    for (Notice* notice : noticesIn(*mWindows.widget(each))) notice->noteCommand(command);
+  }
   HICommand issued;
   issued.commandId = command;
   mEvents.processCommand(issued);

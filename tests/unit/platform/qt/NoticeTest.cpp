@@ -84,6 +84,27 @@ TEST_F(QtNotice, BlockedWindowShowsNone) {
   EXPECT_FALSE(notice().isVisible());
 }
 
+// It was selected when the question appeared.
+TEST_F(QtNotice, PrinterThatWentBeforeTheAnswerIsSaidToBeGone) {
+  fillListWithoutSelection(0);
+  QLabel& gone = *window("PrinterSelectWindow")->findChild<QLabel*>("goneNotice");
+  showSheet("ConfirmDownloadSheet");
+  button("ConfirmDownloadSheet", "Yes "_4cc)->click();
+  EXPECT_TRUE(gone.isVisible());
+  EXPECT_EQ(gone.text(),
+            "The printer is no longer in the list. Wait until it is back, then try again.");
+  EXPECT_FALSE(notice().isVisible());
+  EXPECT_THAT(mCommands, ElementsAre("Yes "));
+}
+
+TEST_F(QtNotice, SelectedPrinterIsNotSaidToBeGone) {
+  fillList(1);
+  QLabel& gone = *window("PrinterSelectWindow")->findChild<QLabel*>("goneNotice");
+  showSheet("ConfirmDownloadSheet");
+  button("ConfirmDownloadSheet", "Yes "_4cc)->click();
+  EXPECT_FALSE(gone.isVisible());
+}
+
 TEST_F(QtNotice, MovesNothing) {
   fillListWithoutSelection(2);
   const QRect before = list().geometry();
