@@ -132,14 +132,29 @@
         <translation>لم يُحدَّث البرنامج الثابت.</translation>
     </message>
     <message>
-        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
-        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
-        <translation>تأكد من أن الطابعة قيد التشغيل وموصولة ولا تطبع، ثم حاول مرة أخرى. السبب مذكور في سجل النظام.</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
         <translation>إغلاق</translation>
+    </message>
+    <message>
+        <source>Log of this download</source>
+        <extracomment>Name of the text with the log of a failed download, for screen readers.</extracomment>
+        <translation>سجل هذا التحديث</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <extracomment>Button: shows the log of a failed download in the alert, and hides it again.</extracomment>
+        <translation>التفاصيل</translation>
+    </message>
+    <message>
+        <source>C&amp;opy Details</source>
+        <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
+        <translation>نسخ التفاصيل</translation>
+    </message>
+    <message>
+        <source>Details C&amp;opied</source>
+        <extracomment>The same button when it has copied them.</extracomment>
+        <translation>نُسخت التفاصيل</translation>
     </message>
 </context>
 <context>

@@ -124,14 +124,29 @@
         <translation>El firmware no se ha actualizado.</translation>
     </message>
     <message>
-        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
-        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
-        <translation>Compruebe que la impresora está encendida, conectada y sin imprimir, y vuelva a intentarlo. El registro del sistema indica la causa.</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
         <translation>&amp;Cerrar</translation>
+    </message>
+    <message>
+        <source>Log of this download</source>
+        <extracomment>Name of the text with the log of a failed download, for screen readers.</extracomment>
+        <translation>Registro de esta actualización</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <extracomment>Button: shows the log of a failed download in the alert, and hides it again.</extracomment>
+        <translation>&amp;Detalles</translation>
+    </message>
+    <message>
+        <source>C&amp;opy Details</source>
+        <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
+        <translation>C&amp;opiar detalles</translation>
+    </message>
+    <message>
+        <source>Details C&amp;opied</source>
+        <extracomment>The same button when it has copied them.</extracomment>
+        <translation>Detalles c&amp;opiados</translation>
     </message>
 </context>
 <context>

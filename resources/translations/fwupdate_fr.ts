@@ -124,14 +124,29 @@
         <translation>Le micrologiciel n’a pas été mis à jour.</translation>
     </message>
     <message>
-        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
-        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
-        <translation>Vérifiez que l’imprimante est allumée, connectée et qu’elle n’imprime pas, puis réessayez. Le journal système indique la cause.</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
         <translation>&amp;Fermer</translation>
+    </message>
+    <message>
+        <source>Log of this download</source>
+        <extracomment>Name of the text with the log of a failed download, for screen readers.</extracomment>
+        <translation>Journal de cette mise à jour</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <extracomment>Button: shows the log of a failed download in the alert, and hides it again.</extracomment>
+        <translation>&amp;Détails</translation>
+    </message>
+    <message>
+        <source>C&amp;opy Details</source>
+        <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
+        <translation>C&amp;opier les détails</translation>
+    </message>
+    <message>
+        <source>Details C&amp;opied</source>
+        <extracomment>The same button when it has copied them.</extracomment>
+        <translation>Détails c&amp;opiés</translation>
     </message>
 </context>
 <context>

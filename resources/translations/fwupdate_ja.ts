@@ -122,14 +122,29 @@
         <translation>ファームウェアは更新されませんでした。</translation>
     </message>
     <message>
-        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
-        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
-        <translation>プリンターの電源が入っていること、接続されていること、印刷中でないことを確認してから、もう一度お試しください。原因はシステムログに記録されています。</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
         <translation>閉じる(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Log of this download</source>
+        <extracomment>Name of the text with the log of a failed download, for screen readers.</extracomment>
+        <translation>この更新のログ</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <extracomment>Button: shows the log of a failed download in the alert, and hides it again.</extracomment>
+        <translation>詳細(&amp;D)</translation>
+    </message>
+    <message>
+        <source>C&amp;opy Details</source>
+        <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
+        <translation>詳細をコピー(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Details C&amp;opied</source>
+        <extracomment>The same button when it has copied them.</extracomment>
+        <translation>詳細をコピーしました(&amp;O)</translation>
     </message>
 </context>
 <context>
@@ -543,7 +558,7 @@
     <message>
         <source>&amp;Quit anyway</source>
         <extracomment>Button: ends the program although a download runs.</extracomment>
-        <translation>強制的に終了(&amp;Q)</translation>
+        <translation>それでも終了(&amp;Q)</translation>
     </message>
     <message>
         <source>&amp;Keep downloading</source>

@@ -122,14 +122,29 @@
         <translation>펌웨어가 업데이트되지 않았습니다.</translation>
     </message>
     <message>
-        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
-        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
-        <translation>프린터가 켜져 있고 연결되어 있으며 인쇄 중이 아닌지 확인한 다음 다시 시도하십시오. 원인은 시스템 로그에 기록되어 있습니다.</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
         <translation>닫기(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Log of this download</source>
+        <extracomment>Name of the text with the log of a failed download, for screen readers.</extracomment>
+        <translation>이 업데이트의 로그</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <extracomment>Button: shows the log of a failed download in the alert, and hides it again.</extracomment>
+        <translation>자세히(&amp;D)</translation>
+    </message>
+    <message>
+        <source>C&amp;opy Details</source>
+        <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
+        <translation>자세한 정보 복사(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Details C&amp;opied</source>
+        <extracomment>The same button when it has copied them.</extracomment>
+        <translation>자세한 정보 복사됨(&amp;O)</translation>
     </message>
 </context>
 <context>

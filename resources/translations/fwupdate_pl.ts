@@ -126,14 +126,29 @@
         <translation>Oprogramowanie sprzętowe nie zostało zaktualizowane.</translation>
     </message>
     <message>
-        <source>Check that the printer is switched on, connected and not printing, then try again. The system log names the cause.</source>
-        <extracomment>Below the headline: what to do after a download that failed.</extracomment>
-        <translation>Należy sprawdzić, czy drukarka jest włączona, podłączona i nie drukuje, a następnie spróbować ponownie. Przyczyna jest podana w dzienniku systemowym.</translation>
-    </message>
-    <message>
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert after a download that failed.</extracomment>
         <translation>&amp;Zamknij</translation>
+    </message>
+    <message>
+        <source>Log of this download</source>
+        <extracomment>Name of the text with the log of a failed download, for screen readers.</extracomment>
+        <translation>Dziennik tej aktualizacji</translation>
+    </message>
+    <message>
+        <source>&amp;Details</source>
+        <extracomment>Button: shows the log of a failed download in the alert, and hides it again.</extracomment>
+        <translation>Szcz&amp;egóły</translation>
+    </message>
+    <message>
+        <source>C&amp;opy Details</source>
+        <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
+        <translation>Sk&amp;opiuj szczegóły</translation>
+    </message>
+    <message>
+        <source>Details C&amp;opied</source>
+        <extracomment>The same button when it has copied them.</extracomment>
+        <translation>Sk&amp;opiowano szczegóły</translation>
     </message>
 </context>
 <context>

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int kPicturesInARow = 4;
+constexpr std::size_t kPicturesInARow = 6;
 constexpr int kGap = 16;
 constexpr double kReadable = 4.5;
 
@@ -63,26 +63,31 @@ QImage photograph() {
   return image;
 }
 
+QSize sizeOf(const Picture& picture) { return picture.image.deviceIndependentSize().toSize(); }
+
 QImage sideBySide(const std::vector<Picture>& pictures) {
   const int caption = QFontMetrics(QApplication::font()).height();
   const double scale = pictures.front().image.devicePixelRatio();
-  QSize cell;
-  for (const Picture& each : pictures) {
-    cell = cell.expandedTo((each.image.deviceIndependentSize()).toSize());
+  std::vector<QPoint> corners;
+  QSize all;
+  int x = 0;
+  int y = 0;
+  for (const Picture& picture : pictures) {
+    if (corners.size() % kPicturesInARow == 0) {
+      x = 0;
+      y = all.height();
+    }
+    corners.emplace_back(x, y);
+    x += sizeOf(picture).width() + kGap;
+    all = all.expandedTo({x, y + sizeOf(picture).height() + caption + kGap});
   }
-  cell += QSize(kGap, kGap + caption);
-  const int rows = (static_cast<int>(pictures.size()) + kPicturesInARow - 1) / kPicturesInARow;
-  QImage sheet(QSize(kPicturesInARow * cell.width(), rows * cell.height()) * scale,
-               QImage::Format_RGB32);
+  QImage sheet(all * scale, QImage::Format_RGB32);
   sheet.setDevicePixelRatio(scale);
   sheet.fill(Qt::darkGray);
   QPainter painter(&sheet);
-  for (int place = 0; place < static_cast<int>(pictures.size()); ++place) {
-    const QPoint corner(place % kPicturesInARow * cell.width(),
-                        place / kPicturesInARow * cell.height());
-    const Picture& picture = pictures[static_cast<std::size_t>(place)];
-    painter.drawText(corner + QPoint(0, caption), picture.state);
-    painter.drawImage(corner + QPoint(0, caption + kGap / 2), picture.image);
+  for (std::size_t place = 0; place < pictures.size(); ++place) {
+    painter.drawText(corners[place] + QPoint(0, caption), pictures[place].state);
+    painter.drawImage(corners[place] + QPoint(0, caption + kGap / 2), pictures[place].image);
   }
   return sheet;
 }

@@ -8,6 +8,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <array>
 #include <chrono>
 #include <stdexcept>
@@ -78,6 +79,8 @@ Tour::Tour(const Language& language, Size size) {
   QLocale::setDefault(QLocale(language.locale));
   mBundle.setResourcesDirectory(RESOURCES_DIR);
   mApplication = platform::makeQtApplication("test", mBundle);
+  mObservers.add(mHistory);
+  mObservers.add(mApplication->downloadObserver());
   EXPECT_EQ(toolkit().createNibReference(Text::fromUtf8("main"), mNib), noErr);
   mMain = create("PrinterSelectWindow");
   EXPECT_EQ(toolkit().setMenuBarFromNib(mNib, Text::fromUtf8("MenuBar")), noErr);
@@ -141,10 +144,18 @@ void Tour::setText(WindowRef window, platform::FourCharCode control, const QStri
   ASSERT_EQ(toolkit().setControlText(label, Text::fromUtf8(text.toStdString())), noErr);
 }
 
+void Tour::visitDetails() {
+  for (const char* button : {"details", "copy"}) {
+    openWindows().back()->findChild<QPushButton*>(button)->click();
+    see(button);
+  }
+}
+
 void Tour::visitSheet(const char* name, const std::string& state, WindowRef parent) {
   const WindowRef sheet = create(name);
   ASSERT_EQ(toolkit().showSheetWindow(sheet, parent), noErr);
   see(state);
+  if (state == "failed-unreachable") visitDetails();
   toolkit().hideSheetWindow(sheet);
   toolkit().disposeWindow(sheet);
 }
@@ -176,13 +187,16 @@ void Tour::visitPhases() {
   see("burning-for-minutes");
 }
 
-// On a clock of its own.
+// On a clock of its own, in a sheet of its own.
 void Tour::visitSilence() {
   std::chrono::steady_clock::time_point now;
   platform::DownloadState download([&] { return now; });
+  const WindowRef sheet = create("ProgressSheet");
+  setText(sheet, "tPNm"_4cc, "Office (192.168.10.23)");
   auto& progress = dynamic_cast<platform::DownloadProgress&>(
       *window("ProgressSheet").findChild<QWidget*>("download"));
   progress.watch(download);
+  ASSERT_EQ(toolkit().showSheetWindow(sheet, mMain), noErr);
   download.downloadBegan(Text::fromUtf8("Office"), Text());
   for (const auto& [phase, state] :
        {std::pair(DownloadPhase::AskingForVersion, "silent-when-asked"),
@@ -194,7 +208,32 @@ void Tour::visitSilence() {
     progress.refresh();
     see(state);
   }
-  download.downloadEnded(DownloadOutcome::Failed);
+  toolkit().disposeWindow(sheet);
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// The causes with the longest texts, and those that name somebody.
+void Tour::visitFailures(WindowRef progress) {
+  const std::pair<const char*, const char*> failures[] = {
+      {"no-firmware", "Could not find a firmware file to download."},
+      {"unreachable", "Connecting failed: EHOSTUNREACH (No route to host)"},
+      {"no-right", "Unable to open interface. [return value = 0xe00002e2]"},
+      {"unconfirmed", "Async read failed: I/O Kit error=0xe0004051"},
+      {"unknown", "The KX350T is on fire."}};
+  for (const auto& [state, entry] : failures) {
+    download().downloadBegan(Text::fromUtf8("Office"), Text::fromUtf8("192.168.10.23"));
+    if (state == std::string("unconfirmed")) {
+      download().phaseBegan(DownloadPhase::BurningFirmware, 3s);
+    }
+    mHistory.write(3, entry);
+    download().downloadEnded(DownloadOutcome::Failed);
+    visitSheet("FailedSheet", std::string("failed-") + state, progress);
+  }
+}
+
+platform::ListControl& Tour::list() {
+  return dynamic_cast<platform::ListControl&>(
+      *window("PrinterSelectWindow").findChild<QTreeView*>("printers"));
 }
 
 void Tour::visit(const Visitor& visitor) {
@@ -207,9 +246,7 @@ void Tour::visit(const Visitor& visitor) {
 
   window("PrinterSelectWindow").findChild<QAction*>("downloadAction")->trigger();
   see("nothing-selected");
-  auto& list = dynamic_cast<platform::ListControl&>(
-      *window("PrinterSelectWindow").findChild<QTreeView*>("printers"));
-  list.setCurrentIndex(list.model()->index(1, 0));
+  list().setCurrentIndex(list().model()->index(1, 0));
   platform::ControlRef button = platform::ControlRef::None;
   ASSERT_EQ(toolkit().getControlById(mMain, {0, 2}, button), noErr);
   ASSERT_EQ(toolkit().setControlEnabled(button, true), noErr);
@@ -224,16 +261,20 @@ void Tour::visit(const Visitor& visitor) {
     ASSERT_EQ(toolkit().hideSheetWindow(question), noErr);
   }
 
+  visitSilence();
   const WindowRef progress = create("ProgressSheet");
   setText(progress, "tPNm"_4cc, "Office (192.168.10.23)");
   ASSERT_EQ(toolkit().showSheetWindow(progress, mMain), noErr);
   visitPhases();
-  visitSilence();
   window("ProgressSheet").close();
   see("quit-question");
+  download().downloadEnded(DownloadOutcome::UpToDate);
   visitSheet("UpToDateSheet", "up-to-date", progress);
-  visitSheet("FailedSheet", "failed", progress);
+  visitFailures(progress);
   ASSERT_EQ(toolkit().hideSheetWindow(progress), noErr);
+
+  download().downloadBegan(Text::fromUtf8("Office"), Text::fromUtf8("192.168.10.23"));
+  download().versionsKnown(190, 200);
   download().downloadEnded(DownloadOutcome::Succeeded);
   see("done");
 }

@@ -11,9 +11,13 @@
 #include <vector>
 
 #include "FakeBundle.h"
+#include "FakeSystemLog.h"
 #include "Languages.h"
 #include "platform/DownloadObserver.h"
+#include "platform/LogHistory.h"
+#include "platform/Platform.h"
 #include "platform/Toolkit.h"
+#include "platform/qt/ListControl.h"
 #include "platform/qt/QtApplication.h"
 
 class Tour {
@@ -35,17 +39,24 @@ class Tour {
 
  private:
   platform::Toolkit& toolkit() { return mApplication->toolkit(); }
-  platform::DownloadObserver& download() { return mApplication->downloadObserver(); }
+  platform::DownloadObserver& download() { return mObservers; }
+  platform::ListControl& list();
   QWidget& window(const char* name);
   platform::WindowRef create(const char* name);
   void fillList();
   void setText(platform::WindowRef window, platform::FourCharCode control, const QString& text);
   void visitSheet(const char* name, const std::string& state, platform::WindowRef parent);
+  void visitDetails();
   void visitMenus();
   void visitPhases();
   void visitSilence();
+  void visitFailures(platform::WindowRef progress);
   void see(const std::string& state);
 
+  FakeSystemLog mHost;
+  platform::LogHistory mHistory{mHost, [] { return platform::LogHistory::Time(); }};
+  platform::DownloadObservers mObservers;
+  platform::PlatformScope mScope{{.downloadObserver = &mObservers, .logHistory = &mHistory}};
   FakeBundle mBundle;
   QTemporaryDir mFolder;
   std::unique_ptr<platform::QtApplication> mApplication;
