@@ -2,6 +2,46 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="cs_CZ" sourcelanguage="en_US">
 <context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <extracomment>Title of a window.</extracomment>
+        <translation>O programu Aktualizace firmwaru tiskáren</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>The name of the program.</extracomment>
+        <translation>Aktualizace firmwaru tiskáren</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <extracomment>%1 is a number like 1.0.0.</extracomment>
+        <translation>Verze %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <extracomment>What the program is for.</extracomment>
+        <translation>Aktualizuje firmware tiskáren Veltra KX350T.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <extracomment>Below the name of the program.</extracomment>
+        <translation>Svobodný software pod licencí MIT.</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
+        <translation>Používá tyto knihovny:
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Zavřít</translation>
+    </message>
+</context>
+<context>
     <name>ConfirmDownloadSheet</name>
     <message>
         <source>Confirm the Download</source>
@@ -438,6 +478,34 @@
     </message>
 </context>
 <context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <extracomment>Title of the window that shows the manual, and name of its text.</extracomment>
+        <translation>Příručka</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <extracomment>Beside the field to search the manual.</extracomment>
+        <translation>&amp;Najít:</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <extracomment>Assistive technology says it of the field to search the manual.</extracomment>
+        <translation>Najít v příručce</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <extracomment>The manual does not have what was typed.</extracomment>
+        <translation>Nenalezeno.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Zavřít</translation>
+    </message>
+</context>
+<context>
     <name>MenuBar</name>
     <message>
         <source>Menu bar</source>
@@ -458,6 +526,26 @@
         <source>&amp;Quit</source>
         <extracomment>Menu item: ends the program.</extracomment>
         <translation>U&amp;končit</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <extracomment>Menu.</extracomment>
+        <translation>&amp;Nápověda</translation>
+    </message>
+    <message>
+        <source>&amp;Manual</source>
+        <extracomment>Menu item: shows the manual.</extracomment>
+        <translation>&amp;Příručka</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostic information</source>
+        <extracomment>Menu item: copies what somebody needs to know who is asked for help.</extracomment>
+        <translation>&amp;Kopírovat diagnostické informace</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <extracomment>Menu item: shows the program&apos;s version, license and libraries.</extracomment>
+        <translation>&amp;O programu</translation>
     </message>
 </context>
 <context>
@@ -519,6 +607,32 @@
         <source>&amp;Download</source>
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
         <translation>&amp;Aktualizovat</translation>
+    </message>
+    <message>
+        <source>No printer has been found yet. Please check:
+• The printer is switched on.
+• A USB printer: its cable is plugged in at both ends.
+• A network printer: it is on the same network as this computer.</source>
+        <extracomment>Shown in the empty list after ten seconds, instead of “Looking for printers…”. Four lines.</extracomment>
+        <translation>Zatím nebyla nalezena žádná tiskárna. Zkontrolujte:
+• Tiskárna je zapnutá.
+• Tiskárna USB: její kabel je zapojen na obou koncích.
+• Síťová tiskárna: je ve stejné síti jako tento počítač.</translation>
+    </message>
+    <message>
+        <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
+        <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
+        <translation>• Služba, která hledá síťové tiskárny, neběží, takže některé mohou chybět. Spusťte avahi-daemon: systemctl start avahi-daemon</translation>
+    </message>
+    <message>
+        <source>Diagnostic information was copied.</source>
+        <extracomment>Appears when the diagnostic information is on the clipboard.</extracomment>
+        <translation>Diagnostické informace byly zkopírovány.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list. Wait until it is back, then try again.</source>
+        <extracomment>Appears when the printer left the list while the question about its download was on the screen.</extracomment>
+        <translation>Tiskárna už není v seznamu. Počkejte, až se znovu objeví, a zkuste to znovu.</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,46 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en_US">
 <context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <extracomment>Title of a window.</extracomment>
+        <translation>Info zu Drucker-Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>The name of the program.</extracomment>
+        <translation>Drucker-Firmware aktualisieren</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <extracomment>%1 is a number like 1.0.0.</extracomment>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <extracomment>What the program is for.</extracomment>
+        <translation>Aktualisiert die Firmware von Druckern Veltra KX350T.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <extracomment>Below the name of the program.</extracomment>
+        <translation>Freie Software unter der MIT-Lizenz.</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
+        <translation>Es benutzt diese Bibliotheken:
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
     <name>ConfirmDownloadSheet</name>
     <message>
         <source>Confirm the Download</source>
@@ -436,6 +476,34 @@
     </message>
 </context>
 <context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <extracomment>Title of the window that shows the manual, and name of its text.</extracomment>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <extracomment>Beside the field to search the manual.</extracomment>
+        <translation>S&amp;uchen:</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <extracomment>Assistive technology says it of the field to search the manual.</extracomment>
+        <translation>Im Handbuch suchen</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <extracomment>The manual does not have what was typed.</extracomment>
+        <translation>Nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
     <name>MenuBar</name>
     <message>
         <source>Menu bar</source>
@@ -459,18 +527,22 @@
     </message>
     <message>
         <source>&amp;Help</source>
+        <extracomment>Menu.</extracomment>
         <translation>&amp;Hilfe</translation>
     </message>
     <message>
         <source>&amp;Manual</source>
-        <translation>Handb&amp;uch</translation>
+        <extracomment>Menu item: shows the manual.</extracomment>
+        <translation>&amp;Handbuch</translation>
     </message>
     <message>
         <source>&amp;Copy diagnostic information</source>
-        <translation>Diagnosedaten &amp;kopieren</translation>
+        <extracomment>Menu item: copies what somebody needs to know who is asked for help.</extracomment>
+        <translation>&amp;Diagnoseinformationen kopieren</translation>
     </message>
     <message>
         <source>&amp;About</source>
+        <extracomment>Menu item: shows the program&apos;s version, license and libraries.</extracomment>
         <translation>&amp;Info</translation>
     </message>
 </context>
@@ -509,14 +581,16 @@
 • The printer is switched on.
 • A USB printer: its cable is plugged in at both ends.
 • A network printer: it is on the same network as this computer.</source>
-        <translation>Noch kein Drucker gefunden. Bitte prüfen Sie:
+        <extracomment>Shown in the empty list after ten seconds, instead of “Looking for printers…”. Four lines.</extracomment>
+        <translation>Bisher wurde kein Drucker gefunden. Bitte prüfen Sie:
 • Der Drucker ist eingeschaltet.
-• USB-Drucker: Das Kabel steckt an beiden Enden.
+• USB-Drucker: Sein Kabel steckt an beiden Enden.
 • Netzwerkdrucker: Er ist im selben Netzwerk wie dieser Computer.</translation>
     </message>
     <message>
         <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
-        <translation>• Der Dienst, der Netzwerkdrucker findet, läuft nicht; daher können welche fehlen. avahi-daemon starten: systemctl start avahi-daemon</translation>
+        <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
+        <translation>• Der Dienst, der Netzwerkdrucker findet, läuft nicht; deshalb fehlen vielleicht welche. Starten Sie avahi-daemon: systemctl start avahi-daemon</translation>
     </message>
     <message>
         <source>Name</source>
@@ -550,7 +624,13 @@
     </message>
     <message>
         <source>Diagnostic information was copied.</source>
-        <translation>Die Diagnosedaten wurden kopiert.</translation>
+        <extracomment>Appears when the diagnostic information is on the clipboard.</extracomment>
+        <translation>Die Diagnoseinformationen wurden kopiert.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list. Wait until it is back, then try again.</source>
+        <extracomment>Appears when the printer left the list while the question about its download was on the screen.</extracomment>
+        <translation>Der Drucker ist nicht mehr in der Liste. Warten Sie, bis er wieder da ist, und versuchen Sie es noch einmal.</translation>
     </message>
 </context>
 <context>
@@ -623,62 +703,6 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>&amp;Schließen</translation>
-    </message>
-</context>
-<context>
-    <name>ManualWindow</name>
-    <message>
-        <source>Manual</source>
-        <translation>Handbuch</translation>
-    </message>
-    <message>
-        <source>&amp;Find:</source>
-        <translation>&amp;Suchen:</translation>
-    </message>
-    <message>
-        <source>Find in the manual</source>
-        <translation>Im Handbuch suchen</translation>
-    </message>
-    <message>
-        <source>Not found.</source>
-        <translation>Nicht gefunden.</translation>
-    </message>
-    <message>
-        <source>&amp;Close</source>
-        <translation>S&amp;chließen</translation>
-    </message>
-</context>
-<context>
-    <name>AboutWindow</name>
-    <message>
-        <source>About Printer Firmware Update</source>
-        <translation>Info über Drucker-Firmware aktualisieren</translation>
-    </message>
-    <message>
-        <source>Printer Firmware Update</source>
-        <translation>Drucker-Firmware aktualisieren</translation>
-    </message>
-    <message>
-        <source>Version %1</source>
-        <translation>Version %1</translation>
-    </message>
-    <message>
-        <source>Updates the firmware of Veltra KX350T printers.</source>
-        <translation>Aktualisiert die Firmware von Druckern des Typs Veltra KX350T.</translation>
-    </message>
-    <message>
-        <source>Free software under the MIT license.</source>
-        <translation>Freie Software unter der MIT-Lizenz.</translation>
-    </message>
-    <message>
-        <source>It uses these libraries:
-%1</source>
-        <translation>Verwendete Bibliotheken:
-%1</translation>
-    </message>
-    <message>
-        <source>&amp;Close</source>
-        <translation>S&amp;chließen</translation>
     </message>
 </context>
 </TS>

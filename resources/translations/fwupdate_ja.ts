@@ -2,6 +2,46 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja_JP" sourcelanguage="en_US">
 <context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <extracomment>Title of a window.</extracomment>
+        <translation>プリンターのファームウェア更新について</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>The name of the program.</extracomment>
+        <translation>プリンターのファームウェア更新</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <extracomment>%1 is a number like 1.0.0.</extracomment>
+        <translation>バージョン %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <extracomment>What the program is for.</extracomment>
+        <translation>Veltra KX350T プリンターのファームウェアを更新します。</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <extracomment>Below the name of the program.</extracomment>
+        <translation>MIT ライセンスのフリーソフトウェアです。</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
+        <translation>次のライブラリーを使用しています。
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>閉じる(&amp;C)</translation>
+    </message>
+</context>
+<context>
     <name>ConfirmDownloadSheet</name>
     <message>
         <source>Confirm the Download</source>
@@ -434,6 +474,34 @@
     </message>
 </context>
 <context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <extracomment>Title of the window that shows the manual, and name of its text.</extracomment>
+        <translation>マニュアル</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <extracomment>Beside the field to search the manual.</extracomment>
+        <translation>検索(&amp;F):</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <extracomment>Assistive technology says it of the field to search the manual.</extracomment>
+        <translation>マニュアル内を検索</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <extracomment>The manual does not have what was typed.</extracomment>
+        <translation>見つかりません。</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>閉じる(&amp;C)</translation>
+    </message>
+</context>
+<context>
     <name>MenuBar</name>
     <message>
         <source>Menu bar</source>
@@ -454,6 +522,26 @@
         <source>&amp;Quit</source>
         <extracomment>Menu item: ends the program.</extracomment>
         <translation>終了(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <extracomment>Menu.</extracomment>
+        <translation>ヘルプ(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Manual</source>
+        <extracomment>Menu item: shows the manual.</extracomment>
+        <translation>マニュアル(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostic information</source>
+        <extracomment>Menu item: copies what somebody needs to know who is asked for help.</extracomment>
+        <translation>診断情報をコピー(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <extracomment>Menu item: shows the program&apos;s version, license and libraries.</extracomment>
+        <translation>このプログラムについて(&amp;A)</translation>
     </message>
 </context>
 <context>
@@ -515,6 +603,32 @@
         <source>&amp;Download</source>
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
         <translation>更新(&amp;D)</translation>
+    </message>
+    <message>
+        <source>No printer has been found yet. Please check:
+• The printer is switched on.
+• A USB printer: its cable is plugged in at both ends.
+• A network printer: it is on the same network as this computer.</source>
+        <extracomment>Shown in the empty list after ten seconds, instead of “Looking for printers…”. Four lines.</extracomment>
+        <translation>プリンターがまだ見つかりません。次の点を確認してください。
+• プリンターの電源が入っている。
+• USB プリンター：ケーブルの両端が差し込まれている。
+• ネットワークプリンター：このコンピューターと同じネットワークにある。</translation>
+    </message>
+    <message>
+        <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
+        <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
+        <translation>• ネットワークプリンターを検出するサービスが動作していないため、一部が表示されない可能性があります。avahi-daemon を起動してください：systemctl start avahi-daemon</translation>
+    </message>
+    <message>
+        <source>Diagnostic information was copied.</source>
+        <extracomment>Appears when the diagnostic information is on the clipboard.</extracomment>
+        <translation>診断情報をコピーしました。</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list. Wait until it is back, then try again.</source>
+        <extracomment>Appears when the printer left the list while the question about its download was on the screen.</extracomment>
+        <translation>プリンターが一覧からなくなりました。再び表示されるまで待ってから、もう一度お試しください。</translation>
     </message>
 </context>
 <context>

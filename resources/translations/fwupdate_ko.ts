@@ -2,6 +2,46 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ko_KR" sourcelanguage="en_US">
 <context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <extracomment>Title of a window.</extracomment>
+        <translation>프린터 펌웨어 업데이트 정보</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>The name of the program.</extracomment>
+        <translation>프린터 펌웨어 업데이트</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <extracomment>%1 is a number like 1.0.0.</extracomment>
+        <translation>버전 %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <extracomment>What the program is for.</extracomment>
+        <translation>Veltra KX350T 프린터의 펌웨어를 업데이트합니다.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <extracomment>Below the name of the program.</extracomment>
+        <translation>MIT 라이선스를 따르는 자유 소프트웨어입니다.</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
+        <translation>다음 라이브러리를 사용합니다.
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>닫기(&amp;C)</translation>
+    </message>
+</context>
+<context>
     <name>ConfirmDownloadSheet</name>
     <message>
         <source>Confirm the Download</source>
@@ -434,6 +474,34 @@
     </message>
 </context>
 <context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <extracomment>Title of the window that shows the manual, and name of its text.</extracomment>
+        <translation>설명서</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <extracomment>Beside the field to search the manual.</extracomment>
+        <translation>찾기(&amp;F):</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <extracomment>Assistive technology says it of the field to search the manual.</extracomment>
+        <translation>설명서에서 찾기</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <extracomment>The manual does not have what was typed.</extracomment>
+        <translation>찾을 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>닫기(&amp;C)</translation>
+    </message>
+</context>
+<context>
     <name>MenuBar</name>
     <message>
         <source>Menu bar</source>
@@ -454,6 +522,26 @@
         <source>&amp;Quit</source>
         <extracomment>Menu item: ends the program.</extracomment>
         <translation>끝내기(&amp;Q)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <extracomment>Menu.</extracomment>
+        <translation>도움말(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Manual</source>
+        <extracomment>Menu item: shows the manual.</extracomment>
+        <translation>설명서(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostic information</source>
+        <extracomment>Menu item: copies what somebody needs to know who is asked for help.</extracomment>
+        <translation>진단 정보 복사(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <extracomment>Menu item: shows the program&apos;s version, license and libraries.</extracomment>
+        <translation>정보(&amp;A)</translation>
     </message>
 </context>
 <context>
@@ -515,6 +603,32 @@
         <source>&amp;Download</source>
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
         <translation>업데이트(&amp;D)</translation>
+    </message>
+    <message>
+        <source>No printer has been found yet. Please check:
+• The printer is switched on.
+• A USB printer: its cable is plugged in at both ends.
+• A network printer: it is on the same network as this computer.</source>
+        <extracomment>Shown in the empty list after ten seconds, instead of “Looking for printers…”. Four lines.</extracomment>
+        <translation>아직 프린터를 찾지 못했습니다. 다음을 확인하십시오.
+• 프린터가 켜져 있습니다.
+• USB 프린터: 케이블의 양쪽 끝이 연결되어 있습니다.
+• 네트워크 프린터: 이 컴퓨터와 같은 네트워크에 있습니다.</translation>
+    </message>
+    <message>
+        <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
+        <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
+        <translation>• 네트워크 프린터를 찾는 서비스가 실행되고 있지 않아 일부가 빠졌을 수 있습니다. avahi-daemon을 시작하십시오: systemctl start avahi-daemon</translation>
+    </message>
+    <message>
+        <source>Diagnostic information was copied.</source>
+        <extracomment>Appears when the diagnostic information is on the clipboard.</extracomment>
+        <translation>진단 정보를 복사했습니다.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list. Wait until it is back, then try again.</source>
+        <extracomment>Appears when the printer left the list while the question about its download was on the screen.</extracomment>
+        <translation>프린터가 더 이상 목록에 없습니다. 다시 나타날 때까지 기다린 다음 다시 시도하십시오.</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,46 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="tr_TR" sourcelanguage="en_US">
 <context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <extracomment>Title of a window.</extracomment>
+        <translation>Yazıcı Donanım Yazılımı Güncellemesi Hakkında</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>The name of the program.</extracomment>
+        <translation>Yazıcı Donanım Yazılımı Güncellemesi</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <extracomment>%1 is a number like 1.0.0.</extracomment>
+        <translation>Sürüm %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <extracomment>What the program is for.</extracomment>
+        <translation>Veltra KX350T yazıcılarının donanım yazılımını günceller.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <extracomment>Below the name of the program.</extracomment>
+        <translation>MIT lisanslı özgür yazılım.</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
+        <translation>Şu kitaplıkları kullanır:
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Kapat</translation>
+    </message>
+</context>
+<context>
     <name>ConfirmDownloadSheet</name>
     <message>
         <source>Confirm the Download</source>
@@ -434,6 +474,34 @@
     </message>
 </context>
 <context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <extracomment>Title of the window that shows the manual, and name of its text.</extracomment>
+        <translation>Kılavuz</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <extracomment>Beside the field to search the manual.</extracomment>
+        <translation>&amp;Bul:</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <extracomment>Assistive technology says it of the field to search the manual.</extracomment>
+        <translation>Kılavuzda bul</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <extracomment>The manual does not have what was typed.</extracomment>
+        <translation>Bulunamadı.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Kapat</translation>
+    </message>
+</context>
+<context>
     <name>MenuBar</name>
     <message>
         <source>Menu bar</source>
@@ -454,6 +522,26 @@
         <source>&amp;Quit</source>
         <extracomment>Menu item: ends the program.</extracomment>
         <translation>&amp;Çık</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <extracomment>Menu.</extracomment>
+        <translation>Ya&amp;rdım</translation>
+    </message>
+    <message>
+        <source>&amp;Manual</source>
+        <extracomment>Menu item: shows the manual.</extracomment>
+        <translation>&amp;Kılavuz</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostic information</source>
+        <extracomment>Menu item: copies what somebody needs to know who is asked for help.</extracomment>
+        <translation>&amp;Tanılama bilgilerini kopyala</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <extracomment>Menu item: shows the program&apos;s version, license and libraries.</extracomment>
+        <translation>&amp;Hakkında</translation>
     </message>
 </context>
 <context>
@@ -515,6 +603,32 @@
         <source>&amp;Download</source>
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
         <translation>&amp;Güncelle</translation>
+    </message>
+    <message>
+        <source>No printer has been found yet. Please check:
+• The printer is switched on.
+• A USB printer: its cable is plugged in at both ends.
+• A network printer: it is on the same network as this computer.</source>
+        <extracomment>Shown in the empty list after ten seconds, instead of “Looking for printers…”. Four lines.</extracomment>
+        <translation>Henüz yazıcı bulunamadı. Şunları denetleyin:
+• Yazıcı açık.
+• USB yazıcısı: kablosu iki ucundan da takılı.
+• Ağ yazıcısı: bu bilgisayarla aynı ağda.</translation>
+    </message>
+    <message>
+        <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
+        <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
+        <translation>• Ağ yazıcılarını bulan hizmet çalışmıyor; bu yüzden bazıları eksik olabilir. avahi-daemon hizmetini başlatın: systemctl start avahi-daemon</translation>
+    </message>
+    <message>
+        <source>Diagnostic information was copied.</source>
+        <extracomment>Appears when the diagnostic information is on the clipboard.</extracomment>
+        <translation>Tanılama bilgileri kopyalandı.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list. Wait until it is back, then try again.</source>
+        <extracomment>Appears when the printer left the list while the question about its download was on the screen.</extracomment>
+        <translation>Yazıcı artık listede değil. Yeniden görünmesini bekleyip tekrar deneyin.</translation>
     </message>
 </context>
 <context>

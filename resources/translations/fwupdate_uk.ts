@@ -2,6 +2,46 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="uk_UA" sourcelanguage="en_US">
 <context>
+    <name>AboutWindow</name>
+    <message>
+        <source>About Printer Firmware Update</source>
+        <extracomment>Title of a window.</extracomment>
+        <translation>Про програму оновлення</translation>
+    </message>
+    <message>
+        <source>Printer Firmware Update</source>
+        <extracomment>The name of the program.</extracomment>
+        <translation>Оновлення мікропрограм принтерів</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <extracomment>%1 is a number like 1.0.0.</extracomment>
+        <translation>Версія %1</translation>
+    </message>
+    <message>
+        <source>Updates the firmware of Veltra KX350T printers.</source>
+        <extracomment>What the program is for.</extracomment>
+        <translation>Оновлює мікропрограму принтерів Veltra KX350T.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT license.</source>
+        <extracomment>Below the name of the program.</extracomment>
+        <translation>Вільне програмне забезпечення за ліцензією MIT.</translation>
+    </message>
+    <message>
+        <source>It uses these libraries:
+%1</source>
+        <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
+        <translation>Використовує такі бібліотеки:
+%1</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Закрити</translation>
+    </message>
+</context>
+<context>
     <name>ConfirmDownloadSheet</name>
     <message>
         <source>Confirm the Download</source>
@@ -438,6 +478,34 @@
     </message>
 </context>
 <context>
+    <name>ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <extracomment>Title of the window that shows the manual, and name of its text.</extracomment>
+        <translation>Посібник</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <extracomment>Beside the field to search the manual.</extracomment>
+        <translation>З&amp;найти:</translation>
+    </message>
+    <message>
+        <source>Find in the manual</source>
+        <extracomment>Assistive technology says it of the field to search the manual.</extracomment>
+        <translation>Знайти в посібнику</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <extracomment>The manual does not have what was typed.</extracomment>
+        <translation>Не знайдено.</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <extracomment>Button: closes the window.</extracomment>
+        <translation>&amp;Закрити</translation>
+    </message>
+</context>
+<context>
     <name>MenuBar</name>
     <message>
         <source>Menu bar</source>
@@ -458,6 +526,26 @@
         <source>&amp;Quit</source>
         <extracomment>Menu item: ends the program.</extracomment>
         <translation>Ви&amp;йти</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <extracomment>Menu.</extracomment>
+        <translation>&amp;Довідка</translation>
+    </message>
+    <message>
+        <source>&amp;Manual</source>
+        <extracomment>Menu item: shows the manual.</extracomment>
+        <translation>&amp;Посібник</translation>
+    </message>
+    <message>
+        <source>&amp;Copy diagnostic information</source>
+        <extracomment>Menu item: copies what somebody needs to know who is asked for help.</extracomment>
+        <translation>&amp;Копіювати діагностичні відомості</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <extracomment>Menu item: shows the program&apos;s version, license and libraries.</extracomment>
+        <translation>Пр&amp;о програму</translation>
     </message>
 </context>
 <context>
@@ -519,6 +607,32 @@
         <source>&amp;Download</source>
         <extracomment>Button: starts the download of new firmware to the selected printer.</extracomment>
         <translation>&amp;Оновити</translation>
+    </message>
+    <message>
+        <source>No printer has been found yet. Please check:
+• The printer is switched on.
+• A USB printer: its cable is plugged in at both ends.
+• A network printer: it is on the same network as this computer.</source>
+        <extracomment>Shown in the empty list after ten seconds, instead of “Looking for printers…”. Four lines.</extracomment>
+        <translation>Принтера ще не знайдено. Перевірте:
+• Принтер увімкнено.
+• USB-принтер: кабель під’єднано з обох кінців.
+• Мережевий принтер: він в одній мережі з цим комп’ютером.</translation>
+    </message>
+    <message>
+        <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
+        <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
+        <translation>• Служба, що знаходить мережеві принтери, не працює, тому деяких може бракувати. Запустіть avahi-daemon: systemctl start avahi-daemon</translation>
+    </message>
+    <message>
+        <source>Diagnostic information was copied.</source>
+        <extracomment>Appears when the diagnostic information is on the clipboard.</extracomment>
+        <translation>Діагностичні відомості скопійовано.</translation>
+    </message>
+    <message>
+        <source>The printer is no longer in the list. Wait until it is back, then try again.</source>
+        <extracomment>Appears when the printer left the list while the question about its download was on the screen.</extracomment>
+        <translation>Принтера більше немає у списку. Зачекайте, доки він з’явиться знову, а потім спробуйте ще раз.</translation>
     </message>
 </context>
 <context>

@@ -5,10 +5,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QFile>
+#include <QLabel>
 #include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTimer>
 #include <array>
 #include <chrono>
 #include <stdexcept>
@@ -16,6 +18,7 @@
 #include "platform/qt/DownloadProgress.h"
 #include "platform/qt/DownloadState.h"
 #include "platform/qt/ListControl.h"
+#include "platform/qt/Notice.h"
 
 using namespace platform::literals;
 using namespace std::chrono_literals;
@@ -231,6 +234,27 @@ void Tour::visitFailures(WindowRef progress) {
   }
 }
 
+// What comes after ten seconds.
+void Tour::visitAdvice() {
+  for (QTimer* timer : list().findChildren<QTimer*>()) {
+    if (timer->isActive() && timer->interval() == 10'000) timer->start(0);
+  }
+  see("looking-for-long");
+  list().noteDaemon(true);
+  see("looking-without-daemon");
+}
+
+void Tour::visitHelp() {
+  for (const char* item : {"manualAction", "aboutAction"}) {
+    window("PrinterSelectWindow").findChild<QAction*>(item)->trigger();
+    see(item);
+    openWindows().back()->close();
+  }
+  window("PrinterSelectWindow").findChild<QAction*>("copyAction")->trigger();
+  mLoop.advance(0s);
+  see("copied");
+}
+
 platform::ListControl& Tour::list() {
   return dynamic_cast<platform::ListControl&>(
       *window("PrinterSelectWindow").findChild<QTreeView*>("printers"));
@@ -240,12 +264,16 @@ void Tour::visit(const Visitor& visitor) {
   mVisitor = visitor;
   toolkit().showWindow(mMain);
   see("looking");
+  visitAdvice();
   fillList();
   see("list");
   visitMenus();
 
   window("PrinterSelectWindow").findChild<QAction*>("downloadAction")->trigger();
   see("nothing-selected");
+  dynamic_cast<platform::Notice&>(*window("PrinterSelectWindow").findChild<QLabel*>("goneNotice"))
+      .noteCommand("Yes "_4cc);
+  see("gone");
   list().setCurrentIndex(list().model()->index(1, 0));
   platform::ControlRef button = platform::ControlRef::None;
   ASSERT_EQ(toolkit().getControlById(mMain, {0, 2}, button), noErr);
@@ -277,4 +305,5 @@ void Tour::visit(const Visitor& visitor) {
   download().versionsKnown(190, 200);
   download().downloadEnded(DownloadOutcome::Succeeded);
   see("done");
+  visitHelp();
 }

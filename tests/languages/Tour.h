@@ -11,8 +11,10 @@
 #include <vector>
 
 #include "FakeBundle.h"
+#include "FakeRunLoop.h"
 #include "FakeSystemLog.h"
 #include "Languages.h"
+#include "platform/Diagnostics.h"
 #include "platform/DownloadObserver.h"
 #include "platform/LogHistory.h"
 #include "platform/Platform.h"
@@ -51,12 +53,18 @@ class Tour {
   void visitPhases();
   void visitSilence();
   void visitFailures(platform::WindowRef progress);
+  void visitAdvice();
+  void visitHelp();
   void see(const std::string& state);
 
   FakeSystemLog mHost;
+  FakeRunLoop mLoop;
   platform::LogHistory mHistory{mHost, [] { return platform::LogHistory::Time(); }};
+  platform::Diagnostics mDiagnostics{
+      mLoop, "1.0.0", {{"Qt", "6.4.2"}, {"libusb", "1.0.26"}, {"Avahi", "0.8"}}, {"", "", ""}};
   platform::DownloadObservers mObservers;
-  platform::PlatformScope mScope{{.downloadObserver = &mObservers, .logHistory = &mHistory}};
+  platform::PlatformScope mScope{
+      {.diagnostics = &mDiagnostics, .downloadObserver = &mObservers, .logHistory = &mHistory}};
   FakeBundle mBundle;
   QTemporaryDir mFolder;
   std::unique_ptr<platform::QtApplication> mApplication;
