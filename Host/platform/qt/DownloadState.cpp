@@ -1,5 +1,7 @@
 #include "platform/qt/DownloadState.h"
 
+#include <new>
+
 namespace platform {
 
 void DownloadState::downloadBegan(const Text& printer, const Text& info) noexcept {
@@ -41,7 +43,11 @@ std::chrono::milliseconds DownloadState::silence() const {
 }
 
 void DownloadState::errorLogged(const std::string& entry) noexcept {
-  mErrors.push_back(entry);
+  try {
+    mErrors.push_back(entry);
+  } catch (const std::bad_alloc&) {
+    return;  // the log has it
+  }
   emit errorAdded();
 }
 
