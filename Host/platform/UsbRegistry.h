@@ -102,8 +102,8 @@ class UsbEventSource {
 // counts from 1 in descriptor order, whatever the endpoint address; an operation on a pipe that the
 // interface does not have gives kIOUSBUnknownPipeErr, a transfer against its direction
 // kIOReturnBadArgument. A pipe that has stalled ends its transfers with kIOUSBPipeStalled until it
-// is cleared. Between two downloads others may have an interface that is open: what uses a pipe next
-// takes it again, and gives kIOReturnExclusiveAccess where somebody has it.
+// is cleared. Between two downloads others may have an interface that is open: what uses a pipe
+// next takes it again, and gives kIOReturnExclusiveAccess where somebody has it.
 class UsbInterfaceObject {
  public:
   virtual ~UsbInterfaceObject() = default;
