@@ -80,6 +80,8 @@ Tour::Tour(const Language& language, Size size) {
   qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + description.toUtf8());
   qputenv("QT_SCALE_FACTOR", QByteArray::number(screen.scale));
   QLocale::setDefault(QLocale(language.locale));
+  // The first one of a process decides which font it has.
+  qputenv("FC_LANG", QByteArray(language.locale).toLower().replace('_', '-'));
   mBundle.setResourcesDirectory(RESOURCES_DIR);
   mApplication = platform::makeQtApplication("test", mBundle);
   mObservers.add(mHistory);
