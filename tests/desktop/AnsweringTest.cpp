@@ -1,13 +1,9 @@
 // What answers a sheet and what does not, with keys that are really held down and real clicks.
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "DesktopTest.h"
 
@@ -45,37 +41,16 @@ TEST_F(AnsweringASheet, HeldReturnDoesNotConfirmTheQuestion) {
   progressBar();
 }
 
-// A Wayland compositor in a window of the desktop, which passes that one's keys on. A key that is
-// held down is not repeated there in a window that gets the keyboard meanwhile, so it is pressed
-// anew.
+// A key that is held down is not repeated there in a window that gets the keyboard meanwhile, so it
+// is pressed anew.
 class AnsweringOnWayland : public AnsweringASheet {
  protected:
-  void startProgramOnWayland() {
-    mCompositor = std::make_unique<desktop::ChildProcess>(
-        std::vector<std::string>{"weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so",
-                                 "--use-pixman", "--no-config", "--idle-time=0",
-                                 "--socket=compositor"},
-        output() / "compositor.log", desktop().environment());
-    const auto& environment = desktop().environment();
-    const auto directory =
-        std::find_if(environment.begin(), environment.end(),
-                     [](const auto& each) { return each.first == "XDG_RUNTIME_DIR"; });
-    ASSERT_TRUE(desktop::waitUntil(
-        [&] {
-          return std::filesystem::exists(std::filesystem::path(directory->second) / "compositor");
-        },
-        20s));
-    startProgram({{"QT_QPA_PLATFORM", "wayland"}, {"WAYLAND_DISPLAY", "compositor"}});
-    EXPECT_FALSE(desktop().windowSize("Printer Firmware Update"));  // of the X server
-  }
-
- private:
-  std::unique_ptr<desktop::ChildProcess> mCompositor;
+  AnsweringOnWayland() { useWayland(); }
 };
 
 TEST_F(AnsweringOnWayland, ReturnAgainAndAgainDoesNotConfirmTheQuestion) {
   const auto printer = startPrinter("Office");
-  startProgramOnWayland();
+  startProgram();
   selectByKey();
   desktop().holdDown("Return");
   button("Download firmware");

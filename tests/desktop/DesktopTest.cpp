@@ -35,6 +35,10 @@ bool isCell(const Node& node) { return node.role() == "table cell"; }
 DesktopTest::DesktopTest(int width, int height, const std::string& windowManager)
     : mOutput(makeOutput()), mDesktop(mOutput, width, height, windowManager) {}
 
+void DesktopTest::useWayland() {
+  mCompositor = std::make_unique<desktop::Compositor>(mDesktop, mOutput);
+}
+
 std::unique_ptr<VirtualPrinterProcess> DesktopTest::startPrinter(const std::string& name,
                                                                  std::vector<std::string> options) {
   options.insert(options.begin(),
@@ -60,6 +64,10 @@ path DesktopTest::copyInstallation() {
 void DesktopTest::startProgramAt(const path& executable,
                                  const ChildProcess::Environment& environment) {
   ChildProcess::Environment all = mDesktop.environment();
+  if (mCompositor) {
+    const ChildProcess::Environment& added = mCompositor->environment();
+    all.insert(all.end(), added.begin(), added.end());
+  }
   all.insert(all.end(), environment.begin(), environment.end());
   all.emplace_back("LC_ALL", "C.UTF-8");
   mProgram = std::make_unique<ChildProcess>(std::vector<std::string>{executable.string(), "-e"},

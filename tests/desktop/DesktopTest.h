@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "Compositor.h"
 #include "Node.h"
 #include "TemporaryDirectory.h"
 #include "VirtualDesktop.h"
@@ -22,6 +23,9 @@ class DesktopTest : public testing::Test {
  protected:
   explicit DesktopTest(int width = 1920, int height = 1200,
                        const std::string& windowManager = "openbox");
+
+  // From now on the program starts on a Wayland compositor in the corner of the desktop.
+  void useWayland();
 
   // Announced on the private network; burns and restarts quickly. `options` win.
   std::unique_ptr<VirtualPrinterProcess> startPrinter(const std::string& name,
@@ -87,6 +91,7 @@ class DesktopTest : public testing::Test {
   std::filesystem::path mOutput;
   desktop::VirtualDesktop mDesktop;
   TemporaryDirectory mCopy;
+  std::unique_ptr<desktop::Compositor> mCompositor;
   std::unique_ptr<desktop::ChildProcess> mProgram;
   int mScale = 1;
 };
