@@ -7,6 +7,8 @@
 #include "RunLoopWorld.h"
 #include "platform/qt/QtEventLoop.h"
 #include "platform/qt/QtRunLoop.h"
+#include "platform/systemd/SystemdEventLoop.h"
+#include "platform/systemd/SystemdRunLoop.h"
 
 namespace {
 
@@ -24,6 +26,20 @@ class QtLoopWorld final : public RunLoopWorld {
   CoreApplication mApplication;
   platform::QtEventLoop mLoop;
   std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeQtRunLoop(mLoop);
+};
+
+class SystemdLoopWorld final : public RunLoopWorld {
+ public:
+  platform::RunLoop& runLoop() override { return *mRunLoop; }
+
+  void runFor(std::chrono::milliseconds time) override {
+    const auto end = mRunLoop->startTimer(time, false, [this] { mLoop.quit(); });
+    mLoop.run();
+  }
+
+ private:
+  platform::SystemdEventLoop mLoop;
+  std::unique_ptr<platform::RunLoop> mRunLoop = platform::makeSystemdRunLoop(mLoop);
 };
 
 class PollLoopWorld final : public RunLoopWorld {
@@ -60,5 +76,8 @@ std::unique_ptr<RunLoopWorld> make() {
 }  // namespace
 
 std::vector<RunLoopImplementation> runLoopImplementations() {
-  return {{"Qt", make<QtLoopWorld>}, {"Poll", make<PollLoopWorld>}, {"Fake", make<FakeLoopWorld>}};
+  return {{"Qt", make<QtLoopWorld>},
+          {"Systemd", make<SystemdLoopWorld>},
+          {"Poll", make<PollLoopWorld>},
+          {"Fake", make<FakeLoopWorld>}};
 }

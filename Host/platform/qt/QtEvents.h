@@ -7,18 +7,14 @@
 #include <functional>
 #include <memory>
 
-#include "platform/Events.h"
+#include "platform/QueuedEvents.h"
 
 namespace platform {
 
 class QtEventLoop;
 
-class QtEvents : public Events {
+class QtEvents : public QueuedEvents {
  public:
-  // Takes an event to the handlers on its target and returns their answer: what the toolkit tells
-  // of windows and controls.
-  virtual OSStatus sendToTarget(const EventTarget& target, const Event& event) = 0;
-
   // `mayQuit` answers whether a request of the session is granted at once; without it, it is.
   virtual void whenAskedToQuit(std::function<bool()> mayQuit) = 0;
 };

@@ -67,6 +67,8 @@ const std::set<std::string> kHoldersOfTexts{
     "AttachedDevice.cpp: const std::string& entry",
     "main.cpp: const std::string& entry",  // of the platform: who has an interface, see describe()
     "main.cpp: entry",
+    "ToolHost.cpp: const std::string& entry",  // the same
+    "ToolHost.cpp: entry",
     "runAndReport.cpp: prefix",     // the same, of the program's end
     "FirmwareLoader.cpp: message",  // what logError() is given
     "FirmwareLoader.cpp: const char* message",

@@ -12,6 +12,7 @@ class BonjourPrinter : public Printer {
   platform::Text getType() const override;
   // The numeric address; null without an address, or with one that is neither IPv4 nor IPv6.
   platform::Text getInfo() const override;
+  const platform::Data& getAddress() const { return mAddress; }
   platform::Text getConfirmationMsgKey() const override;
   void download(FirmwareDownloader& downloader) const override;
   bool equals(const QuillUsbDevice& device) const override;

@@ -1,0 +1,189 @@
+#include "Reports.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "JsonLines.h"
+#include "legibleText.h"
+
+using nlohmann::ordered_json;
+
+namespace {
+
+std::string megabytes(std::size_t bytes) {
+  std::array<char, 32> text{};
+  static_cast<void>(
+      std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6));
+  return text.data();
+}
+
+// Empty for an event that begins no phase.
+std::string phaseOf(const ordered_json& event) {
+  if (event.value("event", "") != "phase") return {};
+  const std::string phase = event.value("phase", "");
+  if (phase == "connecting") return "connecting";
+  if (phase == "asking-for-version") return "asking for its version";
+  if (phase == "choosing-firmware") return "choosing its firmware";
+  if (phase == "sending-firmware") return "sending the firmware";
+  if (phase == "burning-firmware") return "the printer is writing its memory";
+  return {};
+}
+
+bool isSame(const Target& a, const Target& b) {
+  return a.name == b.name && a.address == b.address && a.serial == b.serial;
+}
+
+const char* nameOf(UpdateResult::Outcome outcome) {
+  switch (outcome) {
+    case UpdateResult::Outcome::Updated:
+      return "updated";
+    case UpdateResult::Outcome::UpToDate:
+      return "up-to-date";
+    case UpdateResult::Outcome::Failed:
+      return "failed";
+    case UpdateResult::Outcome::NotStarted:
+      return "not-started";
+  }
+  return "";
+}
+
+ordered_json withPrinter(const Target& printer, const ordered_json& members) {
+  ordered_json json{{"printer", toJson(printer)}};
+  json.update(members);
+  return json;
+}
+
+}  // namespace
+
+std::string labelOf(const Target& printer) {
+  const std::string& place = printer.serial.empty() ? printer.address : printer.serial;
+  return legibleText(printer.name + " (" + place + ")");
+}
+
+std::string sentenceOf(const Target& printer, const UpdateResult& result) {
+  const std::string label = labelOf(printer) + ": ";
+  const std::string version = std::to_string(result.versionOfFirmware);
+  const std::string before = std::to_string(result.versionBefore);
+  switch (result.outcome) {
+    case UpdateResult::Outcome::Updated:
+      return label + "updated to version " + version + " (was " + before + ")";
+    case UpdateResult::Outcome::UpToDate:
+      return label + "up to date (version " + before + ")";
+    case UpdateResult::Outcome::NotStarted:
+      return label + "not started";
+    case UpdateResult::Outcome::Failed:
+      break;
+  }
+  const std::string nextStep = result.nextStep.empty() ? "" : " " + legibleText(result.nextStep);
+  return label + "failed: " + legibleText(result.cause) + nextStep;
+}
+
+void PlainReport::began(const Target&) {}
+
+void PlainReport::told(const Target& printer, const ordered_json& event) {
+  const std::string phase = phaseOf(event);
+  if (!mQuiet && !phase.empty()) mResults << labelOf(printer) << ": " << phase << std::endl;
+}
+
+void PlainReport::logged(const Target& printer, const std::string& line) {
+  mErrors << labelOf(printer) << ": " << legibleText(line) << std::endl;
+}
+
+void PlainReport::ended(const Target& printer, const UpdateResult& result) {
+  const bool isError = result.outcome == UpdateResult::Outcome::Failed;
+  if (isError || !mQuiet) {
+    (isError ? mErrors : mResults) << sentenceOf(printer, result) << std::endl;
+  }
+}
+
+void JsonReport::began(const Target& printer) {
+  writeLine(mOut, jsonEvent("begun", withPrinter(printer, ordered_json::object())));
+}
+
+void JsonReport::told(const Target& printer, const ordered_json& event) {
+  ordered_json line = event;
+  line["printer"] = toJson(printer);
+  const std::string kind = event.value("event", "");
+  if (kind != "outcome" && kind != "cause") writeLine(mOut, line);
+}
+
+void JsonReport::ended(const Target& printer, const UpdateResult& result) {
+  ordered_json members{{"outcome", nameOf(result.outcome)}};
+  if (result.versionOfFirmware != 0) {
+    members["version_before"] = result.versionBefore;
+    members["version_of_firmware"] = result.versionOfFirmware;
+  }
+  if (!result.cause.empty()) members["cause"] = result.cause;
+  if (!result.nextStep.empty()) members["next_step"] = result.nextStep;
+  writeLine(mOut, jsonEvent("outcome", withPrinter(printer, members)));
+}
+
+TerminalReport::Line* TerminalReport::lineOf(const Target& printer) {
+  const auto found =
+      std::ranges::find_if(mLines, [&](const Line& line) { return isSame(line.printer, printer); });
+  return found == mLines.end() ? nullptr : &*found;
+}
+
+void TerminalReport::erase() {
+  if (mDrawn > 0) mTerminal << "\x1B[" << mDrawn << "A\x1B[J";
+  mDrawn = 0;
+}
+
+void TerminalReport::draw() {
+  for (const Line& line : mLines) mTerminal << textOf(line) << '\n';
+  mDrawn = mLines.size();
+  mTerminal << std::flush;
+}
+
+std::string TerminalReport::textOf(const Line& line) const {
+  constexpr std::size_t kBar = 20;
+  std::string text = labelOf(line.printer) + ": " + line.phase;
+  if (line.total > 0) {
+    const std::size_t done = kBar * line.bytes / line.total;
+    text += " [" + std::string(done, '#') + std::string(kBar - done, '-') + "] " +
+            megabytes(line.bytes) + " of " + megabytes(line.total);
+  }
+  while (columnsOf(text) >= mColumns) {
+    do {
+      text.pop_back();
+    } while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80);
+  }
+  return text;
+}
+
+void TerminalReport::began(const Target& printer) {
+  erase();
+  mLines.push_back({printer, "starting"});
+  draw();
+}
+
+void TerminalReport::told(const Target& printer, const ordered_json& event) {
+  Line* const line = lineOf(printer);
+  if (line == nullptr) return;
+  const std::string phase = phaseOf(event);
+  if (!phase.empty()) {
+    line->phase = phase;
+    line->bytes = line->total = 0;
+  } else if (event.value("event", "") == "progress") {
+    line->bytes = event.value("bytes", std::size_t{0});
+    line->total = event.value("total", std::size_t{0});
+  } else {
+    return;
+  }
+  erase();
+  draw();
+}
+
+void TerminalReport::logged(const Target& printer, const std::string& line) {
+  erase();
+  mTerminal << labelOf(printer) << ": " << legibleText(line) << '\n';
+  draw();
+}
+
+void TerminalReport::ended(const Target& printer, const UpdateResult& result) {
+  erase();
+  std::erase_if(mLines, [&](const Line& line) { return isSame(line.printer, printer); });
+  mTerminal << sentenceOf(printer, result) << '\n';
+  draw();
+}

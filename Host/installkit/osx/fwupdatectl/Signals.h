@@ -1,0 +1,27 @@
+// SIGINT, SIGTERM and SIGHUP as calls from the loop, for as long as it lives. One that the program
+// was started with ignored (nohup) stays ignored.
+#pragma once
+
+#include <signal.h>
+
+#include <functional>
+#include <memory>
+
+#include "platform/RunLoop.h"
+
+class Signals {
+ public:
+  // Throws std::system_error when the host has no descriptors left.
+  Signals(platform::RunLoop& runLoop, std::function<void()> arrived);
+  ~Signals();
+  Signals(const Signals&) = delete;
+  Signals& operator=(const Signals&) = delete;
+
+ private:
+  void take();
+
+  std::function<void()> mArrived;
+  sigset_t mPrevious{};
+  int mDescriptor = -1;
+  std::unique_ptr<platform::RunLoop::Watch> mWatch;
+};

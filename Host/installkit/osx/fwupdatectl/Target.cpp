@@ -1,0 +1,68 @@
+#include "Target.h"
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+constexpr std::uint16_t kRawPort = 9100;
+constexpr std::size_t kRecordSize = 16;
+constexpr std::uint8_t kFamilyIPv4 = 2;
+constexpr std::size_t kFamily = 1, kPort = 2, kAddress = 4;
+
+std::uint16_t portFrom(const std::string& text) {
+  std::uint16_t port = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, port);
+  if (error != std::errc() || stop != end || port == 0) {
+    throw std::invalid_argument("\"" + text + "\" is no port: give a number from 1 to 65535");
+  }
+  return port;
+}
+
+}  // namespace
+
+std::string completeAddress(const std::string& text) {
+  if (std::ranges::count(text, ':') > 1) {
+    throw std::invalid_argument("\"" + text +
+                                "\" is an IPv6 address: printers are reached by IPv4");
+  }
+  const std::size_t colon = text.find(':');
+  const std::string host = text.substr(0, colon);
+  in_addr parsed{};
+  if (inet_pton(AF_INET, host.c_str(), &parsed) != 1) {
+    throw std::invalid_argument("\"" + host + "\" is no IPv4 address, like 10.0.0.5");
+  }
+  const std::uint16_t port =
+      colon == std::string::npos ? kRawPort : portFrom(text.substr(colon + 1));
+  return host + ":" + std::to_string(port);
+}
+
+platform::Data addressRecord(const std::string& address) {
+  const std::size_t colon = address.find(':');
+  const std::uint16_t port = portFrom(address.substr(colon + 1));
+  std::vector<std::uint8_t> record(kRecordSize);
+  record[0] = kRecordSize;
+  record[kFamily] = kFamilyIPv4;
+  record[kPort] = static_cast<std::uint8_t>(port >> 8);
+  record[kPort + 1] = static_cast<std::uint8_t>(port);
+  if (inet_pton(AF_INET, address.substr(0, colon).c_str(), record.data() + kAddress) != 1) {
+    throw std::invalid_argument("\"" + address + "\" is no IPv4 address with a port");
+  }
+  return platform::makeData(std::move(record));
+}
+
+std::string addressText(const platform::Data& record) {
+  if (record == nullptr || record->size() < kRecordSize || (*record)[kFamily] != kFamilyIPv4) {
+    return {};
+  }
+  std::array<char, INET_ADDRSTRLEN> host{};
+  if (inet_ntop(AF_INET, record->data() + kAddress, host.data(), host.size()) == nullptr) return {};
+  const int port = (*record)[kPort] << 8 | (*record)[kPort + 1];
+  return std::string(host.data()) + ":" + std::to_string(port);
+}

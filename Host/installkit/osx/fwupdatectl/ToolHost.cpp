@@ -1,0 +1,84 @@
+#include "ToolHost.h"
+
+#include <ostream>
+#include <string>
+
+#include "Branding.h"
+#include "Log.h"
+#include "platform/Files.h"
+#include "platform/Network.h"
+#include "platform/ServiceDiscovery.h"
+#include "platform/Status.h"
+#include "platform/SystemLog.h"
+#include "platform/UsbRegistry.h"
+#include "platform/avahi/AvahiServiceDiscovery.h"
+#include "platform/dbus/PowerLock.h"
+#include "platform/headless/HeadlessToolkit.h"
+#include "platform/libusb/LibusbRegistry.h"
+#include "platform/posix/PosixBundle.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/PosixNetwork.h"
+#include "platform/posix/PosixStatusTable.h"
+#include "platform/posix/PosixSystemLog.h"
+#include "platform/systemd/SystemdRunLoop.h"
+
+namespace {
+
+void logError(const std::string& entry) { Log<3>() << entry << std::flush; }
+
+void logNotice(const std::string& entry) { Log<5>() << entry << std::flush; }
+
+}  // namespace
+
+ToolHost::ToolHost(bool mirror)
+    : mStatuses(platform::makePosixStatusTable()),
+      mSystemLog(platform::makePosixSystemLog()),
+      mLogHistory(*mSystemLog),
+      mBundle(platform::makePosixBundle()),
+      mRunLoop(platform::makeSystemdRunLoop(mLoop)),
+      mEvents(mLoop, *mRunLoop),
+      mFiles(platform::makePosixFiles()),
+      mNetwork(platform::makePosixNetwork(*mRunLoop)) {
+  mObservers.add(mLogHistory);
+  mSurfaces = {.statuses = mStatuses.get(),
+               .systemLog = &mLogHistory,
+               .bundle = mBundle.get(),
+               .files = mFiles.get(),
+               .runLoop = mRunLoop.get(),
+               .events = &mEvents,
+               .network = mNetwork.get(),
+               .downloadObserver = &mObservers,
+               .logHistory = &mLogHistory};
+  install();
+  mLogOptions.emplace(mirror);
+}
+
+ToolHost::~ToolHost() = default;
+
+void ToolHost::useLocks() {
+  mPowerLock = platform::makePowerLock(
+      *mRunLoop, {"fwupdatectl", "A printer is getting new firmware."}, &logNotice);
+  mObservers.add(*mPowerLock);
+}
+
+void ToolHost::useUsb() {
+  mUsb = platform::makeLibusbRegistry(*mRunLoop, &logError);
+  mSurfaces.usb = mUsb.get();
+  install();
+}
+
+void ToolHost::useServices() {
+  mServices = platform::makeAvahiServiceDiscovery(*mRunLoop, Branding::sModelStr);
+  mSurfaces.services = mServices.get();
+  install();
+}
+
+void ToolHost::useToolkit(platform::HeadlessToolkit& toolkit) {
+  mSurfaces.toolkit = &toolkit;
+  install();
+}
+
+void ToolHost::install() {
+  mScope.reset();
+  mScope.emplace(mSurfaces);
+}

@@ -1,0 +1,168 @@
+#include "Worker.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <new>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+
+#include "Branding.h"
+#include "Download.h"
+#include "JsonLines.h"
+#include "Log.h"
+#include "Printer.h"
+#include "QuillUsbDeviceFinderSync.h"
+#include "ToolHost.h"
+#include "platform/FailureCause.h"
+#include "platform/Platform.h"
+
+using nlohmann::ordered_json;
+using platform::DownloadOutcome;
+using platform::DownloadPhase;
+
+namespace {
+
+struct Destroy {
+  void operator()(Printer* printer) const { Printer::destroy(printer); }
+};
+using OwnedPrinter = std::unique_ptr<Printer, Destroy>;
+
+const char* nameOf(DownloadPhase phase) {
+  switch (phase) {
+    case DownloadPhase::Connecting:
+      return "connecting";
+    case DownloadPhase::AskingForVersion:
+      return "asking-for-version";
+    case DownloadPhase::ChoosingFirmware:
+      return "choosing-firmware";
+    case DownloadPhase::SendingFirmware:
+      return "sending-firmware";
+    case DownloadPhase::BurningFirmware:
+      return "burning-firmware";
+  }
+  return "";
+}
+
+const char* nameOf(DownloadOutcome outcome) {
+  switch (outcome) {
+    case DownloadOutcome::Succeeded:
+      return "updated";
+    case DownloadOutcome::UpToDate:
+      return "up-to-date";
+    case DownloadOutcome::Failed:
+      return "failed";
+  }
+  return "";
+}
+
+std::string withSubject(const char* sentence, const std::string& subject) {
+  std::string text = sentence == nullptr ? "" : sentence;
+  const std::size_t mark = text.find("%1");
+  if (mark != std::string::npos) text.replace(mark, 2, subject);
+  return text;
+}
+
+// Says each thing that happens as it happens. Where nobody can be told, the download goes on.
+class Told final : public platform::DownloadObserver {
+ public:
+  std::optional<DownloadOutcome> outcome() const { return mOutcome; }
+
+  // Of a printer that left before its download.
+  static void sayGone() noexcept {
+    say("cause", {{"cause", "The printer is no longer attached."},
+                  {"next_step", "Plug it in and switch it on, then try again."}});
+  }
+
+  void downloadBegan(const platform::Text&, const platform::Text&) noexcept override {}
+  void phaseBegan(DownloadPhase phase, std::chrono::milliseconds bound) noexcept override {
+    say("phase", {{"phase", nameOf(phase)}, {"bound_ms", bound.count()}});
+  }
+  void versionsKnown(unsigned int printer, unsigned int firmware) noexcept override {
+    say("versions", {{"version_before", printer}, {"version_of_firmware", firmware}});
+  }
+  void bytesHandedOver(std::size_t count, std::size_t total) noexcept override {
+    mFirmwareWasSent = count == total;
+    say("progress", {{"bytes", count}, {"total", total}});
+  }
+  void errorLogged(const std::string& entry) noexcept override {
+    say("error", {{"message", entry}});
+  }
+  void downloadEnded(DownloadOutcome outcome) noexcept override {
+    mOutcome = outcome;
+    if (outcome == DownloadOutcome::Failed) sayWhy();
+    say("outcome", {{"outcome", nameOf(outcome)}});
+  }
+
+ private:
+  void sayWhy() const noexcept {
+    try {
+      const platform::FailureCause why = platform::causeOfFailure(
+          platform::current().logHistory->entriesOfDownload(), mFirmwareWasSent);
+      say("cause", {{"cause", withSubject(why.cause, why.subject)},
+                    {"next_step", withSubject(why.nextStep, why.subject)}});
+    } catch (const std::bad_alloc&) {
+      // The outcome is told, and the log has the reason.
+    }
+  }
+
+  static void say(const char* event, const ordered_json& members) noexcept {
+    try {
+      writeLine(std::cout, jsonEvent(event, members));
+    } catch (const std::exception&) {
+      std::cout.setstate(std::ios_base::badbit);
+    }
+  }
+
+  std::optional<DownloadOutcome> mOutcome;
+  bool mFirmwareWasSent = false;
+};
+
+// The first attached device with a serial number.
+class AttachedPrinter final : private QuillUsbDeviceFinderSync {
+ public:
+  explicit AttachedPrinter(const std::string& serial)
+      : QuillUsbDeviceFinderSync(Branding::sUsbVendorId, Branding::sUsbProductId, serial) {}
+
+  // Null when there is none.
+  OwnedPrinter find() {
+    findAttached();
+    return std::move(mFound);
+  }
+
+ private:
+  void notifyDeviceFound(QuillUsbDevice& device) override {
+    if (!mFound) mFound.reset(Printer::create(device));
+  }
+
+  OwnedPrinter mFound;
+};
+
+// Null when it is not attached any more.
+OwnedPrinter printerFor(ToolHost& host, const Target& target) {
+  if (target.connection == Target::Connection::Network) {
+    return OwnedPrinter(
+        Printer::create(platform::Text::fromUtf8(target.name), addressRecord(target.address)));
+  }
+  host.useUsb();
+  return AttachedPrinter(target.serial).find();
+}
+
+}  // namespace
+
+int runWorker(ToolHost& host, const Target& target) {
+  Told told;
+  host.add(told);
+  host.useLocks();
+  const OwnedPrinter printer = printerFor(host, target);
+  if (!printer) {
+    Told::sayGone();
+    return EXIT_FAILURE;
+  }
+  Download(host).run(*printer);
+  const auto outcome = told.outcome();
+  return outcome && outcome != DownloadOutcome::Failed ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,126 @@
+#include "WorkerProcess.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+#include <utility>
+
+#include "JsonLines.h"
+
+namespace {
+
+void check(int error) {
+  if (error != 0)
+    throw std::system_error(error, std::generic_category(), "Unable to start a process");
+}
+
+class FileActions {
+ public:
+  FileActions() { check(posix_spawn_file_actions_init(&mActions)); }
+  ~FileActions() { posix_spawn_file_actions_destroy(&mActions); }
+  FileActions(const FileActions&) = delete;
+  FileActions& operator=(const FileActions&) = delete;
+
+  void place(int descriptor, int number) {
+    check(posix_spawn_file_actions_adddup2(&mActions, descriptor, number));
+  }
+  void placeNothingAt(int number) {
+    check(posix_spawn_file_actions_addopen(&mActions, number, "/dev/null", O_RDONLY, 0));
+  }
+  const posix_spawn_file_actions_t* get() const { return &mActions; }
+
+ private:
+  posix_spawn_file_actions_t mActions{};
+};
+
+class Attributes {
+ public:
+  Attributes() {
+    check(posix_spawnattr_init(&mAttributes));
+    sigset_t none;
+    sigemptyset(&none);
+    posix_spawnattr_setsigmask(&mAttributes, &none);
+    posix_spawnattr_setpgroup(&mAttributes, 0);
+    posix_spawnattr_setflags(&mAttributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
+  }
+  ~Attributes() { posix_spawnattr_destroy(&mAttributes); }
+  Attributes(const Attributes&) = delete;
+  Attributes& operator=(const Attributes&) = delete;
+
+  const posix_spawnattr_t* get() const { return &mAttributes; }
+
+ private:
+  posix_spawnattr_t mAttributes{};
+};
+
+pid_t spawn(const Target& target, const Pipe& events, const Pipe& log) {
+  FileActions actions;
+  actions.placeNothingAt(STDIN_FILENO);
+  actions.place(events.writeEnd(), STDOUT_FILENO);
+  actions.place(log.writeEnd(), STDERR_FILENO);
+  const Attributes attributes;
+  std::string program = "fwupdatectl";
+  std::string option = "--worker";
+  std::string json =
+      toJson(target).dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
+  char* const arguments[] = {program.data(), option.data(), json.data(), nullptr};
+  pid_t process = -1;
+  check(
+      posix_spawn(&process, "/proc/self/exe", actions.get(), attributes.get(), arguments, environ));
+  return process;
+}
+
+}  // namespace
+
+WorkerProcess::WorkerProcess(platform::RunLoop& runLoop, const Target& target, Listener listener)
+    : mListener(std::move(listener)), mProcess(spawn(target, mEvents, mLog)) {
+  mEvents.startReading(runLoop, [this] { readEvents(); });
+  mLog.startReading(runLoop, [this] { readLog(); });
+  mProcessDescriptor = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
+  if (mProcessDescriptor < 0) check(errno);
+  mProcessWatch = runLoop.watch(mProcessDescriptor, platform::RunLoop::Interest::Readable,
+                                [this] { processEnded(); });
+}
+
+WorkerProcess::~WorkerProcess() {
+  mProcessWatch.reset();
+  if (mProcessDescriptor >= 0) close(mProcessDescriptor);
+}
+
+void WorkerProcess::terminate() const {
+  if (mProcessWatch) kill(mProcess, SIGTERM);
+}
+
+void WorkerProcess::readEvents() {
+  for (const std::string& line : mEvents.takeLines()) {
+    const auto event = nlohmann::ordered_json::parse(line, nullptr, false);
+    if (event.is_object()) mListener.told(event);
+  }
+  endWhenAllIsRead();
+}
+
+void WorkerProcess::readLog() {
+  for (const std::string& line : mLog.takeLines()) mListener.logged(line);
+  endWhenAllIsRead();
+}
+
+void WorkerProcess::processEnded() {
+  int status = 0;
+  if (waitpid(mProcess, &status, WNOHANG) != mProcess) return;
+  mStatus = WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+  mProcessWatch.reset();
+  endWhenAllIsRead();
+}
+
+// What it wrote may still be on its way when it is gone.
+void WorkerProcess::endWhenAllIsRead() {
+  if (mProcessWatch || !mEvents.isAtEnd() || !mLog.isAtEnd()) return;
+  const auto ended = mListener.ended;  // outlives this object
+  ended(mStatus);
+}

@@ -1,0 +1,47 @@
+// A process of this program that does one download (see Worker.h), as its parent sees it. It is in
+// a process group of its own: what a user's terminal sends to the parent does not reach it.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "Pipe.h"
+#include "Target.h"
+#include "platform/RunLoop.h"
+
+class WorkerProcess {
+ public:
+  struct Listener {
+    std::function<void(const nlohmann::ordered_json& event)> told;
+    std::function<void(const std::string& line)> logged;  // a line of its standard error
+    // Its exit status, or a negated signal. The object may be destroyed from here.
+    std::function<void(int status)> ended;
+  };
+
+  // Starts it. Throws std::system_error when the host cannot. `runLoop` must outlive the object.
+  WorkerProcess(platform::RunLoop& runLoop, const Target& target, Listener listener);
+  ~WorkerProcess();  // a process that still runs goes on by itself
+  WorkerProcess(const WorkerProcess&) = delete;
+  WorkerProcess& operator=(const WorkerProcess&) = delete;
+
+  // Asks it to end at once, in good order.
+  void terminate() const;
+
+ private:
+  void readEvents();
+  void readLog();
+  void processEnded();
+  void endWhenAllIsRead();
+
+  Listener mListener;
+  Pipe mEvents;
+  Pipe mLog;
+  pid_t mProcess = -1;
+  int mProcessDescriptor = -1;
+  std::unique_ptr<platform::RunLoop::Watch> mProcessWatch;
+  int mStatus = 0;
+};

@@ -1,0 +1,13 @@
+// Text from printers, for a terminal or a table.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// On one line: what is not to be seen of a text, or would move the rest (control and format
+// characters, bytes that are no UTF-8), is U+FFFD.
+std::string legibleText(std::string_view text);
+
+// How many columns of a terminal a legible text takes.
+std::size_t columnsOf(std::string_view text);

@@ -1,0 +1,139 @@
+// The entry point of the tool: reads the command line and does what it asks for.
+#include <CLI/CLI.hpp>
+#include <clocale>
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "JsonLines.h"
+#include "Options.h"
+#include "Signals.h"
+#include "ToolHost.h"
+#include "Worker.h"
+#include "commands.h"
+#include "runAndReport.h"
+
+namespace {
+
+constexpr double kLongestWait = 3600;  // seconds
+
+void addOutput(CLI::App& command, Options& options) {
+  command.add_flag_callback(
+      "--json", [&options] { options.output = Options::Output::Json; },
+      "Write one JSON object a line");
+}
+
+void addWait(CLI::App& command, Options& options) {
+  command
+      .add_option_function<double>(
+          "--wait",
+          [&options](double seconds) {
+            options.wait = std::chrono::milliseconds(static_cast<int>(seconds * 1000));
+          },
+          "Look for printers so long (3)")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.0, kLongestWait));
+}
+
+void addList(CLI::App& app, Options& options) {
+  CLI::App* list = app.add_subcommand("list", "List the printers that can be reached");
+  addWait(*list, options);
+  list->add_flag("--watch", options.watch, "Go on, and tell each that comes or goes");
+  addOutput(*list, options);
+  list->callback([&options] { options.command = Options::Command::List; });
+}
+
+void addUpdate(CLI::App& app, Options& options) {
+  CLI::App* update = app.add_subcommand("update", "Update the firmware of printers");
+  update->add_option("PRINTER", options.names, "Name of a printer that \"list\" shows");
+  update->add_flag("--all", options.all, "All printers that are found");
+  update->add_option("--address", options.addresses, "A printer on another network")
+      ->type_name("HOST[:PORT]")
+      ->expected(1)
+      ->take_all();
+  update->add_option("--serial", options.serials, "A printer on USB")
+      ->type_name("NUMBER")
+      ->expected(1)
+      ->take_all();
+  update->add_flag("-y,--yes", options.yes, "Do not ask before network printers are updated");
+  update->add_option("-j,--jobs", options.jobs, "Update so many at a time (8)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000));
+  addWait(*update, options);
+  addOutput(*update, options);
+  update->add_flag_callback(
+      "--quiet", [&options] { options.output = Options::Output::Quiet; }, "Tell only of failures");
+  update->callback([&options] {
+    options.command = Options::Command::Update;
+    if (!options.all && options.names.empty() && options.addresses.empty() &&
+        options.serials.empty()) {
+      throw CLI::RequiredError("A printer, --all, --address or --serial");
+    }
+  });
+}
+
+void addShow(CLI::App& app, Options& options) {
+  CLI::App* show = app.add_subcommand("show", "Show what a firmware file holds");
+  show->add_option("FILE", options.file, "The file")->required();
+  addOutput(*show, options);
+  show->callback([&options] { options.command = Options::Command::Show; });
+}
+
+// False when the command line has been answered already, with `status`.
+bool parse(int argc, char** argv, Options& options, int& status) {
+  CLI::App app("Updates the firmware of Veltra KX350T printers.", "fwupdatectl");
+  app.set_version_flag("--version", "fwupdatectl " FWUPDATE_VERSION);
+  app.add_flag("-e,--verbose", options.verbose, "Write the log to standard error, too");
+  app.fallthrough();
+  app.add_option("--worker", options.target)->group("");
+  addList(app, options);
+  addUpdate(app, options);
+  addShow(app, options);
+  app.require_subcommand(0, 1);
+  try {
+    app.parse(argc, argv);
+    if (!options.target.empty()) {
+      options.command = Options::Command::Worker;
+    } else if (app.get_subcommands().empty()) {
+      throw CLI::RequiredError("A command");
+    }
+    return true;
+  } catch (const CLI::ParseError& error) {
+    status = app.exit(error) == 0 ? kDone : kUsageError;
+    return false;
+  }
+}
+
+int work(ToolHost& host, const Options& options) {
+  const Signals signals(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
+  return runWorker(host, targetFromJson(nlohmann::ordered_json::parse(options.target)));
+}
+
+int run(ToolHost& host, const Options& options) {
+  switch (options.command) {
+    case Options::Command::List:
+      return listPrinters(host, options);
+    case Options::Command::Update:
+      return updatePrinters(host, options);
+    case Options::Command::Show:
+      return showFirmware(options);
+    case Options::Command::Worker:
+      break;
+  }
+  return work(host, options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Whoever reads what is written may go at any time, and must not take a download along.
+  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  static_cast<void>(std::setlocale(LC_CTYPE, ""));
+  Options options;
+  int status = kDone;
+  if (!parse(argc, argv, options, status)) return status;
+  ToolHost host(options.verbose || options.command == Options::Command::Worker);
+  const int failure = runAndReport([&] { status = run(host, options); });
+  return failure != kDone ? failure : status;
+}

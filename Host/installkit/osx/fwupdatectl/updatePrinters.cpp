@@ -1,0 +1,210 @@
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <stdexcept>
+
+#include "PrinterDirectory.h"
+#include "Reports.h"
+#include "Signals.h"
+#include "ToolHost.h"
+#include "UpdateRun.h"
+#include "commands.h"
+#include "legibleText.h"
+
+namespace {
+
+using Printers = std::vector<Target>;
+
+// A sentence for the user about printers that were named and are not there, or not the only ones.
+class NoSuchPrinter : public std::runtime_error {
+ public:
+  using runtime_error::runtime_error;
+};
+
+bool isInterrupted = false;
+
+Printers named(const Printers& printers, const std::string& name) {
+  Printers found;
+  std::ranges::copy_if(printers, std::back_inserter(found),
+                       [&](const Target& each) { return each.name == name; });
+  return found;
+}
+
+Printers withSerial(const Printers& printers, const std::string& serial) {
+  Printers found;
+  std::ranges::copy_if(printers, std::back_inserter(found), [&](const Target& each) {
+    return each.connection == Target::Connection::Usb && each.serial == serial;
+  });
+  return found;
+}
+
+bool areAllThere(const Printers& printers, const Options& options) {
+  return !options.all && std::ranges::all_of(options.names, [&](const auto& each) {
+    return !named(printers, each).empty();
+  }) && std::ranges::all_of(options.serials, [&](const auto& each) {
+    return !withSerial(printers, each).empty();
+  });
+}
+
+// Waits until those are found that are asked for, or the time is over.
+Printers lookForPrinters(ToolHost& host, const Options& options) {
+  PrinterDirectory* looked = nullptr;
+  PrinterDirectory directory(host, [&](PrinterDirectory::Change, const Target&) {
+    if (looked != nullptr && areAllThere(looked->printers(), options)) {
+      host.events().quitApplicationEventLoop();
+    }
+  });
+  looked = &directory;
+  const Signals signals(host.runLoop(), [&] {
+    isInterrupted = true;
+    host.events().quitApplicationEventLoop();
+  });
+  const auto end = host.runLoop().startTimer(options.wait, false,
+                                             [&host] { host.events().quitApplicationEventLoop(); });
+  if (!areAllThere(directory.printers(), options)) host.events().runApplicationEventLoop();
+  return directory.printers();
+}
+
+void addOnly(Printers& chosen, const Printers& found, const std::string& what) {
+  if (found.empty()) throw NoSuchPrinter("No printer " + what + " was found.");
+  if (found.size() > 1) {
+    std::string sentence = "There are several printers " + what + ":";
+    for (const Target& each : found) sentence += "\n  " + labelOf(each);
+    throw NoSuchPrinter(sentence + "\nName one by --address or --serial.");
+  }
+  chosen.push_back(found.front());
+}
+
+Printers choose(ToolHost& host, const Options& options) {
+  Printers chosen;
+  for (const std::string& each : options.addresses) {
+    const std::string address = completeAddress(each);
+    chosen.push_back({Target::Connection::Network, address, {}, address});
+  }
+  if (!options.all && options.names.empty() && options.serials.empty()) return chosen;
+  const Printers found = lookForPrinters(host, options);
+  if (isInterrupted) return {};
+  if (options.all) {
+    chosen.insert(chosen.end(), found.begin(), found.end());
+    if (chosen.empty()) throw NoSuchPrinter("No printer was found.");
+  }
+  for (const std::string& each : options.names) {
+    addOnly(chosen, named(found, each), "named \"" + legibleText(each) + "\"");
+  }
+  for (const std::string& each : options.serials) {
+    addOnly(chosen, withSerial(found, each), "with the serial number " + legibleText(each));
+  }
+  return chosen;
+}
+
+// Named twice is meant once.
+Printers withoutRepeats(const Printers& chosen) {
+  Printers once;
+  std::set<std::pair<std::string, std::string>> seen;
+  for (const Target& each : chosen) {
+    if (seen.emplace(each.address, each.serial).second) once.push_back(each);
+  }
+  return once;
+}
+
+bool isTerminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1; }
+
+// Nobody can print on a network printer meanwhile, so its users are asked for first.
+Printers confirmed(const Printers& chosen, const Options& options) {
+  Printers agreed;
+  for (const Target& each : chosen) {
+    if (each.connection == Target::Connection::Usb || options.yes) {
+      agreed.push_back(each);
+      continue;
+    }
+    std::cerr << "Download new firmware to " << labelOf(each)
+              << "? Nobody can print on it meanwhile. [y/N] " << std::flush;
+    std::string answer;
+    if (!std::getline(std::cin, answer)) break;
+    if (answer == "y" || answer == "Y" || answer == "yes") agreed.push_back(each);
+  }
+  return agreed;
+}
+
+std::size_t terminalColumns() {
+  winsize size{};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return 80;
+  return size.ws_col;
+}
+
+// Passes on to the report that shows, and knows what the exit status has to say.
+class Counting final : public UpdateReport {
+ public:
+  explicit Counting(const Options& options) {
+    if (options.output == Options::Output::Json) {
+      mShown = std::make_unique<JsonReport>(std::cout);
+    } else if (options.output == Options::Output::Text && isatty(STDOUT_FILENO) == 1) {
+      mShown = std::make_unique<TerminalReport>(std::cout, terminalColumns());
+    } else {
+      mShown = std::make_unique<PlainReport>(std::cout, std::cerr,
+                                             options.output == Options::Output::Quiet);
+    }
+    mVerbose = options.verbose;
+  }
+
+  int status() const { return mFailures == 0 ? kDone : kFailed; }
+
+  void began(const Target& printer) override { mShown->began(printer); }
+  void told(const Target& printer, const nlohmann::ordered_json& event) override {
+    mShown->told(printer, event);
+  }
+  void logged(const Target& printer, const std::string& line) override {
+    if (mVerbose) mShown->logged(printer, line);
+  }
+  void ended(const Target& printer, const UpdateResult& result) override {
+    if (result.outcome == UpdateResult::Outcome::Failed) ++mFailures;
+    mShown->ended(printer, result);
+  }
+
+ private:
+  std::unique_ptr<UpdateReport> mShown;
+  bool mVerbose = false;
+  std::size_t mFailures = 0;
+};
+
+int update(ToolHost& host, const Options& options, const Printers& printers) {
+  Counting report(options);
+  UpdateRun run(host.runLoop(), report, printers, options.jobs);
+  const Signals signals(host.runLoop(), [&] {
+    if (run.isInterrupted()) {
+      run.terminate();
+    } else {
+      run.startNoMore();
+    }
+  });
+  run.start([&host] { host.events().quitApplicationEventLoop(); });
+  host.events().runApplicationEventLoop();
+  return run.isInterrupted() ? kInterrupted : report.status();
+}
+
+}  // namespace
+
+int updatePrinters(ToolHost& host, const Options& options) {
+  try {
+    const Printers chosen = withoutRepeats(choose(host, options));
+    if (isInterrupted) return kInterrupted;
+    const bool asks = std::ranges::any_of(
+        chosen, [](const Target& each) { return each.connection == Target::Connection::Network; });
+    if (asks && !options.yes && !isTerminal()) {
+      std::cerr << "fwupdatectl: There is nobody to ask whether network printers may be updated: "
+                   "give --yes.\n";
+      return kUsageError;
+    }
+    return update(host, options, confirmed(chosen, options));
+  } catch (const NoSuchPrinter& error) {
+    std::cerr << "fwupdatectl: " << error.what() << '\n';
+    return kNoSuchPrinter;
+  } catch (const std::invalid_argument& error) {
+    std::cerr << "fwupdatectl: " << error.what() << '\n';
+    return kUsageError;
+  }
+}

@@ -1,0 +1,94 @@
+// Printers that announce themselves on a network of their own: listed, and updated by name.
+#include <gmock/gmock.h>
+
+#include "PeerProcess.h"
+#include "PrivateNetwork.h"
+#include "ShellCommand.h"
+#include "VirtualPrinterProcess.h"
+
+int main(int argc, char** argv) {
+  privatenetwork::enter(argc, argv, {"--no-daemon"});
+  testing::InitGoogleMock(&argc, argv);
+  return RUN_ALL_TESTS();
+}
+
+namespace {
+
+class FwupdatectlDiscovered : public testing::Test {
+ protected:
+  FwupdatectlDiscovered() { privatenetwork::startDaemon(); }
+  ~FwupdatectlDiscovered() override { privatenetwork::restore(); }
+
+  static std::vector<std::string> announced(const std::string& name) {
+    return {"--address", "0.0.0.0",        "--announce", "daemon",           "--name",
+            name,        "--burn-seconds", "0.1",        "--return-seconds", "0.1"};
+  }
+
+  static Outcome tool(const std::string& arguments) {
+    return runInShell("'" FWUPDATECTL "' " + arguments + " </dev/null");
+  }
+
+  // "NAME<tab>network<tab>10.0.0.1:PORT", whatever the address.
+  static testing::Matcher<std::string> row(const std::string& name,
+                                           const VirtualPrinterProcess& printer) {
+    return testing::MatchesRegex(name + "\tnetwork\t[0-9.]+:" + std::to_string(printer.port()));
+  }
+
+  static std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+  }
+};
+
+TEST_F(FwupdatectlDiscovered, AreListedByName) {
+  VirtualPrinterProcess office(announced("Office"));
+  VirtualPrinterProcess attic(announced("Attic\xE2\x80\xAE"));
+  const Outcome outcome = tool("list --wait 5");
+  EXPECT_THAT(linesOf(outcome.output),
+              testing::ElementsAre(row("Attic\xEF\xBF\xBD", attic), row("Office", office)));
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(FwupdatectlDiscovered, AreUpdatedByName) {
+  VirtualPrinterProcess office(announced("Office"));
+  VirtualPrinterProcess attic(announced("Attic"));
+  const Outcome outcome = tool("update --yes --wait 20 Office");
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  EXPECT_THAT(linesOf(outcome.output).back(),
+              testing::MatchesRegex("Office \\([0-9.:]+\\): updated to version 200 \\(was 100\\)"));
+  attic.stop();
+  EXPECT_TRUE(attic.entries("connected").empty());
+}
+
+TEST_F(FwupdatectlDiscovered, AreAllUpdated) {
+  VirtualPrinterProcess office(announced("Office"));
+  VirtualPrinterProcess attic(announced("Attic"));
+  const Outcome outcome = tool("update --yes --wait 5 --all");
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  office.waitFor("burn");
+  attic.waitFor("burn");
+}
+
+TEST_F(FwupdatectlDiscovered, ComeAndGoWhileTheyAreWatched) {
+  PeerProcess watching("/bin/sh", {"-c", "exec '" FWUPDATECTL "' list --watch </dev/null"},
+                       PeerProcess::Machine::Here);
+  {
+    VirtualPrinterProcess office(announced("Office"));
+    EXPECT_THAT(watching.readLine(), testing::StartsWith("+\tOffice\tnetwork\t"));
+  }
+  EXPECT_THAT(watching.readLine(), testing::StartsWith("-\tOffice\tnetwork\t"));
+}
+
+TEST_F(FwupdatectlDiscovered, UnknownNameIsNoPrinter) {
+  VirtualPrinterProcess office(announced("Office"));
+  const Outcome outcome = tool("update --yes --wait 2 Offic");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.errors, "fwupdatectl: No printer named \"Offic\" was found.\n");
+  office.stop();
+  EXPECT_TRUE(office.entries("connected").empty());
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "JsonLines.h"
+#include "Target.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+TEST(Target, AddressGetsThePortOfPrinters) {
+  EXPECT_EQ(completeAddress("10.0.0.5"), "10.0.0.5:9100");
+  EXPECT_EQ(completeAddress("10.0.0.5:631"), "10.0.0.5:631");
+}
+
+TEST(Target, WhatIsNoAddressIsRefused) {
+  for (const char* text : {"", "office", "10.0.0", "10.0.0.256", "::1", "[::1]:9100", "10.0.0.5:",
+                           "10.0.0.5:0", "10.0.0.5:65536", "10.0.0.5:9100x", ":9100"}) {
+    EXPECT_THROW(completeAddress(text), std::invalid_argument) << text;
+  }
+}
+
+TEST(Target, AddressIsARecord) {
+  EXPECT_EQ(*addressRecord("10.0.0.5:9100"),
+            (Bytes{16, 2, 0x23, 0x8C, 10, 0, 0, 5, 0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(
+      addressText(platform::makeData({16, 2, 0x02, 0x77, 192, 168, 1, 2, 0, 0, 0, 0, 0, 0, 0, 0})),
+      "192.168.1.2:631");
+}
+
+TEST(Target, RecordOfAnotherKindHasNoAddress) {
+  EXPECT_EQ(addressText(nullptr), "");
+  EXPECT_EQ(addressText(platform::makeData({16, 2, 0x23, 0x8C, 10, 0, 0})), "");
+  Bytes ipv6(28);
+  ipv6[0] = 28;
+  ipv6[1] = 30;
+  EXPECT_EQ(addressText(platform::makeData(ipv6)), "");
+}
+
+TEST(Target, GoesToAnotherProcessAndBack) {
+  const Target usb =
+      targetFromJson(toJson({Target::Connection::Usb, "Veltra KX350T", "VP000001", {}}));
+  EXPECT_EQ(usb.connection, Target::Connection::Usb);
+  EXPECT_EQ(usb.name, "Veltra KX350T");
+  EXPECT_EQ(usb.serial, "VP000001");
+  const Target network =
+      targetFromJson(toJson({Target::Connection::Network, "Office", {}, "10.0.0.5:9100"}));
+  EXPECT_EQ(network.connection, Target::Connection::Network);
+  EXPECT_EQ(network.address, "10.0.0.5:9100");
+}
+
+}  // namespace

@@ -1,0 +1,83 @@
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/headless/HeadlessToolkit.h"
+
+using namespace platform::literals;
+using platform::ControlRef;
+using platform::noErr;
+using platform::WindowRef;
+using testing::ElementsAre;
+
+namespace {
+
+class HeadlessToolkitTest : public testing::Test, private platform::HeadlessToolkit::Listener {
+ protected:
+  HeadlessToolkitTest() {
+    EXPECT_EQ(mToolkit.createWindowFromNib(platform::NibRef::None,
+                                           platform::Text::fromUtf8("Window"), mWindow),
+              noErr);
+    EXPECT_EQ(mToolkit.getControlById(mWindow, {"list"_4cc, 0}, mList), noErr);
+    EXPECT_EQ(mToolkit.setDataBrowserCallbacks(mList, {}), noErr);
+  }
+
+  platform::HeadlessToolkit mToolkit{*this};
+  WindowRef mWindow = WindowRef::None;
+  ControlRef mList = ControlRef::None;
+  std::vector<std::string> mTold;
+
+ private:
+  void rowAdded(platform::ItemId item) override { mTold.push_back("+" + std::to_string(item)); }
+  void rowRemoved(platform::ItemId item) override { mTold.push_back("-" + std::to_string(item)); }
+};
+
+TEST_F(HeadlessToolkitTest, TellsOfRows) {
+  EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 1), noErr);
+  EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 2), noErr);
+  EXPECT_EQ(mToolkit.removeDataBrowserItem(mList, 1), noErr);
+  EXPECT_THAT(mTold, ElementsAre("+1", "+2", "-1"));
+}
+
+TEST_F(HeadlessToolkitTest, RowsAreThereOnce) {
+  EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 0), platform::errDataBrowserItemNotAdded);
+  EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 1), noErr);
+  EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 1), platform::errDataBrowserItemNotAdded);
+  EXPECT_EQ(mToolkit.removeDataBrowserItem(mList, 2), platform::errDataBrowserItemNotFound);
+  EXPECT_EQ(mToolkit.addDataBrowserItem(ControlRef::None, 3), platform::errControlNotFound);
+  EXPECT_THAT(mTold, ElementsAre("+1"));
+}
+
+TEST_F(HeadlessToolkitTest, ControlIsTheSameEachTime) {
+  ControlRef again = ControlRef::None;
+  EXPECT_EQ(mToolkit.getControlById(mWindow, {"list"_4cc, 0}, again), noErr);
+  EXPECT_EQ(again, mList);
+  EXPECT_EQ(mToolkit.getControlById(mWindow, {"list"_4cc, 1}, again), noErr);
+  EXPECT_NE(again, mList);
+  EXPECT_EQ(mToolkit.controlOwner(mList), mWindow);
+}
+
+TEST_F(HeadlessToolkitTest, ControlKeepsWhatRidesOnIt) {
+  int value = 0;
+  void* found = &value;
+  EXPECT_EQ(mToolkit.getControlProperty(mList, "MjFd"_4cc, "ldPl"_4cc, found),
+            platform::controlPropertyNotFoundErr);
+  EXPECT_EQ(found, nullptr);
+  EXPECT_EQ(mToolkit.setControlProperty(mList, "MjFd"_4cc, "ldPl"_4cc, &value), noErr);
+  EXPECT_EQ(mToolkit.getControlProperty(mList, "MjFd"_4cc, "ldPl"_4cc, found), noErr);
+  EXPECT_EQ(found, &value);
+}
+
+TEST_F(HeadlessToolkitTest, ControlsGoWithTheirWindow) {
+  mToolkit.disposeWindow(mWindow);
+  ControlRef control = mList;
+  EXPECT_EQ(mToolkit.getControlById(mWindow, {"list"_4cc, 0}, control),
+            platform::errInvalidWindowRef);
+  EXPECT_EQ(control, ControlRef::None);
+  EXPECT_EQ(mToolkit.controlOwner(mList), WindowRef::None);
+  EXPECT_EQ(mToolkit.setControlEnabled(mList, true), platform::errControlNotFound);
+  EXPECT_EQ(mToolkit.showSheetWindow(mWindow, WindowRef::None), platform::errInvalidWindowRef);
+}
+
+}  // namespace
