@@ -40,6 +40,7 @@ std::vector<std::string> describeFirmwareFiles(const std::filesystem::path& dire
   std::set<std::filesystem::path> names;
   for (const auto& spec : Branding::sFirmwareSpecList) names.insert(spec.fileName);
   std::vector<std::string> lines;
+  lines.reserve(names.size());
   for (const auto& name : names) lines.push_back(name.string() + ": " + describe(directory / name));
   return lines;
 }
