@@ -1,8 +1,9 @@
-// The program on a Wayland compositor, by keys. What cannot be tested there: clicks (the compositor
-// in a window of the X server passes on its keys, but does not follow its pointer), the place of a
-// sheet (a program does not learn where its windows are), closing, moving and resizing by a frame
-// (the X server knows none of the windows), the keyboard's way back to the window below when a
-// sheet goes (the compositor activates none). What a paste would insert is not read.
+// The program on a Wayland compositor, by keys. Clicks are not tried: the compositor gets no
+// pointer while its window is full screen, and in a framed one clicks would need the frame's offset
+// and the place of a sheet, which a program does not learn. Nor are closing, moving and resizing by
+// a frame (the X server knows none of the windows), the keyboard's way back to the window below
+// when a sheet goes (the compositor takes it from the sheet and gives it to none), and what a paste
+// would insert.
 #include <gmock/gmock.h>
 
 #include <thread>

@@ -1,7 +1,7 @@
 // A Wayland compositor for one program on a virtual desktop. It is a window of 1280 x 800 pixels,
-// so that keys of the X server reach the program through it, and a picture of the desktop is one of
-// its screen. The X server's pointer does not reach the program, whose windows the server does not
-// know.
+// full screen and so without a frame, in the desktop's upper left corner: keys of the X server
+// reach the program through it, and it is in pictures of the desktop. Full screen, it gets no
+// pointer. The X server does not know the program's windows.
 #pragma once
 
 #include <filesystem>
