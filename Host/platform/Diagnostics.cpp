@@ -67,7 +67,9 @@ void Diagnostics::finish() {
 
 std::string Diagnostics::text() const {
   std::string text = "Firmware updater " + mProgramVersion + '\n';
-  for (const auto& [name, version] : mLibraries) text += name + ' ' + version + '\n';
+  for (const auto& [name, version] : mLibraries) {
+    text.append(name).append(" ").append(version).append("\n");
+  }
   for (const Part& part : mParts) {
     text += '\n' + part.title + ":\n";
     const std::string answer = part.answer.empty() ? "no answer" : part.answer;

@@ -33,7 +33,7 @@ std::string line(const char* timeFormat, const LogHistory::Entry& entry) {
   const std::time_t seconds = std::chrono::system_clock::to_time_t(entry.time);
   std::array<char, 32> time{};
   if (const std::tm* local = std::localtime(&seconds)) {
-    std::strftime(time.data(), time.size(), timeFormat, local);
+    static_cast<void>(std::strftime(time.data(), time.size(), timeFormat, local));
   }
   return std::string(time.data()) + nameOf(entry.priority) + ": " + entry.text;
 }
