@@ -22,7 +22,7 @@ std::string addressOfSystemBus() {
 
 // Empty outside of a session.
 std::string addressOfSessionBus() {
-  const std::string chosen = chosenBy("DBUS_SESSION_BUS_ADDRESS");
+  std::string chosen = chosenBy("DBUS_SESSION_BUS_ADDRESS");
   const std::string runtimeDirectory = chosenBy("XDG_RUNTIME_DIR");
   if (!chosen.empty() || runtimeDirectory.empty()) return chosen;
   const std::unique_ptr<char, decltype(&dbus_free)> path(

@@ -18,16 +18,18 @@ std::string attribute(const std::filesystem::path& directory, const char* name) 
   return std::string(readSysfsAttribute(directory, name).utf8());
 }
 
+// "007" for "7", as the nodes of buses and devices are named.
+std::string threeDigits(const std::string& number) {
+  return std::string(number.size() < 3 ? 3 - number.size() : 0, '0') + number;
+}
+
 std::string describeNode(const std::filesystem::path& nodes, const std::string& bus,
                          const std::string& device) {
-  std::array<char, 16> place{};
-  std::snprintf(place.data(), place.size(), "%03d/%03d", std::atoi(bus.c_str()),
-                std::atoi(device.c_str()));
-  const std::filesystem::path node = nodes / place.data();
+  const std::filesystem::path node = nodes / threeDigits(bus) / threeDigits(device);
   struct stat state {};
   if (stat(node.c_str(), &state) != 0) return "no device node";
   std::array<char, 16> mode{};
-  std::snprintf(mode.data(), mode.size(), "%04o", state.st_mode & 07777U);
+  static_cast<void>(std::snprintf(mode.data(), mode.size(), "%04o", state.st_mode & 07777U));
   const bool mayOpen = access(node.c_str(), R_OK | W_OK) == 0;
   return std::string("device node ") + mode.data() + (mayOpen ? ", may be opened" : ", no right");
 }
@@ -62,7 +64,7 @@ std::vector<std::string> describeUsbDevices(std::uint16_t vendor,
                                             const std::filesystem::path& devices,
                                             const std::filesystem::path& nodes) {
   std::array<char, 8> wanted{};
-  std::snprintf(wanted.data(), wanted.size(), "%04x", vendor);
+  static_cast<void>(std::snprintf(wanted.data(), wanted.size(), "%04x", vendor));
   std::vector<std::string> lines;
   std::error_code none;
   for (const auto& each : std::filesystem::directory_iterator(devices, none)) {

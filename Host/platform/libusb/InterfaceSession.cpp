@@ -48,7 +48,7 @@ InterfaceSession::InterfaceSession(std::shared_ptr<AttachedDevice> device,
 
 InterfaceSession::~InterfaceSession() {
   mEnding = true;
-  endTransfers();
+  InterfaceSession::endTransfers();
   mOpen->release(mInterface.number);
 }
 
