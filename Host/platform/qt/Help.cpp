@@ -30,7 +30,7 @@ void Help::open(const QString& name) {
     known = dynamic_cast<HelpWindow*>(loaded.get());
     if (known == nullptr) return;
     known->setParent(mWindow, Qt::Dialog);
-    loaded.release();
+    static_cast<void>(loaded.release());  // the parent's now
     if (mQuit != nullptr) known->addAction(mQuit);
     known->setUp(mNib + QStringLiteral("/.."), current().diagnostics);
   }

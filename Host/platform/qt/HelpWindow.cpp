@@ -47,7 +47,7 @@ void HelpWindow::showFact(QLabel& label, const Diagnostics* diagnostics) {
   if (fact == u"version") texts.append(QString::fromStdString(diagnostics->programVersion()));
   if (fact == u"libraries") {
     for (const auto& [name, version] : diagnostics->libraries()) {
-      texts.append(QString::fromStdString(name + ' ' + version));
+      texts.append(QString::fromStdString(name) + u' ' + QString::fromStdString(version));
     }
   }
   label.setText(label.text().arg(texts.join(u'\n')));
