@@ -63,7 +63,7 @@ QString OutcomeLine::fitting() const {
   QString info = mInfo;
   for (;;) {
     const QString printer = printerInSentence(cutTo(name, mPrinter), cutTo(info, mInfo));
-    const QString line = breakable(mSentence.arg(printer), isTooLong);
+    QString line = breakable(mSentence.arg(printer), isTooLong);
     if (heightOf(line, width()) <= heightForWidth(width()) || name.size() + info.size() == 0)
       return line;
     dropLastCharacter(name.size() >= info.size() ? name : info);
