@@ -36,7 +36,7 @@ QString printerOf(const DownloadState& download) {
 // Null where the cause has no such sentence.
 QString sentence(const char* text, const std::string& subject) {
   if (text == nullptr || *text == '\0') return {};
-  const QString translated = QCoreApplication::translate("FailureCause", text);
+  QString translated = QCoreApplication::translate("FailureCause", text);
   if (!translated.contains("%1")) return translated;
   const QString whole = QString::fromStdString(subject);
   const QString shown = legible(whole.left(kLongestSubject));
