@@ -1,13 +1,12 @@
 // Updates virtual printers with the tool, and compares all that it says.
 #include <gmock/gmock.h>
-#include <sys/types.h>
 
 #include <csignal>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "PeerProcess.h"
 #include "ShellCommand.h"
+#include "ToolProcess.h"
 #include "VirtualPrinterProcess.h"
 
 using testing::ElementsAre;
@@ -189,39 +188,14 @@ TEST(FwupdatectlUpdate, ReaderOfTheOutputMayGo) {
   EXPECT_EQ(printer.entries("burn").at(0).at("ok"), true);
 }
 
-// The tool in the background of a shell that says its process ID first, and its exit status last.
-class RunningTool {
- public:
-  explicit RunningTool(const std::string& arguments)
-      : mShell("/bin/sh",
-               {"-c", "exec 2>&1; '" FWUPDATECTL "' update --yes --jobs 1 " + arguments +
-                          " </dev/null & echo $!; wait $!; echo status $?"},
-               PeerProcess::Machine::Here),
-        mProcess(std::stoi(mShell.readLine())) {}
-
-  void readUntil(const std::string& line) {
-    while (mLines.empty() || mLines.back() != line) {
-      mLines.push_back(mShell.readLine());
-      ASSERT_NE(mLines.back(), "") << "ended before: " << line;
-    }
-  }
-  void signal(int number) const { ASSERT_EQ(kill(mProcess, number), 0); }
-  const std::vector<std::string>& lines() const { return mLines; }
-
- private:
-  PeerProcess mShell;
-  pid_t mProcess;
-  std::vector<std::string> mLines;
-};
-
 TEST(FwupdatectlUpdate, FirstSignalLetsADownloadEndAndStartsNoOther) {
   VirtualPrinterProcess first({"--burn-seconds", "1"});
   VirtualPrinterProcess second({});
   const std::string a = addressOf(first);
   const std::string b = addressOf(second);
-  RunningTool tool("--address " + a + " --address " + b);
+  ToolProcess tool(FWUPDATECTL, "update --yes --jobs 1 --address " + a + " --address " + b);
   tool.readUntil(a + " (" + a + "): the printer is writing its memory");
-  tool.signal(SIGTERM);
+  tool.signal(SIGINT);
   tool.readUntil("status 130");
   EXPECT_THAT(tool.lines(),
               testing::IsSupersetOf({a + " (" + a + "): updated to version 200 (was 100)",
@@ -233,7 +207,8 @@ TEST(FwupdatectlUpdate, FirstSignalLetsADownloadEndAndStartsNoOther) {
 TEST(FwupdatectlUpdate, SecondSignalEndsAtOnce) {
   VirtualPrinterProcess printer({"--burn-seconds", "1000"});
   const std::string address = addressOf(printer);
-  RunningTool tool("--address " + address + " --address 127.0.0.1:9");
+  ToolProcess tool(FWUPDATECTL,
+                   "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
   tool.readUntil(address + " (" + address + "): the printer is writing its memory");
   tool.signal(SIGTERM);
   tool.readUntil("127.0.0.1:9 (127.0.0.1:9): not started");
