@@ -24,8 +24,11 @@ std::filesystem::path runtimeDirectory(const ChildProcess::Environment& environm
 
 }  // namespace
 
+// This compositor does without OpenGL, for which a program would load a driver and not use it.
 Compositor::Compositor(const VirtualDesktop& desktop, const std::filesystem::path& directory)
-    : mEnvironment({{"QT_QPA_PLATFORM", "wayland"}, {"WAYLAND_DISPLAY", kSocket}}),
+    : mEnvironment({{"QT_QPA_PLATFORM", "wayland"},
+                    {"QT_WAYLAND_CLIENT_BUFFER_INTEGRATION", "none"},
+                    {"WAYLAND_DISPLAY", kSocket}}),
       mProcess({"weston", "--backend=x11-backend.so", "--width=1280", "--height=800",
                 "--fullscreen", "--shell=kiosk-shell.so", "--use-pixman", "--no-config",
                 "--idle-time=0", std::string("--socket=") + kSocket},
