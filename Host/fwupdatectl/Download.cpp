@@ -4,9 +4,9 @@
 #include <new>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 #include "Log.h"
-#include "Printer.h"
 #include "ToolHost.h"
 
 using platform::eventNotHandledErr;
@@ -38,10 +38,10 @@ Download::~Download() {
 }
 
 // The start belongs into the loop: an outcome that comes with it ends the loop like a later one.
-void Download::run(const Printer& printer) {
-  mHost.runLoop().callLater([this, &printer] {
+void Download::run(std::function<void(FirmwareDownloader&)> start) {
+  mHost.runLoop().callLater([this, start = std::move(start)] {
     try {
-      printer.download(mDownloader);
+      start(mDownloader);
       return;
     } catch (const std::runtime_error& error) {
       Log<3>() << "Failed to download firmware: " << error.what() << std::flush;

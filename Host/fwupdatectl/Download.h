@@ -1,11 +1,12 @@
-// One download from its start to its outcome, on the tool's host: what the window's event handling
-// is to a window.
+// One download or query from its start to its outcome, on the tool's host: what the window's event
+// handling is to a window.
 #pragma once
+
+#include <functional>
 
 #include "FirmwareDownloader.h"
 #include "platform/Events.h"
 
-class Printer;
 class ToolHost;
 
 class Download {
@@ -16,8 +17,9 @@ class Download {
   Download(const Download&) = delete;
   Download& operator=(const Download&) = delete;
 
-  // Returns with the outcome, or when the loop was told to quit before.
-  void run(const Printer& printer);
+  // `start` is called from the loop. Returns with the outcome, or when the loop was told to quit
+  // before.
+  void run(std::function<void(FirmwareDownloader& downloader)> start);
 
  private:
   static platform::OSStatus outcomeTold(platform::EventHandlerCallRef call,

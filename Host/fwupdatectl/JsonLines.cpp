@@ -25,6 +25,13 @@ std::string timeNow() {
   return std::string(date.data()) + fraction.data();
 }
 
+std::string withSubject(const char* sentence, const std::string& subject) {
+  std::string text = sentence == nullptr ? "" : sentence;
+  const std::size_t mark = text.find("%1");
+  if (mark != std::string::npos) text.replace(mark, 2, subject);
+  return text;
+}
+
 }  // namespace
 
 ordered_json jsonEvent(const char* event, const ordered_json& members) {
@@ -42,6 +49,11 @@ ordered_json toJson(const Target& target) {
     return {{"connection", "usb"}, {"name", target.name}, {"serial", target.serial}};
   }
   return {{"connection", "network"}, {"name", target.name}, {"address", target.address}};
+}
+
+ordered_json toJson(const platform::FailureCause& why) {
+  return {{"cause", withSubject(why.cause, why.subject)},
+          {"next_step", withSubject(why.nextStep, why.subject)}};
 }
 
 Target targetFromJson(const ordered_json& json) {

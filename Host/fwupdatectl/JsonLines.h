@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "Target.h"
+#include "platform/FailureCause.h"
 
 inline constexpr int kJsonSchema = 1;
 
@@ -16,6 +17,9 @@ void writeLine(std::ostream& out, const nlohmann::ordered_json& line);
 
 // "connection", "name", and "serial" or "address".
 nlohmann::ordered_json toJson(const Target& target);
+
+// "cause" and "next_step", each a sentence.
+nlohmann::ordered_json toJson(const platform::FailureCause& why);
 
 // Throws nlohmann::json::exception for another form.
 Target targetFromJson(const nlohmann::ordered_json& json);

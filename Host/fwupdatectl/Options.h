@@ -24,8 +24,8 @@ struct Options {
   bool yes = false;
   std::size_t jobs = 8;
 
-  std::string file;    // show
-  std::string target;  // worker
+  std::string file;   // show
+  std::string order;  // worker
 };
 
 // The exit statuses, as the manual page lists them.

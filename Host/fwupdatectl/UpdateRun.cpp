@@ -1,24 +1,14 @@
 #include "UpdateRun.h"
 
-#include <csignal>
-#include <cstring>
 #include <system_error>
 #include <utility>
 
-namespace {
+#include "causeOfDeath.h"
 
-// How an assertion's line begins behind the name of the program.
-constexpr const char* kAssertion = "Assertion failed: ";
+namespace {
 
 constexpr const char* kInterruption =
     "Interrupted. What the printer has received, it may still be writing to its memory.";
-
-// What a process that ended without an outcome leaves to be said.
-std::string causeOfDeath(int status, const std::string& lastError) {
-  if (!lastError.empty()) return lastError;
-  if (status < 0) return std::string("The update ended unexpectedly: ") + strsignal(-status) + ".";
-  return "The update ended unexpectedly.";
-}
 
 }  // namespace
 
@@ -52,7 +42,7 @@ void UpdateRun::startJob(const Target& target) {
   mReport.began(target);
   try {
     job.process = std::make_unique<WorkerProcess>(
-        mRunLoop, target,
+        mRunLoop, target, WorkerProcess::Work::Update,
         WorkerProcess::Listener{
             [this, &job](const nlohmann::ordered_json& event) { told(job, event); },
             [this, &job](const std::string& line) { logged(job, line); },
@@ -83,8 +73,8 @@ void UpdateRun::told(Job& job, const nlohmann::ordered_json& event) {
 }
 
 void UpdateRun::logged(Job& job, const std::string& line) {
-  const std::size_t assertion = line.find(kAssertion);
-  if (assertion != std::string::npos) job.result.error = line.substr(assertion);
+  std::string assertion = assertionIn(line);
+  if (!assertion.empty()) job.result.error = std::move(assertion);
   mReport.logged(job.target, line);
 }
 
@@ -97,7 +87,7 @@ void UpdateRun::ended(std::size_t number, int status) {
       result.cause = kInterruption;
       result.nextStep.clear();
     }
-    if (result.cause.empty()) result.cause = causeOfDeath(status, result.error);
+    if (result.cause.empty()) result.cause = causeOfDeath("The update", status, result.error);
   }
   mReport.ended(job.mapped().target, result);
   startJobs();

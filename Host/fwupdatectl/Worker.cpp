@@ -10,12 +10,11 @@
 #include <stdexcept>
 #include <string>
 
-#include "Branding.h"
+#include "AttachedDevice.h"
 #include "Download.h"
 #include "JsonLines.h"
 #include "Log.h"
 #include "Printer.h"
-#include "QuillUsbDeviceFinderSync.h"
 #include "ToolHost.h"
 #include "platform/FailureCause.h"
 #include "platform/Platform.h"
@@ -59,23 +58,13 @@ const char* nameOf(DownloadOutcome outcome) {
   return "";
 }
 
-std::string withSubject(const char* sentence, const std::string& subject) {
-  std::string text = sentence == nullptr ? "" : sentence;
-  const std::size_t mark = text.find("%1");
-  if (mark != std::string::npos) text.replace(mark, 2, subject);
-  return text;
-}
-
 // Says each thing that happens as it happens. Where nobody can be told, the download goes on.
 class Told final : public platform::DownloadObserver {
  public:
   std::optional<DownloadOutcome> outcome() const { return mOutcome; }
 
   // Of a printer that left before its download.
-  static void sayGone() noexcept {
-    say("cause", {{"cause", "The printer is no longer attached."},
-                  {"next_step", "Plug it in and switch it on, then try again."}});
-  }
+  static void sayGone() noexcept { say("cause", toJson(causeOfAbsence())); }
 
   void downloadBegan(const platform::Text&, const platform::Text&) noexcept override {}
   void phaseBegan(DownloadPhase phase, std::chrono::milliseconds bound) noexcept override {
@@ -102,8 +91,7 @@ class Told final : public platform::DownloadObserver {
     try {
       const platform::FailureCause why = platform::causeOfFailure(
           platform::current().logHistory->entriesOfDownload(), mFirmwareWasSent);
-      say("cause", {{"cause", withSubject(why.cause, why.subject)},
-                    {"next_step", withSubject(why.nextStep, why.subject)}});
+      say("cause", toJson(why));
     } catch (const std::bad_alloc&) {
       // The outcome is told, and the log has the reason.
     }
@@ -121,26 +109,6 @@ class Told final : public platform::DownloadObserver {
   bool mFirmwareWasSent = false;
 };
 
-// The first attached device with a serial number.
-class AttachedPrinter final : private QuillUsbDeviceFinderSync {
- public:
-  explicit AttachedPrinter(const std::string& serial)
-      : QuillUsbDeviceFinderSync(Branding::sUsbVendorId, Branding::sUsbProductId, serial) {}
-
-  // Null when there is none.
-  OwnedPrinter find() {
-    findAttached();
-    return std::move(mFound);
-  }
-
- private:
-  void notifyDeviceFound(QuillUsbDevice& device) override {
-    if (!mFound) mFound.reset(Printer::create(device));
-  }
-
-  OwnedPrinter mFound;
-};
-
 // Null when it is not attached any more.
 OwnedPrinter printerFor(ToolHost& host, const Target& target) {
   if (target.connection == Target::Connection::Network) {
@@ -148,7 +116,8 @@ OwnedPrinter printerFor(ToolHost& host, const Target& target) {
         Printer::create(platform::Text::fromUtf8(target.name), addressRecord(target.address)));
   }
   host.useUsb();
-  return AttachedPrinter(target.serial).find();
+  std::optional<QuillUsbDevice> device = attachedDevice(target.serial);
+  return OwnedPrinter(device ? Printer::create(*device) : nullptr);
 }
 
 }  // namespace
@@ -162,7 +131,7 @@ int runWorker(ToolHost& host, const Target& target) {
     Told::sayGone();
     return EXIT_FAILURE;
   }
-  Download(host).run(*printer);
+  Download(host).run([&](FirmwareDownloader& downloader) { printer->download(downloader); });
   const auto outcome = told.outcome();
   return outcome && outcome != DownloadOutcome::Failed ? EXIT_SUCCESS : EXIT_FAILURE;
 }

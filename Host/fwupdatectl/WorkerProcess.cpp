@@ -13,6 +13,8 @@
 
 #include "JsonLines.h"
 
+using nlohmann::ordered_json;
+
 namespace {
 
 void check(int error) {
@@ -59,7 +61,7 @@ class Attributes {
   posix_spawnattr_t mAttributes{};
 };
 
-pid_t spawn(const Target& target, const Pipe& events, const Pipe& log) {
+pid_t spawn(const ordered_json& order, const Pipe& events, const Pipe& log) {
   FileActions actions;
   actions.placeNothingAt(STDIN_FILENO);
   actions.place(events.writeEnd(), STDOUT_FILENO);
@@ -67,8 +69,7 @@ pid_t spawn(const Target& target, const Pipe& events, const Pipe& log) {
   const Attributes attributes;
   std::string program = "fwupdatectl";
   std::string option = "--worker";
-  std::string json =
-      toJson(target).dump(-1, ' ', true, nlohmann::ordered_json::error_handler_t::replace);
+  std::string json = order.dump(-1, ' ', true, ordered_json::error_handler_t::replace);
   char* const arguments[] = {program.data(), option.data(), json.data(), nullptr};
   pid_t process = -1;
   check(
@@ -76,10 +77,17 @@ pid_t spawn(const Target& target, const Pipe& events, const Pipe& log) {
   return process;
 }
 
+ordered_json orderOf(const Target& target, WorkerProcess::Work work) {
+  ordered_json order = toJson(target);
+  order["work"] = work == WorkerProcess::Work::Update ? "update" : "version";
+  return order;
+}
+
 }  // namespace
 
-WorkerProcess::WorkerProcess(platform::RunLoop& runLoop, const Target& target, Listener listener)
-    : mListener(std::move(listener)), mProcess(spawn(target, mEvents, mLog)) {
+WorkerProcess::WorkerProcess(platform::RunLoop& runLoop, const Target& target, Work work,
+                             Listener listener)
+    : mListener(std::move(listener)), mProcess(spawn(orderOf(target, work), mEvents, mLog)) {
   mEvents.startReading(runLoop, [this] { readEvents(); });
   mLog.startReading(runLoop, [this] { readLog(); });
   mProcessDescriptor = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
@@ -99,7 +107,7 @@ void WorkerProcess::terminate() const {
 
 void WorkerProcess::readEvents() {
   for (const std::string& line : mEvents.takeLines()) {
-    const auto event = nlohmann::ordered_json::parse(line, nullptr, false);
+    const auto event = ordered_json::parse(line, nullptr, false);
     if (event.is_object()) mListener.told(event);
   }
   endWhenAllIsRead();

@@ -1,4 +1,5 @@
-// A process of this program that does one download (see Worker.h), as its parent sees it. It is in
+// A process of this program that does one download (see Worker.h), or asks one printer for its
+// version (see VersionWorker.h), as its parent sees it. It is in
 // a process group of its own: what a user's terminal sends to the parent does not reach it.
 #pragma once
 
@@ -15,6 +16,8 @@
 
 class WorkerProcess {
  public:
+  enum class Work { Update, AskForVersion };
+
   struct Listener {
     std::function<void(const nlohmann::ordered_json& event)> told;
     std::function<void(const std::string& line)> logged;  // a line of its standard error
@@ -23,7 +26,7 @@ class WorkerProcess {
   };
 
   // Starts it. Throws std::system_error when the host cannot. `runLoop` must outlive the object.
-  WorkerProcess(platform::RunLoop& runLoop, const Target& target, Listener listener);
+  WorkerProcess(platform::RunLoop& runLoop, const Target& target, Work work, Listener listener);
   ~WorkerProcess();  // a process that still runs goes on by itself
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;

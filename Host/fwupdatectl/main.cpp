@@ -10,6 +10,7 @@
 #include "Options.h"
 #include "Signals.h"
 #include "ToolHost.h"
+#include "VersionWorker.h"
 #include "Worker.h"
 #include "commands.h"
 #include "runAndReport.h"
@@ -86,14 +87,14 @@ bool parse(int argc, char** argv, Options& options, int& status) {
   app.set_version_flag("--version", "fwupdatectl " FWUPDATE_VERSION);
   app.add_flag("-e,--verbose", options.verbose, "Write the log to standard error, too");
   app.fallthrough();
-  app.add_option("--worker", options.target)->group("");
+  app.add_option("--worker", options.order)->group("");
   addList(app, options);
   addUpdate(app, options);
   addShow(app, options);
   app.require_subcommand(0, 1);
   try {
     app.parse(argc, argv);
-    if (!options.target.empty()) {
+    if (!options.order.empty()) {
       options.command = Options::Command::Worker;
     } else if (app.get_subcommands().empty()) {
       throw CLI::RequiredError("A command");
@@ -107,7 +108,10 @@ bool parse(int argc, char** argv, Options& options, int& status) {
 
 int work(ToolHost& host, const Options& options) {
   const Signals signals(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
-  return runWorker(host, targetFromJson(nlohmann::ordered_json::parse(options.target)));
+  const auto order = nlohmann::ordered_json::parse(options.order);
+  const Target target = targetFromJson(order);
+  return order.value("work", "update") == "version" ? runVersionWorker(host, target)
+                                                    : runWorker(host, target);
 }
 
 int run(ToolHost& host, const Options& options) {

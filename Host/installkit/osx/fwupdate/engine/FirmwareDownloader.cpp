@@ -55,6 +55,12 @@ void FirmwareDownloader::start(std::unique_ptr<IoTransport> transport) {
   resume();
 }
 
+void FirmwareDownloader::query(std::unique_ptr<IoTransport> transport,
+                               std::function<void(const std::wstring&)> known) {
+  mAsyncTaskQueue.startQuery(std::move(transport), std::move(known));
+  resume();
+}
+
 void FirmwareDownloader::resume() {
   platform::assertAt(!mAsyncTaskQueue.empty(), "!mAsyncTaskQueue.empty()", "resume",
                      "Host/installkit/osx/fwupdate/FirmwareDownloader", 51);

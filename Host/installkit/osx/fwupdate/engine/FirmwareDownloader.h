@@ -6,7 +6,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "AsyncTask.h"
 #include "AsyncTaskQueue.h"
@@ -37,6 +39,12 @@ class FirmwareDownloader {
   // Begins a download over `transport`, which must not be null, and runs its first task. The
   // outcome may have been told before this returns. Fatal while a download runs.
   void start(std::unique_ptr<IoTransport> transport);
+
+  // Asks the printer at the other end of `transport`, as a download does, for its device ID, and
+  // ends there: `known` gets it, and no outcome is told. What fails is told as 'DlNo'. Fatal while
+  // a download runs.
+  void query(std::unique_ptr<IoTransport> transport,
+             std::function<void(const std::wstring& deviceId)> known);
 
   // The operation that the last task started is complete: runs the next. An exception of a task is
   // logged and ends the download as failed; one of the outcome's handler passes on behind the end

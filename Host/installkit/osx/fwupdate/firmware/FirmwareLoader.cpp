@@ -37,21 +37,6 @@ std::optional<path> findResources() {
   return resources;
 }
 
-// The file's name; empty, after logging why, when there is none for this printer.
-std::wstring chooseFileName(const std::wstring& deviceId) {
-  std::wstring model;
-  std::wstring lic;
-  StrUtils::GetIEEE1284KeyValue(deviceId, L"MDL", model);
-  StrUtils::GetIEEE1284KeyValue(deviceId, L"LIC", lic);
-  if (model.empty()) {
-    logError("No printer model found; cannot match a firmware file without a model.");
-    return std::wstring();
-  }
-  const std::wstring& fileName = Branding::getMatchingFirmwareFile(model, lic);
-  if (fileName.empty()) logError("Could not find a firmware file to download.");
-  return fileName;
-}
-
 // Finds the file `name` in `directory` and its size; false after logging why not.
 bool findFile(const path& directory, const std::wstring& name, path& file, std::uint32_t& size) {
   platform::Files& files = *platform::current().files;
@@ -125,12 +110,26 @@ bool getFirmware(const std::wstring& deviceId, std::vector<char>& image,
     logError(kNoReference);
     return false;
   }
-  const std::wstring fileName = chooseFileName(deviceId);
+  const std::wstring fileName = chooseFirmwareFile(deviceId);
   if (fileName.empty()) {
     logError(kNoReference);
     return false;
   }
   return loadFirmwareFile(*resources, fileName, image, fileVersion);
+}
+
+std::wstring chooseFirmwareFile(const std::wstring& deviceId) {
+  std::wstring model;
+  std::wstring lic;
+  StrUtils::GetIEEE1284KeyValue(deviceId, L"MDL", model);
+  StrUtils::GetIEEE1284KeyValue(deviceId, L"LIC", lic);
+  if (model.empty()) {
+    logError("No printer model found; cannot match a firmware file without a model.");
+    return std::wstring();
+  }
+  const std::wstring& fileName = Branding::getMatchingFirmwareFile(model, lic);
+  if (fileName.empty()) logError("Could not find a firmware file to download.");
+  return fileName;
 }
 
 bool loadFirmwareFile(const path& directory, const std::wstring& name, std::vector<char>& image,

@@ -16,5 +16,9 @@ bool getFirmware(const std::wstring& deviceId, std::vector<char>& image, unsigne
 bool loadFirmwareFile(const std::filesystem::path& directory, const std::wstring& name,
                       std::vector<char>& image, unsigned int& fileVersion);
 
+// The name of the file that getFirmware() would read; empty, after logging why, when there is none
+// for this printer.
+std::wstring chooseFirmwareFile(const std::wstring& deviceId);
+
 // The version that the printer reports in FWVER; 0 when the field is absent.
 unsigned int extractVersionFromIeee1284Id(const std::wstring& deviceId);

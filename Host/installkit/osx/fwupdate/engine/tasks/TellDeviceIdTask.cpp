@@ -1,0 +1,6 @@
+#include "TellDeviceIdTask.h"
+
+AsyncTaskResult TellDeviceIdTask::operator()() {
+  mKnown(mDeviceId);
+  return kTaskDoneContinue;
+}
