@@ -1,5 +1,6 @@
 // SIGINT, SIGTERM and SIGHUP as calls from the loop, for as long as it lives. One that the program
-// was started with ignored (nohup) stays ignored.
+// was started with ignored (nohup) stays ignored. To be made before what starts threads, as access
+// to USB does: a thread that was there before takes a signal for itself, and the program ends.
 #pragma once
 
 #include <signal.h>

@@ -77,15 +77,15 @@ void printChange(PrinterDirectory::Change change, const Target& printer, Options
 }  // namespace
 
 int listPrinters(ToolHost& host, const Options& options) {
-  PrinterDirectory directory(host,
-                             [&options](PrinterDirectory::Change change, const Target& printer) {
-                               if (options.watch) printChange(change, printer, options.output);
-                             });
   bool isInterrupted = false;
   const Signals signals(host.runLoop(), [&] {
     isInterrupted = true;
     host.events().quitApplicationEventLoop();
   });
+  PrinterDirectory directory(host,
+                             [&options](PrinterDirectory::Change change, const Target& printer) {
+                               if (options.watch) printChange(change, printer, options.output);
+                             });
   std::unique_ptr<platform::RunLoop::Timer> end;
   if (!options.watch) {
     end = host.runLoop().startTimer(options.wait, false,

@@ -52,6 +52,10 @@ bool areAllThere(const Printers& printers, const Options& options) {
 
 // Waits until those are found that are asked for, or the time is over.
 Printers lookForPrinters(ToolHost& host, const Options& options) {
+  const Signals signals(host.runLoop(), [&] {
+    isInterrupted = true;
+    host.events().quitApplicationEventLoop();
+  });
   PrinterDirectory* looked = nullptr;
   PrinterDirectory directory(host, [&](PrinterDirectory::Change, const Target&) {
     if (looked != nullptr && areAllThere(looked->printers(), options)) {
@@ -59,10 +63,6 @@ Printers lookForPrinters(ToolHost& host, const Options& options) {
     }
   });
   looked = &directory;
-  const Signals signals(host.runLoop(), [&] {
-    isInterrupted = true;
-    host.events().quitApplicationEventLoop();
-  });
   const auto end = host.runLoop().startTimer(options.wait, false,
                                              [&host] { host.events().quitApplicationEventLoop(); });
   if (!areAllThere(directory.printers(), options)) host.events().runApplicationEventLoop();

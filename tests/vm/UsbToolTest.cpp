@@ -1,0 +1,211 @@
+// The tool of the terminal with printers on a real USB bus: what it says, what the printer gets,
+// and who has the printer's interface afterwards, however the tool ends.
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <filesystem>
+#include <optional>
+#include <sstream>
+#include <utility>
+
+#include "OtherProgram.h"
+#include "PollRunLoop.h"
+#include "ShellCommand.h"
+#include "TemporaryDirectory.h"
+#include "ToolProcess.h"
+#include "UsbPrinterProcess.h"
+#include "UsbSysfs.h"
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr char kUpdate[] = "update 'Veltra KX350T'";
+const std::string kLabel = "Veltra KX350T (VP000001): ";
+const std::string kWriting = kLabel + "the printer is writing its memory";
+const std::string kUpdated = kLabel + "updated to version 200 (was 100)";
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+void expectBurned(const UsbPrinterProcess& printer) {
+  const auto burn = printer.last("burn");
+  EXPECT_TRUE(burn.value("ok", false));
+  EXPECT_EQ(burn.value("sha256", ""), SMALL_FIRMWARE_SHA256);
+  EXPECT_EQ(printer.count("violation"), 0u);
+}
+
+// With an image that an emulated bus carries within the time-out of a write.
+class FwupdatectlOnUsb : public testing::Test {
+ protected:
+  FwupdatectlOnUsb() {
+    fs::create_directories(mPrefix.path() / "bin");
+    fs::create_directories(mPrefix.path() / "share/fwupdate");
+    fs::copy_file(FWUPDATECTL, mProgram);
+    fs::create_symlink(VM_FIRMWARE "/small/product.brand.bin",
+                       mPrefix.path() / "share/fwupdate/product.brand.bin");
+    fs::permissions(mPrefix.path(), fs::perms(0755));
+  }
+
+  Outcome tool(const std::string& arguments, const std::string& by = "") const {
+    return runInShell(by + " '" + mProgram.string() + "' " + arguments + " </dev/null");
+  }
+
+  std::unique_ptr<ToolProcess> start(const std::string& arguments) const {
+    return std::make_unique<ToolProcess>(mProgram.string(), arguments);
+  }
+
+  // Until the tool says that the printer writes its memory.
+  std::unique_ptr<ToolProcess> startToBurn() const {
+    auto tool = start(kUpdate);
+    tool->readUntil(kWriting);
+    EXPECT_EQ(kernelDriver(), "usbfs");
+    return tool;
+  }
+
+  static void waitUntil(const std::function<bool()>& done, const char* otherwise) {
+    ASSERT_TRUE(PollRunLoop().runUntil(done)) << otherwise;
+  }
+
+  static void awaitPrinter(const std::string& serial = "VP000001") {
+    waitUntil([&] { return kernelDriver(serial) == "usblp"; }, "the printer is not there");
+  }
+
+ private:
+  TemporaryDirectory mPrefix;
+  fs::path mProgram = mPrefix.path() / "bin/fwupdatectl";
+};
+
+TEST_F(FwupdatectlOnUsb, IsListedAndUpdatedByNameWithoutAQuestion) {
+  UsbPrinterProcess printer({"--burn-seconds", "0.2", "--hang-up-seconds", "60"});
+  awaitPrinter();
+  EXPECT_EQ(tool("list --wait 0.2").output, "Veltra KX350T\tUSB\tVP000001\n");
+  const Outcome outcome = tool(kUpdate);
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(kernelDriver(), "usblp");
+  EXPECT_THAT(linesOf(outcome.output),
+              ElementsAre(kLabel + "connecting", kLabel + "asking for its version",
+                          kLabel + "choosing its firmware", kLabel + "sending the firmware",
+                          kWriting, kUpdated));
+  EXPECT_EQ(outcome.errors, "");
+  expectBurned(printer);
+}
+
+TEST_F(FwupdatectlOnUsb, IsUpdatedBySerialNumberAmongOthersOfItsName) {
+  UsbPrinterProcess first({"--serial", "VP000001"});
+  UsbPrinterProcess second({"--serial", "VP000002", "--burn-seconds", "0.2"});
+  awaitPrinter("VP000001");
+  awaitPrinter("VP000002");
+  const Outcome unclear = tool("update --wait 0.5 'Veltra KX350T'");
+  EXPECT_EQ(unclear.status, 3);
+  EXPECT_EQ(unclear.errors,
+            "fwupdatectl: There are several printers named \"Veltra KX350T\":\n"
+            "  Veltra KX350T (VP000001)\n"
+            "  Veltra KX350T (VP000002)\n"
+            "Name one by --address or --serial.\n");
+  EXPECT_EQ(tool("update --serial VP000002").status, 0);
+  expectBurned(second);
+  EXPECT_THAT(first.receivedMessages(), IsEmpty());
+}
+
+TEST_F(FwupdatectlOnUsb, InUseByAnotherProgramIsSaidWithItsName) {
+  UsbPrinterProcess printer({"--burn-seconds", "0.2"});
+  awaitPrinter();
+  {
+    const OtherProcess other("ipp-usb", "VP000001", 1);
+    const Outcome outcome = tool(kUpdate);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors,
+              kLabel +
+                  "failed: The program ipp-usb is using the printer’s USB connection. Stop it "
+                  "with the command “systemctl stop ipp-usb”, then try again.\n");
+    EXPECT_THAT(printer.receivedMessages(), IsEmpty());
+  }
+  EXPECT_EQ(tool(kUpdate).status, 0);
+  expectBurned(printer);
+}
+
+TEST_F(FwupdatectlOnUsb, WithoutARightOnTheDeviceItIsListedAndNotUpdated) {
+  const UsbPrinterProcess printer;
+  awaitPrinter();
+  const std::string nobody = "setpriv --reuid=65534 --regid=65534 --clear-groups";
+  EXPECT_EQ(tool("list --wait 0.2", nobody).output, "Veltra KX350T\tUSB\tVP000001\n");
+  const Outcome outcome = tool(kUpdate, nobody);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            kLabel +
+                "failed: You are not permitted to use the printer’s USB connection. Unplug the "
+                "printer and plug it in again. If that does not help, ask the administrator "
+                "of this computer for permission.\n");
+  EXPECT_EQ(kernelDriver(), "usblp");
+  EXPECT_THAT(printer.receivedMessages(), IsEmpty());
+}
+
+// Unplugging. -----------------------------------------------------------------------------------
+
+TEST_F(FwupdatectlOnUsb, UnpluggedDuringASendFailsAndIsUpdatedOnceItIsBack) {
+  const auto watching = start("list --watch");
+  UsbPrinterProcess printer({"--fault", "unplug@burn-header=300", "--faulty-conversations", "1",
+                             "--burn-seconds", "0.2"});
+  watching->readUntil("+\tVeltra KX350T\tUSB\tVP000001");
+  const Outcome outcome = tool(kUpdate);
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.errors, testing::StartsWith(kLabel + "failed: The "));
+  watching->readUntil("-\tVeltra KX350T\tUSB\tVP000001");
+  watching->readUntil("+\tVeltra KX350T\tUSB\tVP000001");
+  EXPECT_EQ(tool(kUpdate).status, 0);
+  expectBurned(printer);
+  watching->signal(SIGINT);
+  watching->readUntil("status 130");
+}
+
+TEST_F(FwupdatectlOnUsb, UnpluggedWhileItBurnsIsNotConfirmed) {
+  const UsbPrinterProcess printer({"--fault", "unplug@burned", "--burn-seconds", "0.5"});
+  awaitPrinter();
+  const Outcome outcome = tool(kUpdate);
+  EXPECT_EQ(outcome.status, 1);
+  // Which call it is that meets the end of the device is a matter of chance.
+  EXPECT_THAT(outcome.errors,
+              testing::MatchesRegex(
+                  "Veltra KX350T .VP000001.: failed: The (printer was disconnected or switched off"
+                  "|USB connection to the printer failed)\\. It may still be writing its memory: "
+                  "leave it switched on for a few minutes\\. Then download the firmware again; a "
+                  "printer that has it is reported as up to date\\.\n"));
+  const Outcome gone = tool("update --wait 0.2 --serial VP000001");
+  EXPECT_EQ(gone.status, 3);
+  EXPECT_EQ(gone.errors, "fwupdatectl: No printer with the serial number VP000001 was found.\n");
+}
+
+// Interruption. ---------------------------------------------------------------------------------
+
+TEST_F(FwupdatectlOnUsb, FirstInterruptWaitsForTheEndOfTheBurn) {
+  const UsbPrinterProcess printer({"--burn-seconds", "1", "--hang-up-seconds", "60"});
+  awaitPrinter();
+  const auto tool = startToBurn();
+  tool->signal(SIGINT);
+  tool->readUntil(kUpdated);
+  tool->readUntil("status 130");
+  EXPECT_EQ(kernelDriver(), "usblp");
+  expectBurned(printer);
+}
+
+TEST_F(FwupdatectlOnUsb, SecondInterruptGivesThePrinterBackAtOnce) {
+  const UsbPrinterProcess printer({"--burn-seconds", "60"});
+  awaitPrinter();
+  const auto tool = startToBurn();
+  tool->signal(SIGINT);
+  tool->signal(SIGINT);
+  tool->readUntil(kLabel +
+                  "failed: Interrupted. What the printer has received, it may still be writing to "
+                  "its memory.");
+  tool->readUntil("status 130");
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+}  // namespace
