@@ -1,5 +1,5 @@
 // A service that a process of its own announces on the private network, as a printer would, from
-// construction to destruction. See announce.cpp for its options.
+// construction to destruction. See announce/main.cpp for its options.
 #pragma once
 
 #include <string>

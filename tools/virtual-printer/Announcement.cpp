@@ -10,16 +10,20 @@ StringList txtList(const Announcement& announcement) {
   AvahiStringList* list = nullptr;
   // The list grows at its front.
   for (auto it = announcement.txt.rbegin(); it != announcement.txt.rend(); ++it) {
-    list = avahi_string_list_add_pair_arbitrary(
-        list, it->first.c_str(), reinterpret_cast<const std::uint8_t*>(it->second.data()),
-        it->second.size());
+    const auto& [key, value] = *it;
+    if (value) {
+      const auto* bytes = reinterpret_cast<const std::uint8_t*>(value->data());
+      list = avahi_string_list_add_pair_arbitrary(list, key.c_str(), bytes, value->size());
+    } else {
+      list = avahi_string_list_add(list, key.c_str());
+    }
   }
   return {list, avahi_string_list_free};
 }
 
 void tellAnnounced(Journal& journal, const Announcement& announcement, const char* through) {
   journal.write("announced", {{"name", announcement.name},
-                              {"type", Announcement::kType},
+                              {"type", announcement.type},
                               {"port", announcement.port},
                               {"through", through}});
 }

@@ -4,8 +4,8 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,12 +20,22 @@ namespace virtualprinter {
 
 struct Announcement {
   std::string name;
+  std::string type = "_pdl-datastream._tcp";
   std::uint16_t port = 0;
-  // Key and value, in the order of the TXT record. A value is bytes.
-  std::vector<std::pair<std::string, std::string>> txt;
+  // Key and value, in the order of the TXT record. A value is bytes, or there is none.
+  std::vector<std::pair<std::string, std::optional<std::string>>> txt;
   std::string hostName;  // of the responder of our own; the daemon has its host's
+};
 
-  static constexpr const char* kType = "_pdl-datastream._tcp";
+// How a responder of our own goes about it: as a printer does, unless told otherwise.
+struct ResponderManners {
+  std::string domain = "local";  // another one is announced, too, as one to browse
+  bool probes = true;            // asks first whether its names are free, which takes a second
+  bool speaksIPv4 = true;
+  bool speaksIPv6 = true;
+  // Which addresses of this machine it tells. Without any it cannot be resolved.
+  bool tellsIPv4 = true;
+  bool tellsIPv6 = false;  // the printer does not listen there
 };
 
 // Null when there is no daemon to talk to. A daemon that goes away later is waited for.
@@ -34,7 +44,8 @@ std::unique_ptr<Attachment> makeDaemonAnnouncer(const Announcement& announcement
 
 // Arriving throws std::runtime_error when the responder cannot be started.
 std::unique_ptr<Attachment> makeInProcessAnnouncer(const Announcement& announcement,
-                                                   EventLoop& loop, Journal& journal);
+                                                   EventLoop& loop, Journal& journal,
+                                                   const ResponderManners& manners = {});
 
 // For the two of them. --------------------------------------------------------------------------
 

@@ -91,8 +91,8 @@ class DaemonAnnouncer : public Attachment {
     const StringList txt = txtList(mAnnouncement);
     int error = avahi_entry_group_add_service_strlst(
         mGroup, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, static_cast<AvahiPublishFlags>(0),
-        mAnnouncement.name.c_str(), Announcement::kType, nullptr, nullptr, mAnnouncement.port,
-        txt.get());
+        mAnnouncement.name.c_str(), mAnnouncement.type.c_str(), nullptr, nullptr,
+        mAnnouncement.port, txt.get());
     if (error == AVAHI_ERR_COLLISION) return rename();
     if (error == 0) error = avahi_entry_group_commit(mGroup);
     if (error != 0) failed();

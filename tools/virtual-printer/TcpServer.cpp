@@ -5,19 +5,15 @@
 #include <poll.h>
 #include <sys/socket.h>
 
-#include <cerrno>
-#include <cstring>
 #include <stdexcept>
+
+#include "fail.h"
 
 namespace virtualprinter {
 namespace {
 
 constexpr int kBacklog = 16;
 constexpr int kSlowReceiveBuffer = 4096;
-
-[[noreturn]] void fail(const std::string& what) {
-  throw std::runtime_error(what + ": " + std::strerror(errno));
-}
 
 // To be set before the connection stands, or the window is already announced.
 void limitReceiveBuffer(int socket, const FaultPlan& faults) {

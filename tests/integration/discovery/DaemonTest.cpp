@@ -1,4 +1,5 @@
 // Daemons that come, go and return while the program runs.
+#include "Crowd.h"
 #include "DiscoveryTest.h"
 #include "platform/avahi/DaemonVersion.h"
 
@@ -156,23 +157,23 @@ TEST_F(DaemonTest, DaemonThatDoesNotReturnIsReplaced) {
 
 TEST_F(DaemonTest, ResolveGoesOnWithTheDaemonThatReturns) {
   startDaemon();
-  auto printer = announce({"--address-after", "3", "Printer"});
+  Crowd printer({"--count", "1", "late 1 3"});
   search();
-  ASSERT_TRUE(waitFor("added Printer"));
+  ASSERT_TRUE(waitFor("added Printer 0001"));
   privatenetwork::stopDaemon();
   runLoop.runFor(milliseconds(100));
   startDaemon();
-  ASSERT_TRUE(waitFor("resolved Printer"));
-  EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer"));
+  ASSERT_TRUE(waitFor("resolved Printer 0001"));
+  EXPECT_THAT(told(), ElementsAre("added Printer 0001", "resolved Printer 0001"));
 }
 
 TEST_F(DaemonTest, ResolveGoesOnWhenTheDaemonTakesOver) {
-  auto printer = announce({"--address-after", "2", "Printer"});
+  Crowd printer({"--count", "1", "late 1 2"});
   search();
-  ASSERT_TRUE(waitFor("added Printer"));
+  ASSERT_TRUE(waitFor("added Printer 0001"));
   startDaemon();
-  ASSERT_TRUE(waitFor("resolved Printer"));
-  EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer"));
+  ASSERT_TRUE(waitFor("resolved Printer 0001"));
+  EXPECT_THAT(told(), ElementsAre("added Printer 0001", "resolved Printer 0001"));
 }
 
 TEST_F(DaemonTest, BusThatEndsIsNoEndOfDiscovery) {
@@ -219,10 +220,10 @@ TEST_F(DaemonTest, NoTimersAreLeftAfterTheDaemonHasReturned) {
 
 TEST_F(DaemonTest, ResolveIsRenewedUntilThePrinterAnswers) {
   startDaemon();
-  auto printer = announce({"--address-after", "8", "Printer"});
+  Crowd printer({"--count", "1", "late 1 8"});
   search();
-  ASSERT_TRUE(waitFor("resolved Printer"));
-  EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer"));
+  ASSERT_TRUE(waitFor("resolved Printer 0001"));
+  EXPECT_THAT(told(), ElementsAre("added Printer 0001", "resolved Printer 0001"));
 }
 
 TEST_F(DaemonTest, ResolveEndsByTheTimeOutOfTheProgram) {

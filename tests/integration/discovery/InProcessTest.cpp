@@ -1,7 +1,10 @@
 // Hosts without a daemon.
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <sys/types.h>
 #include <unistd.h>
 
+#include "Crowd.h"
 #include "DiscoveryTest.h"
 
 namespace {
@@ -25,6 +28,26 @@ class Unprivileged {
  private:
   static constexpr uid_t kNobody = 65534;
   bool mHolds;
+};
+
+// A multicast DNS stack that tolerates no other one on its machine.
+class OnlyStack {
+ public:
+  OnlyStack() {
+    sockaddr_in6 everywhere{};
+    everywhere.sin6_family = AF_INET6;
+    everywhere.sin6_port = htons(5353);
+    mHolds = bind(mSocket, reinterpret_cast<const sockaddr*>(&everywhere), sizeof everywhere) == 0;
+  }
+  ~OnlyStack() { close(mSocket); }
+  OnlyStack(const OnlyStack&) = delete;
+  OnlyStack& operator=(const OnlyStack&) = delete;
+
+  bool holds() const { return mHolds; }
+
+ private:
+  const int mSocket = socket(AF_INET6, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  bool mHolds = false;
 };
 
 TEST_F(InProcessTest, PrintersAreFoundWithoutSystemBus) {
@@ -61,14 +84,15 @@ TEST_F(InProcessTest, DaemonMayComeToAnUnprivilegedProgram) {
 }
 
 TEST_F(InProcessTest, ResolveIsRenewedUntilThePrinterAnswers) {
-  auto printer = announce({"--address-after", "8", "Printer"});
+  Crowd printer({"--count", "1", "late 1 8"});
   search();
-  ASSERT_TRUE(waitFor("resolved Printer"));
-  EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer"));
+  ASSERT_TRUE(waitFor("resolved Printer 0001"));
+  EXPECT_THAT(told(), ElementsAre("added Printer 0001", "resolved Printer 0001"));
 }
 
 TEST_F(InProcessTest, StackThatCannotStartIsAnErrorAndTheDaemonIsWaitedFor) {
-  auto alone = announce({"--alone", "Alone"}, Announcement::Machine::Here);
+  std::optional<OnlyStack> alone(std::in_place);
+  ASSERT_TRUE(alone->holds());
   auto printer = announce({"Printer"});
   testing::internal::CaptureStderr();
   search();
@@ -83,7 +107,8 @@ TEST_F(InProcessTest, StackThatCannotStartIsAnErrorAndTheDaemonIsWaitedFor) {
 
 TEST_F(InProcessTest, BusAndDaemonThatComeLaterAreFoundWhenNothingCouldServe) {
   privatenetwork::stopBus();
-  auto alone = announce({"--alone", "Alone"}, Announcement::Machine::Here);
+  std::optional<OnlyStack> alone(std::in_place);
+  ASSERT_TRUE(alone->holds());
   auto printer = announce({"Printer"});
   search();
   runLoop.runFor(milliseconds(5500));

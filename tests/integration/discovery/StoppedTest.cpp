@@ -1,4 +1,5 @@
 // A daemon, or a bus, that is there and does not answer: nobody waits for it.
+#include "Crowd.h"
 #include "DiscoveryTest.h"
 
 namespace {
@@ -79,15 +80,15 @@ TEST_P(StoppedTest, NothingWaitsForOneThatIsStoppedWhileItIsAsked) {
 
 // Its questions have not been accepted, so that their time does not run.
 TEST_P(StoppedTest, ResolveGoesOnWithIt) {
-  auto printer = announce({"--address-after", "3", "Printer"});
+  Crowd printer({"--count", "1", "late 1 3"});
   search();
   recorder->timeoutSeconds = 5;
-  ASSERT_TRUE(waitFor("added Printer"));
+  ASSERT_TRUE(waitFor("added Printer 0001"));
   signal(GetParam(), "STOP");
   runLoop.runFor(milliseconds(4000));
-  EXPECT_THAT(told(), ElementsAre("added Printer"));
+  EXPECT_THAT(told(), ElementsAre("added Printer 0001"));
   signal(GetParam(), "CONT");
-  ASSERT_TRUE(waitFor("resolved Printer"));
+  ASSERT_TRUE(waitFor("resolved Printer 0001"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, StoppedTest, testing::Values("avahi-daemon", "bus"),

@@ -1,5 +1,7 @@
-// A building full of printers in one process: see the help. It speaks multicast DNS itself, so that
-// it needs no daemon, and shares no code with Avahi.
+// A building full of printers in one process: see the help. It speaks multicast DNS itself: Avahi's
+// library, by which the virtual printer and `announce` do it, answers at once, completely, and the
+// same to everybody, and these are to be silent, late and contradictory as well. So a stack that
+// has nothing in common with the program's is tried, too.
 #include <getopt.h>
 #include <poll.h>
 #include <sys/prctl.h>

@@ -7,9 +7,9 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
-#include <stdexcept>
 #include <utility>
+
+#include "fail.h"
 
 namespace virtualprinter {
 namespace {
@@ -20,7 +20,7 @@ constexpr unsigned kMaxInFlight = 64;
 
 AsyncIo::AsyncIo(EventLoop& loop) : mLoop(loop), mReady(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   if (!mReady || syscall(SYS_io_setup, kMaxInFlight, &mContext) != 0) {
-    throw std::runtime_error(std::string("asynchronous input and output: ") + std::strerror(errno));
+    fail("asynchronous input and output");
   }
   mWatch = mLoop.watch(mReady.get(), POLLIN, [this](short) { collect(); });
 }

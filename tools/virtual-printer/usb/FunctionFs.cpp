@@ -10,10 +10,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <span>
-#include <stdexcept>
 #include <utility>
+
+#include "fail.h"
 
 namespace virtualprinter {
 namespace {
@@ -23,10 +23,6 @@ constexpr std::uint8_t kGetDeviceId = 0;
 constexpr std::uint8_t kGetPortStatus = 1;
 constexpr std::uint8_t kSoftReset = 2;
 constexpr std::uint8_t kSelectedAndNoError = 0x18;
-
-[[noreturn]] void fail(const std::string& what) {
-  throw std::runtime_error(what + ": " + std::strerror(errno));
-}
 
 void store(int file, const std::vector<std::uint8_t>& bytes, const char* what) {
   if (write(file, bytes.data(), bytes.size()) < 0) fail(what);

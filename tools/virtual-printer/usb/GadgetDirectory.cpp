@@ -5,11 +5,11 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <set>
 #include <stdexcept>
 
 #include "FileDescriptor.h"
+#include "fail.h"
 
 namespace virtualprinter {
 namespace {
@@ -25,10 +25,6 @@ int store(const fs::path& attribute, const std::string& value) {
   if (!file) return errno;
   const std::string line = value + "\n";
   return write(file.get(), line.data(), line.size()) < 0 ? errno : 0;
-}
-
-[[noreturn]] void fail(const std::string& what, int error) {
-  throw std::runtime_error(what + ": " + std::strerror(error));
 }
 
 void require(const fs::path& attribute, const std::string& value) {
