@@ -105,7 +105,8 @@ void JsonReport::told(const Target& printer, const ordered_json& event) {
   ordered_json line = event;
   line["printer"] = toJson(printer);
   const std::string kind = event.value("event", "");
-  if (kind != "outcome" && kind != "cause") writeLine(mOut, line);
+  // Those are about the process. What they say is in the printer's outcome.
+  if (kind != "outcome" && kind != "cause" && kind != "failure") writeLine(mOut, line);
 }
 
 void JsonReport::ended(const Target& printer, const UpdateResult& result) {

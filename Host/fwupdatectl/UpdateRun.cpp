@@ -59,7 +59,7 @@ void UpdateRun::told(Job& job, const nlohmann::ordered_json& event) {
   if (kind == "versions") {
     job.result.versionBefore = event.value("version_before", 0U);
     job.result.versionOfFirmware = event.value("version_of_firmware", 0U);
-  } else if (kind == "error") {
+  } else if (kind == "error" || kind == "failure") {
     job.result.error = event.value("message", "");
   } else if (kind == "cause") {
     job.result.cause = event.value("cause", "");

@@ -9,6 +9,7 @@
 #include "Signals.h"
 #include "ToolHost.h"
 #include "commands.h"
+#include "failure.h"
 #include "legibleText.h"
 
 namespace {
@@ -92,6 +93,7 @@ int listPrinters(ToolHost& host, const Options& options) {
                                     [&host] { host.events().quitApplicationEventLoop(); });
   }
   host.events().runApplicationEventLoop();
-  if (!options.watch && !isInterrupted) print(directory.printers(), options.output);
-  return isInterrupted ? kInterrupted : kDone;
+  if (isInterrupted) return failByInterruption(options.output);
+  if (!options.watch) print(directory.printers(), options.output);
+  return kDone;
 }

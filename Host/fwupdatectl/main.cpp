@@ -1,10 +1,12 @@
 // The entry point of the tool: reads the command line and does what it asks for.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <clocale>
 #include <csignal>
 #include <exception>
 #include <iostream>
 #include <string>
+#include <string_view>
 
 #include "JsonLines.h"
 #include "Options.h"
@@ -13,9 +15,12 @@
 #include "VersionWorker.h"
 #include "Worker.h"
 #include "commands.h"
+#include "failure.h"
 #include "runAndReport.h"
 
 namespace {
+
+using namespace std::string_view_literals;
 
 constexpr double kLongestWait = 3600;  // seconds
 
@@ -81,6 +86,11 @@ void addShow(CLI::App& app, Options& options) {
   show->callback([&options] { options.command = Options::Command::Show; });
 }
 
+// Also of a command line that cannot be understood.
+bool asksForJson(int argc, char** argv) {
+  return std::any_of(argv, argv + argc, [](const char* each) { return each == "--json"sv; });
+}
+
 // False when the command line has been answered already, with `status`.
 bool parse(int argc, char** argv, Options& options, int& status) {
   CLI::App app("Updates the firmware of Veltra KX350T printers.", "fwupdatectl");
@@ -96,12 +106,15 @@ bool parse(int argc, char** argv, Options& options, int& status) {
     app.parse(argc, argv);
     if (!options.order.empty()) {
       options.command = Options::Command::Worker;
+      options.output = Options::Output::Json;
     } else if (app.get_subcommands().empty()) {
       throw CLI::RequiredError("A command");
     }
     return true;
   } catch (const CLI::ParseError& error) {
-    status = app.exit(error) == 0 ? kDone : kUsageError;
+    if (app.exit(error) == 0) return false;
+    const auto output = asksForJson(argc, argv) ? Options::Output::Json : Options::Output::Text;
+    status = failForPrograms(output, kUsageError, error.what());
     return false;
   }
 }
@@ -138,6 +151,14 @@ int main(int argc, char** argv) {
   int status = kDone;
   if (!parse(argc, argv, options, status)) return status;
   ToolHost host(options.verbose || options.command == Options::Command::Worker);
-  const int failure = runAndReport([&] { status = run(host, options); });
-  return failure != kDone ? failure : status;
+  std::string reason;
+  const int failure = runAndReport([&] {
+    try {
+      status = run(host, options);
+    } catch (const std::exception& error) {
+      reason = error.what();
+      throw;
+    }
+  });
+  return failure != kDone ? fail(options.output, failure, reason) : status;
 }

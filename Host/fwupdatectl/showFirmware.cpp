@@ -9,6 +9,7 @@
 #include "JsonLines.h"
 #include "PlatformIdBlock.h"
 #include "commands.h"
+#include "failure.h"
 #include "legibleText.h"
 #include "platform/Text.h"
 
@@ -78,9 +79,9 @@ int showFirmware(const Options& options) {
   Firmware firmware;
   std::vector<char> image;
   if (!loadFirmwareFile(file.parent_path(), name, image, firmware.version)) {
-    std::cerr << "fwupdatectl: " << legibleText(options.file)
-              << ": cannot be read as a firmware file. The log says why (-e shows it).\n";
-    return kFailed;
+    return fail(options.output, kFailed,
+                legibleText(options.file) +
+                    ": cannot be read as a firmware file. The log says why (-e shows it).");
   }
   firmware.size = image.size();
   firmware.texts = textsOf(image);

@@ -2,10 +2,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "PrinterDirectory.h"
 #include "Reports.h"
@@ -13,16 +15,24 @@
 #include "ToolHost.h"
 #include "UpdateRun.h"
 #include "commands.h"
+#include "failure.h"
 #include "legibleText.h"
 
 namespace {
 
 using Printers = std::vector<Target>;
 
-// A sentence for the user about printers that were named and are not there, or not the only ones.
+// A sentence for the user about a printer that was named and is not there, or about several that
+// it may be.
 class NoSuchPrinter : public std::runtime_error {
  public:
-  using runtime_error::runtime_error;
+  explicit NoSuchPrinter(const std::string& sentence, Printers candidates = {})
+      : runtime_error(sentence), mCandidates(std::move(candidates)) {}
+
+  const Printers& candidates() const { return mCandidates; }
+
+ private:
+  Printers mCandidates;
 };
 
 bool isInterrupted = false;
@@ -50,31 +60,38 @@ bool areAllThere(const Printers& printers, const Options& options) {
   });
 }
 
-// Waits until those are found that are asked for, or the time is over.
+// Another printer of the same name may answer a little later: which one is meant is asked then.
+constexpr std::chrono::milliseconds kSecondLook{1000};
+
+// Waits until those are found that are asked for, and a moment longer, or until the time is over.
 Printers lookForPrinters(ToolHost& host, const Options& options) {
   const Signals signals(host.runLoop(), [&] {
     isInterrupted = true;
     host.events().quitApplicationEventLoop();
   });
   PrinterDirectory* looked = nullptr;
+  std::unique_ptr<platform::RunLoop::Timer> secondLook;
+  const auto lookAgain = [&] {
+    if (secondLook || !areAllThere(looked->printers(), options)) return;
+    secondLook = host.runLoop().startTimer(kSecondLook, false,
+                                           [&host] { host.events().quitApplicationEventLoop(); });
+  };
   PrinterDirectory directory(host, [&](PrinterDirectory::Change, const Target&) {
-    if (looked != nullptr && areAllThere(looked->printers(), options)) {
-      host.events().quitApplicationEventLoop();
-    }
+    if (looked != nullptr) lookAgain();
   });
   looked = &directory;
   const auto end = host.runLoop().startTimer(options.wait, false,
                                              [&host] { host.events().quitApplicationEventLoop(); });
-  if (!areAllThere(directory.printers(), options)) host.events().runApplicationEventLoop();
+  lookAgain();
+  host.events().runApplicationEventLoop();
   return directory.printers();
 }
 
 void addOnly(Printers& chosen, const Printers& found, const std::string& what) {
   if (found.empty()) throw NoSuchPrinter("No printer " + what + " was found.");
   if (found.size() > 1) {
-    std::string sentence = "There are several printers " + what + ":";
-    for (const Target& each : found) sentence += "\n  " + labelOf(each);
-    throw NoSuchPrinter(sentence + "\nName one by --address or --serial.");
+    throw NoSuchPrinter(
+        "There are several printers " + what + ". Name one by --address or --serial:", found);
   }
   chosen.push_back(found.front());
 }
@@ -183,7 +200,7 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
   });
   run.start([&host] { host.events().quitApplicationEventLoop(); });
   host.events().runApplicationEventLoop();
-  return run.isInterrupted() ? kInterrupted : report.status();
+  return run.isInterrupted() ? failByInterruption(options.output) : report.status();
 }
 
 }  // namespace
@@ -191,20 +208,17 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
 int updatePrinters(ToolHost& host, const Options& options) {
   try {
     const Printers chosen = withoutRepeats(choose(host, options));
-    if (isInterrupted) return kInterrupted;
+    if (isInterrupted) return failByInterruption(options.output);
     const bool asks = std::ranges::any_of(
         chosen, [](const Target& each) { return each.connection == Target::Connection::Network; });
     if (asks && !options.yes && !isTerminal()) {
-      std::cerr << "fwupdatectl: There is nobody to ask whether network printers may be updated: "
-                   "give --yes.\n";
-      return kUsageError;
+      return fail(options.output, kUsageError,
+                  "There is nobody to ask whether network printers may be updated: give --yes.");
     }
     return update(host, options, confirmed(chosen, options));
   } catch (const NoSuchPrinter& error) {
-    std::cerr << "fwupdatectl: " << error.what() << '\n';
-    return kNoSuchPrinter;
+    return fail(options.output, kNoSuchPrinter, error.what(), error.candidates());
   } catch (const std::invalid_argument& error) {
-    std::cerr << "fwupdatectl: " << error.what() << '\n';
-    return kUsageError;
+    return fail(options.output, kUsageError, error.what());
   }
 }

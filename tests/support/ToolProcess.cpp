@@ -11,10 +11,14 @@ ToolProcess::ToolProcess(const std::string& program, const std::string& argument
              PeerProcess::Machine::Here),
       mProcess(std::stoi(mShell.readLine())) {}
 
+const std::string& ToolProcess::readLine() {
+  mLines.push_back(mShell.readLine());
+  return mLines.back();
+}
+
 void ToolProcess::readUntil(const std::string& line) {
   while (mLines.empty() || mLines.back() != line) {
-    mLines.push_back(mShell.readLine());
-    ASSERT_NE(mLines.back(), "") << "ended before: " << line;
+    ASSERT_NE(readLine(), "") << "ended before: " << line;
   }
 }
 

@@ -14,6 +14,9 @@ class ToolProcess {
   // `arguments` as a shell reads them. What goes to standard error is read with the rest.
   ToolProcess(const std::string& program, const std::string& arguments);
 
+  // The next line; at the end, an empty one.
+  const std::string& readLine();
+
   // Fails the test where it ends before.
   void readUntil(const std::string& line);
 

@@ -1,13 +1,9 @@
 // What the tool answers to its command line.
 #include <gmock/gmock.h>
 
-#include "ShellCommand.h"
+#include "Tool.h"
 
 namespace {
-
-Outcome tool(const std::string& arguments) {
-  return runInShell("'" FWUPDATECTL "' " + arguments + " </dev/null");
-}
 
 void expectUsageError(const std::string& arguments, const std::string& error) {
   const Outcome outcome = tool(arguments);

@@ -1,10 +1,13 @@
 // Printers that announce themselves on a network of their own: listed, and updated by name.
 #include <gmock/gmock.h>
 
+#include <csignal>
+
+#include "Announcement.h"
+#include "JsonSchema.h"
 #include "PeerProcess.h"
 #include "PrivateNetwork.h"
-#include "ShellCommand.h"
-#include "VirtualPrinterProcess.h"
+#include "Tool.h"
 
 int main(int argc, char** argv) {
   privatenetwork::enter(argc, argv, {"--no-daemon"});
@@ -24,21 +27,10 @@ class FwupdatectlDiscovered : public testing::Test {
             name,        "--burn-seconds", "0.1",        "--return-seconds", "0.1"};
   }
 
-  static Outcome tool(const std::string& arguments) {
-    return runInShell("'" FWUPDATECTL "' " + arguments + " </dev/null");
-  }
-
   // "NAME<tab>network<tab>10.0.0.1:PORT", whatever the address.
   static testing::Matcher<std::string> row(const std::string& name,
                                            const VirtualPrinterProcess& printer) {
     return testing::MatchesRegex(name + "\tnetwork\t[0-9.]+:" + std::to_string(printer.port()));
-  }
-
-  static std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
   }
 };
 
@@ -80,6 +72,46 @@ TEST_F(FwupdatectlDiscovered, ComeAndGoWhileTheyAreWatched) {
     EXPECT_THAT(watching.readLine(), testing::StartsWith("+\tOffice\tnetwork\t"));
   }
   EXPECT_THAT(watching.readLine(), testing::StartsWith("-\tOffice\tnetwork\t"));
+}
+
+TEST_F(FwupdatectlDiscovered, ComeAndGoInJson) {
+  PeerProcess watching("/bin/sh", {"-c", "exec '" FWUPDATECTL "' list --watch --json </dev/null"},
+                       PeerProcess::Machine::Here);
+  std::string lines;
+  {
+    VirtualPrinterProcess office(announced("Office"));
+    lines = watching.readLine() + "\n";
+    const Outcome listed = tool("list --json --wait 5");
+    EXPECT_EQ(faultsOf(listed.output), "");
+    EXPECT_EQ(eventsIn(listed.output), "printer");
+  }
+  lines += watching.readLine() + "\n";
+  ASSERT_EQ(kill(watching.pid(), SIGTERM), 0);
+  lines += watching.readLine() + "\n";
+  EXPECT_EQ(faultsOf(lines), "");
+  EXPECT_EQ(eventsIn(lines), "added removed failure");
+}
+
+TEST_F(FwupdatectlDiscovered, OfOneNameAreToldApartByTheirAddresses) {
+  Announcement first({"--port", "9101", "Office", "usb_MFG=Veltra", "usb_MDL=KX350T"});
+  Announcement second(
+      {"--domain", "attic.local", "--port", "9102", "Office", "usb_MFG=Veltra", "usb_MDL=KX350T"});
+  first.waitUntilEstablished();
+  second.waitUntilEstablished();
+  const Outcome outcome = tool("update --yes --json --wait 5 Office");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.errors,
+            "fwupdatectl: There are several printers named \"Office\". Name one by --address or "
+            "--serial:\n  Office (10.91.0.2:9101)\n  Office (10.91.0.2:9102)\n");
+  EXPECT_EQ(faultsOf(outcome.output), "");
+  EXPECT_THAT(
+      outcome.output,
+      testing::EndsWith(
+          R"("message":"There are several printers named \"Office\". Name one by --address )"
+          R"(or --serial:","exit_status":3,"candidates":[{"connection":"network",)"
+          R"("name":"Office","address":"10.91.0.2:9101"},{"connection":"network",)"
+          R"("name":"Office","address":"10.91.0.2:9102"}]})"
+          "\n"));
 }
 
 TEST_F(FwupdatectlDiscovered, UnknownNameIsNoPrinter) {

@@ -3,31 +3,14 @@
 
 #include <csignal>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
-#include "ShellCommand.h"
+#include "Tool.h"
 #include "ToolProcess.h"
-#include "VirtualPrinterProcess.h"
 
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 namespace {
-
-std::string addressOf(const VirtualPrinterProcess& printer) {
-  return "127.0.0.1:" + std::to_string(printer.port());
-}
-
-Outcome update(const std::string& arguments) {
-  return runInShell("'" FWUPDATECTL "' update " + arguments + " </dev/null");
-}
-
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream stream(text);
-  for (std::string line; std::getline(stream, line);) lines.push_back(line);
-  return lines;
-}
 
 // Without what differs from run to run.
 std::vector<std::string> eventsOf(const std::string& output) {
