@@ -91,6 +91,12 @@ TEST_F(DuringASend, ClosedWindowClosesRightAfterIt) {
   expectEndAfterTheSend();
 }
 
+TEST_F(DuringASend, QuitKeyEndsTheProgramRightAfterIt) {
+  waitForActive("Updating Firmware");
+  press("ctrl+q");
+  expectEndAfterTheSend();
+}
+
 TEST_F(DuringASend, SignalEndsTheProgramRightAfterIt) {
   program().signal(SIGTERM);
   expectEndAfterTheSend();

@@ -11,8 +11,8 @@
 
 namespace platform {
 
-Help::Help(QMainWindow& window, QAction* quit, QString nib, std::function<void()> copied)
-    : mWindow(&window), mQuit(quit), mNib(std::move(nib)), mCopied(std::move(copied)) {}
+Help::Help(QMainWindow& window, QString nib, std::function<void()> copied)
+    : mWindow(&window), mNib(std::move(nib)), mCopied(std::move(copied)) {}
 
 bool Help::has(const QAction& action) {
   return action.property("opens").isValid() || action.property("copies").isValid();
@@ -31,7 +31,6 @@ void Help::open(const QString& name) {
     if (known == nullptr) return;
     known->setParent(mWindow, Qt::Dialog);
     static_cast<void>(loaded.release());  // the parent's now
-    if (mQuit != nullptr) known->addAction(mQuit);
     known->setUp(mNib + QStringLiteral("/.."), current().diagnostics);
   }
   known->show();

@@ -17,10 +17,9 @@ namespace platform {
 
 class Help {
  public:
-  // `nib` is the directory of the interface files; the resources are the one above it. The
-  // key of `quit`, where there is one, works in the menu's windows, too. `copied` is called when
-  // the report is on the clipboard.
-  Help(QMainWindow& window, QAction* quit, QString nib, std::function<void()> copied);
+  // `nib` is the directory of the interface files; the resources are the one above it. `copied` is
+  // called when the report is on the clipboard.
+  Help(QMainWindow& window, QString nib, std::function<void()> copied);
 
   static bool has(const QAction& action);
   void perform(const QAction& action);
@@ -30,7 +29,6 @@ class Help {
   void copyDiagnostics();
 
   const QPointer<QMainWindow> mWindow;
-  QAction* const mQuit;
   const QString mNib;
   const std::function<void()> mCopied;
   std::map<QString, QPointer<HelpWindow>> mOpen;

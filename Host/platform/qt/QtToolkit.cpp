@@ -142,7 +142,6 @@ class QtToolkit final : public Toolkit {
   ControlTable mControls;
   WindowStack mWindows;
   QuitQuestions mQuitQuestions{mWindows};
-  QPointer<QAction> mQuitAction;
   std::optional<Help> mHelp;
   SheetGuard mSheetGuard;
 };
@@ -179,7 +178,9 @@ OSStatus QtToolkit::loadWindow(NibRef nib, const Text& name,
   return window == nullptr ? kIBCarbonRuntimeObjectNotOfRequestedType : noErr;
 }
 
-// A menu bar is drawn in Qt Designer on a main window, and belongs to the program's one here.
+// A menu bar is drawn in Qt Designer on a main window, and belongs to the program's one here. The
+// window has the actions, too: where the desktop shows the bar itself, the keys of a hidden one
+// would not count.
 OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
   std::unique_ptr<QWidget> drawnOn;
   const OSStatus status = loadWindow(nib, name, drawnOn);
@@ -194,16 +195,13 @@ OSStatus QtToolkit::setMenuBarFromNib(NibRef nib, const Text& name) {
     for (QAction* action : drawnOn->findChildren<QAction*>()) {
       if (commandOf(*action) == 0 && !Help::has(*action)) continue;
       action->setParent(bar);
-      if (commandOf(*action) == kQuitCommand) {
-        mQuitAction = action;
-      } else {
-        group->addAction(action);
-      }
+      window->addAction(action);
+      if (commandOf(*action) != kQuitCommand) group->addAction(action);
       wireAction(*window, *action);
     }
     window->setMenuBar(bar);
     mWindows.setActions(ref, *group);
-    mHelp.emplace(*window, mQuitAction, mNibs.at(nib), [window] {
+    mHelp.emplace(*window, mNibs.at(nib), [window] {
       for (Notice* notice : noticesIn(*window)) notice->noteCopied();
     });
     return noErr;
@@ -267,13 +265,10 @@ void QtToolkit::disposeWindow(WindowRef window) {
   mWindows.remove(window);
 }
 
-// What the program has to say about a download comes instead of the question about it. The sheet
-// has Quit's key, since the menu bar is in another window.
+// What the program has to say about a download comes instead of the question about it.
 OSStatus QtToolkit::showSheetWindow(WindowRef sheet, WindowRef parent) {
-  auto* const shown = dynamic_cast<SheetDialog*>(mWindows.widget(sheet));
-  if (shown == nullptr) return errInvalidWindowRef;
+  if (dynamic_cast<SheetDialog*>(mWindows.widget(sheet)) == nullptr) return errInvalidWindowRef;
   mQuitQuestions.withdraw(parent);
-  if (mQuitAction != nullptr) shown->addAction(mQuitAction);
   return mWindows.attach(sheet, parent) ? noErr : errInvalidWindowRef;
 }
 

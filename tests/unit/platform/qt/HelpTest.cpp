@@ -6,7 +6,10 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QTextBrowser>
+#include <QWindow>
+#include <utility>
 
 #include "FakeRunLoop.h"
 #include "QtWindows.h"
@@ -191,8 +194,14 @@ TEST_F(QtHelp, NothingIsCopiedToAWindowThatIsGone) {
 }
 
 TEST_F(QtHelp, QuitWorksInItsWindows) {
-  QWidget* manual = open("manualAction", "ManualWindow");
-  EXPECT_THAT(manual->actions(), ElementsAre(action("quit"_4cc)));
+  for (const auto& [item, name] :
+       {std::pair("manualAction", "ManualWindow"), std::pair("aboutAction", "AboutWindow")}) {
+    QWidget* opened = open(item, name);
+    ASSERT_EQ(QApplication::activeWindow(), opened);
+    QTest::simulateEvent(opened->windowHandle(), true, Qt::Key_Q, Qt::ControlModifier, {}, false);
+    settle();
+  }
+  EXPECT_THAT(mCommands, ElementsAre("quit", "quit"));
 }
 
 }  // namespace

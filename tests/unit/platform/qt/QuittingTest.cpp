@@ -90,6 +90,28 @@ TEST_F(QtQuitting, UnderAnAlertItIsAtOnce) {
   }
 }
 
+// A key that is pressed while the program waits reaches its window when a sheet blocks that one.
+TEST_F(QtQuitting, KeyThatReachesABlockedSheetCounts) {
+  const WindowRef alert = create("FailedSheet");
+  const WindowRef progress = showSheet(kProgress);
+  ASSERT_EQ(toolkit().showSheetWindow(alert, progress), noErr);
+  ASSERT_EQ(QApplication::activeWindow(), window(kProgress));
+  QTest::simulateEvent(window(kProgress)->windowHandle(), true, Qt::Key_Q, Qt::ControlModifier, {},
+                       false);
+  settle();
+  EXPECT_THAT(mCommands, ElementsAre("quit"));
+}
+
+TEST_F(QtQuitting, KeyCountsWhereTheDesktopShowsTheMenuBar) {
+  window(kMain)->findChild<QMenuBar*>()->hide();
+  const auto pressQuit = waysToQuit().at("key");
+  pressQuit();
+  showSheet("ConfirmDownloadSheet");
+  pressQuit();
+  settle();
+  EXPECT_THAT(mCommands, ElementsAre("quit", "quit"));
+}
+
 TEST_F(QtQuitting, BlockedMainWindowCloses) {
   showSheet("ConfirmDownloadSheet");
   closeByFrame(kMain);
