@@ -33,6 +33,7 @@ void Journal::write(std::string_view event, const Fields& fields) {
   Fields entry;
   entry["time"] = static_cast<double>(microsecondsNow()) / 1e6;
   entry["event"] = event;
+  entry.update(mCommon);
   for (const auto& [key, value] : fields.items()) entry[key] = value;
   for (const Sink& sink : mSinks) sink(entry);
 }

@@ -1,7 +1,7 @@
 // What happened, one JSON object to a line: "time" (seconds since 1970, to the microsecond),
 // "event" and the fields of the event, in a fixed order. docs/wire-protocol.md lists the events.
-// Everything in the tool writes to the one journal; whoever constructs it decides where the lines
-// go.
+// Everything of one printer writes to the one journal; whoever constructs it decides where the
+// lines go. A copy writes to the same places.
 #pragma once
 
 #include <cstdint>
@@ -21,6 +21,9 @@ class Journal {
 
   void addSink(Sink sink) { mSinks.push_back(std::move(sink)); }
 
+  // Each entry gets it, behind "event": whose of several printers it is.
+  void addField(const std::string& name, const std::string& value) { mCommon[name] = value; }
+
   // `fields` is an object, or null for none.
   void write(std::string_view event, const Fields& fields = {});
 
@@ -36,6 +39,7 @@ class Journal {
 
  private:
   std::vector<Sink> mSinks;
+  Fields mCommon = Fields::object();
 };
 
 }  // namespace virtualprinter

@@ -11,6 +11,8 @@
 namespace virtualprinter {
 namespace {
 
+constexpr std::uint64_t kMostPrinters = 10000;
+
 using Take = void (*)(Options& options, const std::string& value);
 
 struct Option {
@@ -117,6 +119,13 @@ const std::vector<Option>& networkOptions() {
        "TCP port (9100); 0 takes a free one and says which"},
       {"address", "IPV4", [](Options& o, const std::string& v) { o.address = v; },
        "address to listen on (0.0.0.0)"},
+      {"count", "N",
+       [](Options& o, const std::string& v) {
+         o.count = static_cast<unsigned>(toNumber(v, kMostPrinters));
+       },
+       "is so many printers, at --address and the addresses that follow it, all alike. They "
+       "are "
+       "not announced: needs --no-announce"},
       {"announce", "HOW", takeAnnounce,
        "auto (the Avahi daemon, or in-process where there is none), daemon, in-process or no"},
       {"no-announce", "", [](Options& o, const std::string&) { o.announce = Announce::No; },
@@ -206,6 +215,14 @@ const Option* optionNamed(std::string_view name) {
   return nullptr;
 }
 
+// Each of several printers would announce the addresses of the whole machine.
+void check(const Options& options) {
+  if (options.count == 0U) throw std::invalid_argument("--count 0 is no printer");
+  if (options.count && (options.usb.wanted || options.announce != Announce::No)) {
+    throw std::invalid_argument("--count needs --no-announce, and cannot be had on USB");
+  }
+}
+
 }  // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments) {
@@ -230,6 +247,7 @@ Options parseOptions(const std::vector<std::string>& arguments) {
     }
     option->take(options, value);
   }
+  check(options);
   return options;
 }
 

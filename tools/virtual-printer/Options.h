@@ -32,6 +32,7 @@ struct Options {
   FaultPlan faults;
   std::string address = "0.0.0.0";
   std::uint16_t port = 9100;
+  std::optional<unsigned> count;  // many printers in one, at consecutive addresses
   Announce announce = Announce::Auto;
   // Changes to the TXT record, in the order given; no value removes the key.
   std::vector<std::pair<std::string, std::optional<std::string>>> txt;

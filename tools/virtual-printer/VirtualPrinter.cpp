@@ -1,12 +1,15 @@
 #include "VirtualPrinter.h"
 
+#include <arpa/inet.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 namespace virtualprinter {
 namespace {
@@ -21,36 +24,48 @@ void printLine(const std::string& line) {
   std::fflush(stdout);
 }
 
+// The address that is so many behind another one.
+std::string addressAfter(const std::string& first, unsigned count) {
+  in_addr address{};
+  if (inet_pton(AF_INET, first.c_str(), &address) != 1) {
+    throw std::runtime_error("\"" + first + "\" is not an IPv4 address");
+  }
+  address.s_addr = htonl(ntohl(address.s_addr) + count);
+  char text[INET_ADDRSTRLEN];
+  return inet_ntop(AF_INET, &address, text, sizeof text);
+}
+
+// Each of many printers has two ports open, and perhaps a connection.
+void allowManyDescriptors() {
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &limit);
+}
+
 }  // namespace
 
-VirtualPrinter::VirtualPrinter(const Options& options)
-    : mOptions(options), mPrinter(options.settings, options.faults, mLoop, mJournal) {
+VirtualPrinter::VirtualPrinter(const Options& options) : mOptions(options) {
   openJournal();
-  if (mOptions.usb.wanted) {
-    attachToUsb();
-  } else {
-    attachToNetwork();
+  makeDevices();
+  for (const auto& device : mDevices) {
+    device->printer().setObserver([this](const Tally&) { considerExit(); });
   }
-  mPrinter.setObserver([this](const Tally&) { considerExit(); });
 }
 
-void VirtualPrinter::attachToNetwork() {
-  mServer = std::make_unique<TcpServer>(mPrinter, mLoop, mOptions.address, mOptions.port);
-  mPrinter.addAttachment(*mServer);
-  mAnnouncer = makeAnnouncer();
-  if (mAnnouncer) mPrinter.addAttachment(*mAnnouncer);
-}
-
-void VirtualPrinter::attachToUsb() {
-  const UsbOptions& usb = mOptions.usb;
-  UsbIdentity identity;
-  identity.vendorId = usb.vendorId;
-  identity.productId = usb.productId;
-  identity.manufacturer = usb.manufacturer.value_or(mOptions.settings.manufacturer);
-  identity.product = usb.product.value_or(mOptions.settings.model);
-  identity.serial = usb.serial.value_or(mOptions.settings.serial);
-  mGadget = std::make_unique<UsbGadget>(mPrinter, mLoop, identity, usb.controller);
-  mPrinter.addAttachment(*mGadget);
+void VirtualPrinter::makeDevices() {
+  if (!isFleet()) {
+    mDevices.push_back(std::make_unique<Device>(mOptions, mLoop, mJournal));
+    return;
+  }
+  allowManyDescriptors();
+  for (unsigned i = 0; i < *mOptions.count; ++i) {
+    Options options = mOptions;
+    options.address = addressAfter(mOptions.address, i);
+    Journal journal = mJournal;
+    journal.addField("printer", options.address);
+    mDevices.push_back(std::make_unique<Device>(options, mLoop, std::move(journal)));
+  }
 }
 
 void VirtualPrinter::openJournal() {
@@ -70,7 +85,13 @@ void VirtualPrinter::openJournal() {
 
 void VirtualPrinter::printEntry(const Journal::Fields& entry) const {
   const std::string event = entry.at("event").get<std::string>();
-  if (event == "listening") {
+  if (isFleet()) {
+    if (event == "all-ready") {
+      printLine("ready: " + std::to_string(entry.at("printers").get<unsigned>()) + " printers");
+    } else if (!mOptions.quiet) {
+      printLine(Journal::toText(entry));
+    }
+  } else if (event == "listening") {
     printLine("listening on port " + std::to_string(entry.at("port").get<unsigned>()));
   } else if (event == "plugged") {
     printLine("plugged into " + entry.at("controller").get<std::string>());
@@ -79,54 +100,6 @@ void VirtualPrinter::printEntry(const Journal::Fields& entry) const {
   } else if (!mOptions.quiet) {
     printLine(Journal::toText(entry));
   }
-}
-
-std::unique_ptr<Attachment> VirtualPrinter::makeAnnouncer() {
-  const Announcement text = announcement();
-  switch (mOptions.announce) {
-    case Announce::No:
-      return nullptr;
-    case Announce::InProcess:
-      return makeInProcessAnnouncer(text, mLoop, mJournal);
-    case Announce::Daemon:
-    case Announce::Auto:
-      break;
-  }
-  if (auto announcer = makeDaemonAnnouncer(text, mLoop, mJournal)) return announcer;
-  if (mOptions.announce == Announce::Daemon) throw std::runtime_error("there is no Avahi daemon");
-  return makeInProcessAnnouncer(text, mLoop, mJournal);
-}
-
-Announcement VirtualPrinter::announcement() const {
-  const PrinterSettings& settings = mOptions.settings;
-  Announcement text;
-  text.name = settings.name;
-  text.port = mServer->port();
-  text.hostName = "kx350t-" + std::to_string(getpid());
-  text.txt = {{"txtvers", "1"},
-              {"qtotal", "1"},
-              {"ty", settings.manufacturer + " " + settings.model},
-              {"product", "(" + settings.model + ")"},
-              {"note", "virtual printer"},
-              {"pdl", "application/octet-stream"},
-              {"priority", "50"},
-              {"Binary", "t"},
-              {"Transparent", "t"},
-              {"usb_CMD", "PJL,ACL"},
-              {"usb_MFG", settings.manufacturer},
-              {"usb_MDL", settings.model}};
-  for (const auto& [key, value] : mOptions.txt) {
-    const auto found = std::find_if(text.txt.begin(), text.txt.end(),
-                                    [&key = key](const auto& pair) { return pair.first == key; });
-    if (!value) {
-      if (found != text.txt.end()) text.txt.erase(found);
-    } else if (found != text.txt.end()) {
-      found->second = *value;
-    } else {
-      text.txt.emplace_back(key, *value);
-    }
-  }
-  return text;
 }
 
 void VirtualPrinter::watchSignals() {
@@ -149,22 +122,37 @@ int VirtualPrinter::run() {
     });
   }
   mJournal.write("started", {{"pid", getpid()}, {"name", mOptions.settings.name}});
-  mPrinter.start();
+  for (const auto& device : mDevices) device->printer().start();
+  if (isFleet()) mJournal.write("all-ready", {{"printers", *mOptions.count}});
   mLoop.run();
-  mPrinter.setObserver(nullptr);
-  mPrinter.stop();
+  for (const auto& device : mDevices) {
+    device->printer().setObserver(nullptr);
+    device->printer().stop();
+  }
   const int status = exitStatus();
-  const Tally& tally = mPrinter.tally();
-  mJournal.write("stopped", {{"conversations", tally.conversations},
-                             {"violations", tally.violations},
-                             {"burned", tally.burned},
-                             {"burns_failed", tally.burnsFailed},
+  const Tally sum = tally();
+  mJournal.write("stopped", {{"conversations", sum.conversations},
+                             {"violations", sum.violations},
+                             {"burned", sum.burned},
+                             {"burns_failed", sum.burnsFailed},
                              {"exit_status", status}});
   return status;
 }
 
-bool VirtualPrinter::awaitedEventHappened() const {
-  const Tally& tally = mPrinter.tally();
+Tally VirtualPrinter::tally() const {
+  Tally sum;
+  for (const auto& device : mDevices) {
+    const Tally& one = device->printer().tally();
+    sum.conversations += one.conversations;
+    sum.violations += one.violations;
+    sum.burned += one.burned;
+    sum.burnsFailed += one.burnsFailed;
+    sum.returns += one.returns;
+  }
+  return sum;
+}
+
+bool VirtualPrinter::isAwaitedOf(const Tally& tally) const {
   switch (mOptions.exitAfter) {
     case ExitAfter::Nothing:
       return false;
@@ -178,17 +166,23 @@ bool VirtualPrinter::awaitedEventHappened() const {
   return false;
 }
 
+bool VirtualPrinter::awaitedEventHappened() const {
+  return std::ranges::all_of(mDevices, [this](const auto& device) {
+    return isAwaitedOf(std::as_const(*device).printer().tally());
+  });
+}
+
 void VirtualPrinter::considerExit() {
-  const Tally& tally = mPrinter.tally();
-  const bool broken = tally.violations > 0 && tally.conversations > 0;
-  if (awaitedEventHappened() || (broken && mOptions.exitAfter != ExitAfter::Nothing)) mLoop.quit();
+  if (mOptions.exitAfter == ExitAfter::Nothing) return;
+  const Tally sum = tally();
+  if (awaitedEventHappened() || (sum.violations > 0 && sum.conversations > 0)) mLoop.quit();
 }
 
 int VirtualPrinter::exitStatus() const {
-  const Tally& tally = mPrinter.tally();
-  if (tally.violations > 0) return kHostBrokeProtocol;
+  const Tally sum = tally();
+  if (sum.violations > 0) return kHostBrokeProtocol;
   if (mOptions.exitAfter == ExitAfter::Nothing) return kEndedAsAsked;
-  if (mOptions.exitAfter != ExitAfter::Conversation && tally.burnsFailed > 0) return kBurnFailed;
+  if (mOptions.exitAfter != ExitAfter::Conversation && sum.burnsFailed > 0) return kBurnFailed;
   if (mTimedOut && !awaitedEventHappened()) return kTimeLimitPassed;
   return kEndedAsAsked;
 }

@@ -1,19 +1,18 @@
-// One run of the tool: puts the printer, its port, its announcement and its journal together, and
-// decides when the run is over.
+// One run of the tool: puts its printers, of which there is mostly one, and their journal together,
+// and decides when the run is over.
 #pragma once
 
 #include <csignal>
 #include <fstream>
 #include <memory>
+#include <vector>
 
-#include "Announcement.h"
+#include "Device.h"
 #include "EventLoop.h"
 #include "FileDescriptor.h"
 #include "Journal.h"
 #include "Options.h"
 #include "Printer.h"
-#include "TcpServer.h"
-#include "UsbGadget.h"
 
 namespace virtualprinter {
 
@@ -26,25 +25,22 @@ class VirtualPrinter {
   int run();
 
  private:
+  bool isFleet() const { return mOptions.count.has_value(); }
   void openJournal();
   void printEntry(const Journal::Fields& entry) const;
-  void attachToNetwork();
-  void attachToUsb();
-  std::unique_ptr<Attachment> makeAnnouncer();
-  Announcement announcement() const;
+  void makeDevices();
   void watchSignals();
   void considerExit();
+  bool isAwaitedOf(const Tally& tally) const;
   bool awaitedEventHappened() const;
+  Tally tally() const;
   int exitStatus() const;
 
   Options mOptions;
   EventLoop mLoop;
   std::ofstream mJournalFile;
   Journal mJournal;
-  Printer mPrinter;
-  std::unique_ptr<TcpServer> mServer;      // on the network,
-  std::unique_ptr<Attachment> mAnnouncer;  // perhaps announced there,
-  std::unique_ptr<UsbGadget> mGadget;      // or on USB
+  std::vector<std::unique_ptr<Device>> mDevices;
   FileDescriptor mSignals;
   std::unique_ptr<EventLoop::Watch> mSignalWatch;
   std::unique_ptr<Scheduler::Timer> mTimeLimit;

@@ -22,11 +22,12 @@ using testing::StartsWith;
 
 class Host {
  public:
-  explicit Host(std::uint16_t port) : mSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  explicit Host(std::uint16_t port, std::uint32_t at = INADDR_LOOPBACK)
+      : mSocket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(at);
     mConnected = connect(mSocket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
   }
   ~Host() { close(mSocket); }
@@ -231,6 +232,37 @@ TEST_F(ToolTest, TimeLimitGivesStatusFive) {
   start({"--exit-after", "burn", "--time-limit", "0.05"});
   mPrinter->waitFor("stopped");
   EXPECT_EQ(mPrinter->stop(), 5);
+}
+
+TEST_F(ToolTest, SeveralAreAtAddressesInARow) {
+  start({"--count", "3", "--address", "127.0.0.254"});
+  mPrinter->waitFor("all-ready");
+  const auto listening = mPrinter->entries("listening");
+  ASSERT_THAT(listening, SizeIs(3));
+  EXPECT_EQ(listening[0]["printer"], "127.0.0.254");
+  EXPECT_EQ(listening[1]["printer"], "127.0.0.255");
+  EXPECT_EQ(listening[2]["printer"], "127.0.1.0");
+  Host host(listening[2]["port"].get<std::uint16_t>(), 0x7F000100);
+  host.send(kQuery + kBurn);
+  host.finish();
+  EXPECT_THAT(host.receive(), testing::EndsWith("FWVER:00000100;" + kBurnReply));
+  mPrinter->waitFor("burn");
+  EXPECT_EQ(mPrinter->entries("burn").at(0)["printer"], "127.0.1.0");
+}
+
+TEST_F(ToolTest, SeveralEndWhenEachHasDoneWhatIsAwaited) {
+  start({"--count", "2", "--exit-after", "conversation"});
+  mPrinter->waitFor("all-ready");
+  const auto listening = mPrinter->entries("listening");
+  ASSERT_THAT(listening, SizeIs(2));
+  Host(listening[0]["port"].get<std::uint16_t>(), 0x7F000001).send(kQuery);
+  mPrinter->waitFor("closed");
+  EXPECT_THAT(mPrinter->entries("stopped"), SizeIs(0));
+  Host(listening[1]["port"].get<std::uint16_t>(), 0x7F000002).send(kQuery);
+  mPrinter->waitFor("stopped");
+  EXPECT_EQ(mPrinter->entries("stopped").at(0).dump(),
+            R"({"event":"stopped","conversations":2,"violations":0,"burned":0,"burns_failed":0,)"
+            R"("exit_status":0})");
 }
 
 TEST_F(ToolTest, TakenPortGivesStatusOne) {

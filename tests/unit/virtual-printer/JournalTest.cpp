@@ -25,6 +25,15 @@ TEST_F(JournalTest, EntryIsALineOfJsonInAFixedOrder) {
           "\\{\"time\":[0-9]+\\.[0-9]+,\"event\":\"sent\",\"message\":\"uel\",\"bytes\":9\\}"));
 }
 
+TEST_F(JournalTest, EntryOfOneOfSeveralPrintersSaysWhose) {
+  mJournal.addField("printer", "10.0.0.5");
+  mJournal.write("sent", {{"bytes", 9}});
+  EXPECT_THAT(
+      Journal::toLine(mEntry),
+      MatchesRegex("\\{\"time\":[0-9]+\\.[0-9]+,\"event\":\"sent\",\"printer\":\"10.0.0.5\","
+                   "\"bytes\":9\\}"));
+}
+
 TEST_F(JournalTest, EntryMayHaveNoFields) {
   mJournal.write("ready");
   EXPECT_EQ(mEntry.size(), 2u);

@@ -80,6 +80,10 @@ TEST(OptionsTest, RefusesWhatItDoesNotUnderstand) {
   EXPECT_EQ(refusalOf({"--device-id", R"(\x4)"}),
             "\"\\x4\": after \\ comes x and two hexadecimal digits");
   EXPECT_EQ(refusalOf({"--exit-after", "noon"}), "\"noon\" is none of conversation, burn, return");
+  EXPECT_EQ(refusalOf({"--count", "0", "--no-announce"}), "--count 0 is no printer");
+  EXPECT_EQ(refusalOf({"--count", "2"}), "--count needs --no-announce, and cannot be had on USB");
+  EXPECT_EQ(refusalOf({"--count", "2", "--no-announce", "--usb"}),
+            "--count needs --no-announce, and cannot be had on USB");
   EXPECT_EQ(refusalOf({"--fault", "clos@uel"}), "fault \"clos@uel\": there is no such fault");
 }
 
