@@ -1,13 +1,11 @@
 #include "Download.h"
 
-#include <exception>
-#include <new>
-#include <ostream>
 #include <stdexcept>
 #include <utility>
 
-#include "Log.h"
 #include "ToolHost.h"
+#include "answerDownloaderEvent.h"
+#include "startDownload.h"
 
 using platform::eventNotHandledErr;
 using platform::noErr;
@@ -15,19 +13,19 @@ using platform::OSStatus;
 
 namespace {
 
-constexpr platform::EventSpec kResume{kFwDlEventClass, kFwDlEventResume};
-constexpr platform::EventSpec kAsyncFailure{kFwDlEventClass, kFwDlEventAsyncFailure};
+OSStatus downloaderGoesOn(platform::EventHandlerCallRef, const platform::Event& event, void*) {
+  return answerDownloaderEvent(event);
+}
 
 }  // namespace
 
 Download::Download(ToolHost& host) : mHost(host) {
   platform::Events& events = host.events();
   const platform::EventSpec commands[] = {platform::kCommandEvent};
-  const platform::EventSpec downloader[] = {kResume, kAsyncFailure};
   if (events.installHandler(platform::kApplicationTarget, commands, outcomeTold, this,
                             mOutcomeHandler) != noErr ||
-      events.installHandler(platform::kApplicationTarget, downloader, downloaderGoesOn, this,
-                            mDownloaderHandler) != noErr) {
+      events.installHandler(platform::kApplicationTarget, kDownloaderEvents, downloaderGoesOn,
+                            nullptr, mDownloaderHandler) != noErr) {
     throw std::runtime_error("Failed to install event handler.");
   }
 }
@@ -40,15 +38,7 @@ Download::~Download() {
 // The start belongs into the loop: an outcome that comes with it ends the loop like a later one.
 void Download::run(std::function<void(FirmwareDownloader&)> start) {
   mHost.runLoop().callLater([this, start = std::move(start)] {
-    try {
-      start(mDownloader);
-      return;
-    } catch (const std::runtime_error& error) {
-      Log<3>() << "Failed to download firmware: " << error.what() << std::flush;
-    } catch (const std::bad_alloc& error) {
-      Log<3>() << "Failed to download firmware: " << error.what() << std::flush;
-    }
-    mHost.events().quitApplicationEventLoop();
+    if (!startDownload([&] { start(mDownloader); })) mHost.events().quitApplicationEventLoop();
   });
   mHost.events().runApplicationEventLoop();
 }
@@ -68,15 +58,4 @@ OSStatus Download::outcomeTold(platform::EventHandlerCallRef, const platform::Ev
     default:
       return eventNotHandledErr;
   }
-}
-
-OSStatus Download::downloaderGoesOn(platform::EventHandlerCallRef, const platform::Event& event,
-                                    void* userData) {
-  FirmwareDownloader& downloader = static_cast<Download*>(userData)->mDownloader;
-  if (event.kind() == kResume.kind) {
-    downloader.resume();
-  } else {
-    downloader.stopTasks();
-  }
-  return noErr;
 }

@@ -24,8 +24,6 @@ class Download {
  private:
   static platform::OSStatus outcomeTold(platform::EventHandlerCallRef call,
                                         const platform::Event& event, void* userData);
-  static platform::OSStatus downloaderGoesOn(platform::EventHandlerCallRef call,
-                                             const platform::Event& event, void* userData);
 
   ToolHost& mHost;
   FirmwareDownloader mDownloader;

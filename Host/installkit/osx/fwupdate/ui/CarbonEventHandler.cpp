@@ -1,7 +1,5 @@
 #include "CarbonEventHandler.h"
 
-#include <exception>
-#include <new>
 #include <ostream>
 #include <stdexcept>
 
@@ -12,24 +10,15 @@
 #include "Printer.h"
 #include "PrinterListView.h"
 #include "ProgressSheet.h"
+#include "answerDownloaderEvent.h"
 #include "platform/Platform.h"
 #include "platform/Toolkit.h"
+#include "startDownload.h"
 
 using namespace platform::literals;
 using platform::eventNotHandledErr;
 using platform::noErr;
 using platform::OSStatus;
-
-namespace {
-
-constexpr platform::EventSpec kDownloaderResume{kFwDlEventClass, kFwDlEventResume};
-constexpr platform::EventSpec kDownloaderAsyncFailure{kFwDlEventClass, kFwDlEventAsyncFailure};
-
-void logDownloadFailure(const std::exception& error) {
-  Log<3>() << "Failed to download firmware: " << error.what() << std::flush;
-}
-
-}  // namespace
 
 CarbonEventHandler::CarbonEventHandler(platform::WindowRef window, PrinterListView& printerListView,
                                        ProgressSheet& progressSheet,
@@ -54,11 +43,10 @@ void CarbonEventHandler::initialise() {
   const platform::EventSpec commands[] = {platform::kCommandEvent};
   const platform::EventSpec windowClose[] = {platform::kWindowCloseEvent};
   const platform::EventSpec applicationQuit[] = {platform::kApplicationQuitEvent};
-  const platform::EventSpec downloader[] = {kDownloaderResume, kDownloaderAsyncFailure};
   installHandler(commands, commandHandler, platform::kApplicationTarget, mCommandHandler);
   installHandler(windowClose, windowCloseHandler, mWindow, mWindowCloseHandler);
   installHandler(applicationQuit, exitHandler, platform::kApplicationTarget, mExitHandler);
-  installHandler(downloader, resumeHandler, platform::kApplicationTarget, mResumeHandler);
+  installHandler(kDownloaderEvents, resumeHandler, platform::kApplicationTarget, mResumeHandler);
 }
 
 void CarbonEventHandler::installHandler(std::span<const platform::EventSpec> specs,
@@ -102,21 +90,7 @@ OSStatus CarbonEventHandler::exitHandler(Call, const platform::Event&, void* use
 }
 
 OSStatus CarbonEventHandler::resumeHandler(Call, const platform::Event& event, void*) {
-  void* posted = nullptr;
-  event.getParameter(platform::kEventParamDirectObject, posted);
-  if (posted == nullptr) return eventNotHandledErr;
-
-  auto& downloader = *static_cast<FirmwareDownloader*>(posted);
-  switch (event.kind()) {
-    case kDownloaderResume.kind:
-      downloader.resume();
-      return noErr;
-    case kDownloaderAsyncFailure.kind:
-      downloader.stopTasks();
-      return noErr;
-    default:
-      return eventNotHandledErr;
-  }
+  return answerDownloaderEvent(event);
 }
 
 OSStatus CarbonEventHandler::handleOpen() {
@@ -209,18 +183,11 @@ OSStatus CarbonEventHandler::handleCmdQuit() {
 }
 
 OSStatus CarbonEventHandler::doDownload() {
-  try {
+  const bool isStarted = startDownload([this] {
     const Printer* printer = mPrinterListView.getSelected();
     mProgressSheet.setPrinterDetails(printer->getName(), printer->getInfo());
     printer->download(mFirmwareDownloader);
     mProgressSheet.show();
-    return noErr;
-  } catch (const std::runtime_error& error) {
-    logDownloadFailure(error);
-  } catch (const std::out_of_range& error) {
-    logDownloadFailure(error);
-  } catch (const std::bad_alloc& error) {
-    logDownloadFailure(error);
-  }
-  return eventNotHandledErr;
+  });
+  return isStarted ? noErr : eventNotHandledErr;
 }
