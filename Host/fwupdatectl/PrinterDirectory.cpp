@@ -4,12 +4,12 @@
 #include <tuple>
 #include <utility>
 
-#include "BonjourPrinter.h"
 #include "Branding.h"
-#include "PrinterList.h"
+#include "Printer.h"
+#include "PrinterPlace.h"
 #include "ToolHost.h"
+#include "startFinders.h"
 
-using namespace platform::literals;
 using platform::ItemId;
 using platform::Text;
 
@@ -31,13 +31,10 @@ platform::WindowRef makeWindow(ToolHost& host, platform::HeadlessToolkit& toolki
 
 PrinterDirectory::PrinterDirectory(ToolHost& host, Changed changed)
     : mChanged(std::move(changed)),
-      mWindow(makeWindow(host, mToolkit)),
-      mView(mWindow),
+      mView(makeWindow(host, mToolkit)),
       mUsbDeviceFinder(mView),
       mBonjourDeviceFinder(Branding::sManufacturerStr, Branding::sModelStr, mView) {
-  mUsbDeviceFinder.setupAsyncNotifier(nullptr);
-  mUsbDeviceFinder.startAsyncNotifier();
-  mBonjourDeviceFinder.start();
+  startFinders(mUsbDeviceFinder, mBonjourDeviceFinder);
 }
 
 PrinterDirectory::~PrinterDirectory() = default;
@@ -61,21 +58,16 @@ void PrinterDirectory::rowRemoved(ItemId item) {
   if (!gone.empty()) mChanged(Change::Removed, gone.mapped());
 }
 
-// The list rides on its control; a row's number is its place there, plus one.
-Target PrinterDirectory::targetOf(ItemId item) {
-  platform::ControlRef list = platform::ControlRef::None;
-  void* value = nullptr;
-  mToolkit.getControlById(mWindow, {"lPrn"_4cc, 0}, list);
-  mToolkit.getControlProperty(list, "MjFd"_4cc, "ldPl"_4cc, value);
-  const Printer& record = *static_cast<const PrinterList*>(value)->get(item - 1);
-
+Target PrinterDirectory::targetOf(ItemId item) const {
+  const Printer& printer = mView.printer(item);
+  const PrinterPlace place = placeOf(printer);
   Target target;
-  target.name = utf8(record.getName());
-  if (const auto* network = dynamic_cast<const BonjourPrinter*>(&record)) {
-    target.address = addressText(network->getAddress());
-  } else {
+  target.name = utf8(printer.getName());
+  if (place.connection == PrinterPlace::Connection::Usb) {
     target.connection = Target::Connection::Usb;
-    target.serial = utf8(record.getInfo());
+    target.serial = utf8(place.serial);
+  } else {
+    target.address = addressText(place.address);
   }
   return target;
 }

@@ -31,12 +31,11 @@ class PrinterDirectory final : private platform::HeadlessToolkit::Listener {
   void rowAdded(platform::ItemId item) override;
   void rowRemoved(platform::ItemId item) override;
 
-  Target targetOf(platform::ItemId item);
+  Target targetOf(platform::ItemId item) const;
 
   Changed mChanged;
   std::map<platform::ItemId, Target> mPrinters;
   platform::HeadlessToolkit mToolkit{*this};
-  platform::WindowRef mWindow;
   PrinterListView mView;
   UsbDeviceFinder mUsbDeviceFinder;
   BonjourDeviceFinder mBonjourDeviceFinder;

@@ -4,14 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "BrokenNetwork.h"
 #include "DesktopDoubles.h"
 #include "NamedService.h"
+#include "Printer.h"
 #include "QuillUsbDevice.h"
 #include "platform/Data.h"
+
+struct DestroyPrinter {
+  void operator()(Printer* printer) const { Printer::destroy(printer); }
+};
+using OwnedPrinter = std::unique_ptr<Printer, DestroyPrinter>;
 
 class PrinterFixture : public testing::Test {
  protected:

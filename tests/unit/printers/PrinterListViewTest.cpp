@@ -205,6 +205,18 @@ TEST_F(PrinterListViewTest, IdsAreNeverUsedAgain) {
   EXPECT_EQ(cell(2, "lcNm"_4cc), "B");
 }
 
+TEST_F(PrinterListViewTest, RowLeadsToItsPrinter) {
+  makeView();
+  add("A");
+  add("B");
+  NamedService service("B");
+  view->removeBonjourPrinter(&service);
+  EXPECT_EQ(shown(view->printer(1).getName()), "A");
+  EXPECT_EQ(shown(view->printer(2).getName()), "B");
+  EXPECT_THROW(view->printer(0), std::out_of_range);
+  EXPECT_THROW(view->printer(3), std::out_of_range);
+}
+
 // Selection.
 
 TEST_F(PrinterListViewTest, SelectedPrinterIsTheRecordOfItsRow) {

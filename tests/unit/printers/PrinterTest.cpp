@@ -1,4 +1,3 @@
-#include <memory>
 #include <stdexcept>
 
 #include "Branding.h"
@@ -11,11 +10,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 using Entries = std::vector<LogEntry>;
-
-struct Destroy {
-  void operator()(Printer* printer) const { Printer::destroy(printer); }
-};
-using OwnedPrinter = std::unique_ptr<Printer, Destroy>;
 
 class PrinterTest : public PrinterFixture {
  protected:

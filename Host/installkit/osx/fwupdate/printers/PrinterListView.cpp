@@ -178,6 +178,10 @@ void PrinterListView::handleRemovePrinter(std::size_t index) {
   mPrinters.setRemoved(index);
 }
 
+const Printer& PrinterListView::printer(ItemId item) const {
+  return *mPrinters.get(static_cast<std::size_t>(item) - 1);
+}
+
 Printer* PrinterListView::getSelected() const {
   const ItemId item = getListSelection();
   if (item == 0) throw std::out_of_range("Invalid list selection");

@@ -29,6 +29,10 @@ class PrinterListView {
   void removeUsbPrinter(QuillUsbDevice& device);
   void removeBonjourPrinter(platform::NetService* service);
 
+  // The record of a row that the control was given, also once it is gone; std::out_of_range for any
+  // other.
+  const Printer& printer(platform::ItemId item) const;
+
   // Never null; std::out_of_range when no row is selected.
   Printer* getSelected() const;
 

@@ -6,6 +6,7 @@
 #include "ErrorMessage.h"
 #include "platform/Platform.h"
 #include "platform/Toolkit.h"
+#include "startFinders.h"
 
 UI::UI(FirmwareDownloader& downloader)
     : mWindow(platform::Text::fromUtf8("PrinterSelectWindow"), mNib),
@@ -25,8 +26,6 @@ UI::UI(FirmwareDownloader& downloader)
 
 void UI::run() {
   mCarbonEventHandler.initialise();
-  mUsbDeviceFinder.setupAsyncNotifier(nullptr);
-  mUsbDeviceFinder.startAsyncNotifier();
-  mBonjourDeviceFinder.start();
+  startFinders(mUsbDeviceFinder, mBonjourDeviceFinder);
   platform::current().events->runApplicationEventLoop();
 }
