@@ -15,6 +15,7 @@
 #include "ToolHost.h"
 #include "UpdateRun.h"
 #include "commands.h"
+#include "endOfSearch.h"
 #include "failure.h"
 #include "legibleText.h"
 
@@ -34,6 +35,8 @@ class NoSuchPrinter : public std::runtime_error {
  private:
   Printers mCandidates;
 };
+
+using namespace std::chrono_literals;
 
 bool isInterrupted = false;
 
@@ -63,7 +66,8 @@ bool areAllThere(const Printers& printers, const Options& options) {
 // Another printer of the same name may answer a little later: which one is meant is asked then.
 constexpr std::chrono::milliseconds kSecondLook{1000};
 
-// Waits until those are found that are asked for, and a moment longer, or until the time is over.
+// Waits until those are found that are asked for, and a moment longer, or until the time is over:
+// for all printers, until no more of them are to be expected.
 Printers lookForPrinters(ToolHost& host, const Options& options) {
   const Signals signals(host.runLoop(), [&] {
     isInterrupted = true;
@@ -76,12 +80,23 @@ Printers lookForPrinters(ToolHost& host, const Options& options) {
     secondLook = host.runLoop().startTimer(kSecondLook, false,
                                            [&host] { host.events().quitApplicationEventLoop(); });
   };
-  PrinterDirectory directory(host, [&](PrinterDirectory::Change, const Target&) {
-    if (looked != nullptr) lookAgain();
+  std::unique_ptr<platform::RunLoop::Timer> end;
+  const auto endIn = [&](std::chrono::milliseconds time) {
+    end = host.runLoop().startTimer(time, false,
+                                    [&host] { host.events().quitApplicationEventLoop(); });
+  };
+  const auto begin = std::chrono::steady_clock::now();
+  PrinterDirectory directory(host, [&](PrinterDirectory::Change change, const Target&) {
+    if (looked == nullptr) return;
+    if (options.all && change == PrinterDirectory::Change::Added) {
+      const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(
+          std::chrono::steady_clock::now() - begin);
+      endIn(std::max(endOfSearch(options.wait, passed) - passed, 0ms));
+    }
+    lookAgain();
   });
   looked = &directory;
-  const auto end = host.runLoop().startTimer(options.wait, false,
-                                             [&host] { host.events().quitApplicationEventLoop(); });
+  endIn(options.wait);
   lookAgain();
   host.events().runApplicationEventLoop();
   return directory.printers();

@@ -11,6 +11,10 @@
 namespace platform {
 namespace {
 
+// Of each link and protocol. A printer has five; with the library's own limit, of a thousand
+// printers 181 could not be found.
+constexpr unsigned kMostRecords = 16384;
+
 // A question to the stack as an object.
 template <typename Object, void (*free)(Object*)>
 class CoreQuery : public Responder::Query {
@@ -128,6 +132,7 @@ class CoreResponder : public Responder {
     config.publish_workstation = 0;
     config.publish_domain = 0;
     config.enable_wide_area = 0;
+    config.n_cache_entries_max = kMostRecords;
     mServer = avahi_server_new(poll.api(), &config, nullptr, nullptr, nullptr);
     avahi_server_config_free(&config);
   }

@@ -1,0 +1,14 @@
+#include "endOfSearch.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::chrono::minutes kLongest{1};
+
+}  // namespace
+
+std::chrono::milliseconds endOfSearch(std::chrono::milliseconds wait,
+                                      std::chrono::milliseconds lastArrival) {
+  return std::min(wait + 2 * lastArrival, std::max<std::chrono::milliseconds>(wait, kLongest));
+}
