@@ -141,9 +141,9 @@
             <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك أقل من ثانية</numerusform>
             <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى ثانية واحدة</numerusform>
             <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى ثانيتين</numerusform>
-            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln ثوانٍ</numerusform>
-            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln ثانية</numerusform>
-            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln ثانية</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %n ثوانٍ</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %n ثانية</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %n ثانية</numerusform>
         </translation>
     </message>
     <message numerus="yes">
@@ -153,9 +153,9 @@
             <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك أقل من دقيقة</numerusform>
             <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى دقيقة واحدة</numerusform>
             <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى دقيقتين</numerusform>
-            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln دقائق</numerusform>
-            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln دقيقة</numerusform>
-            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %Ln دقيقة</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %n دقائق</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %n دقيقة</numerusform>
+            <numerusform>تكتب الطابعة في ذاكرتها: قد يستغرق ذلك حتى %n دقيقة</numerusform>
         </translation>
     </message>
 </context>
@@ -187,12 +187,12 @@
         <translation>التفاصيل</translation>
     </message>
     <message>
-        <source>C&amp;opy Details</source>
+        <source>C&amp;opy details</source>
         <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
         <translation>نسخ التفاصيل</translation>
     </message>
     <message>
-        <source>Details C&amp;opied</source>
+        <source>Details c&amp;opied</source>
         <extracomment>The same button when it has copied them.</extracomment>
         <translation>نُسخت التفاصيل</translation>
     </message>
@@ -628,7 +628,7 @@
     <message>
         <source>• The service that finds network printers is not running, so some may be missing. Start avahi-daemon: systemctl start avahi-daemon</source>
         <extracomment>The next line of that list. What stands behind the last colon is a command and stays as it is.</extracomment>
-        <translation>• الخدمة التي تعثر على طابعات الشبكة لا تعمل، لذا قد تغيب بعضها. شغّل avahi-daemon:‏ systemctl start avahi-daemon</translation>
+        <translation>• الخدمة التي تعثر على طابعات الشبكة لا تعمل، لذا قد تغيب بعضها. شغّل avahi-daemon:‏ ⁦systemctl&#xa0;start&#xa0;avahi-daemon⁩</translation>
     </message>
     <message>
         <source>Diagnostic information was copied.</source>
@@ -711,6 +711,19 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>إغلاق</translation>
+    </message>
+</context>
+<context>
+    <name>VersionsText</name>
+    <message>
+        <source>Installed version: %1, available version: %2</source>
+        <extracomment>%1 and %2 are numbers of versions of the printer&apos;s firmware</extracomment>
+        <translation>الإصدار المثبّت: %1، الإصدار المتاح: %2</translation>
+    </message>
+    <message>
+        <source>Available version: %1</source>
+        <extracomment>%1 is the number of a version; the printer does not tell which one it has</extracomment>
+        <translation>الإصدار المتاح: %1</translation>
     </message>
 </context>
 </TS>

@@ -6,12 +6,12 @@
     <message>
         <source>About Printer Firmware Update</source>
         <extracomment>Title of a window.</extracomment>
-        <translation>Info zu Drucker-Firmware aktualisieren</translation>
+        <translation>Info zur Drucker-Firmware-Aktualisierung</translation>
     </message>
     <message>
         <source>Printer Firmware Update</source>
         <extracomment>The name of the program.</extracomment>
-        <translation>Drucker-Firmware aktualisieren</translation>
+        <translation>Drucker-Firmware-Aktualisierung</translation>
     </message>
     <message>
         <source>Version %1</source>
@@ -21,7 +21,7 @@
     <message>
         <source>Updates the firmware of Veltra KX350T printers.</source>
         <extracomment>What the program is for.</extracomment>
-        <translation>Aktualisiert die Firmware von Druckern Veltra KX350T.</translation>
+        <translation>Aktualisiert die Firmware von Druckern des Typs Veltra KX350T.</translation>
     </message>
     <message>
         <source>Free software under the MIT license.</source>
@@ -32,7 +32,7 @@
         <source>It uses these libraries:
 %1</source>
         <extracomment>%1 is a list of names and versions, each on a line of its own.</extracomment>
-        <translation>Es benutzt diese Bibliotheken:
+        <translation>Verwendete Bibliotheken:
 %1</translation>
     </message>
     <message>
@@ -102,7 +102,7 @@
     <message>
         <source>The printer takes longer than expected to write its memory</source>
         <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
-        <translation>Der Drucker braucht für seinen Speicher länger als erwartet</translation>
+        <translation>Der Drucker braucht zum Schreiben länger als erwartet</translation>
     </message>
     <message>
         <source>Connecting to the printer</source>
@@ -122,17 +122,17 @@
     <message>
         <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
         <extracomment>advice while a printer is asked for its version</extracomment>
-        <translation>Der Drucker antwortet seit mehr als 30 Sekunden nicht. Prüfen Sie, ob er eingeschaltet, verbunden und nicht beschäftigt ist. Noch wurde keine Firmware gesendet: Sie können beenden und es noch einmal versuchen.</translation>
+        <translation>Der Drucker antwortet seit mehr als 30 Sekunden nicht. Prüfen Sie, ob er eingeschaltet, verbunden und nicht beschäftigt ist. Noch wurde keine Firmware gesendet: Sie können das Programm beenden und es noch einmal versuchen.</translation>
     </message>
     <message>
         <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
         <extracomment>advice while firmware is being sent</extracomment>
-        <translation>Der Drucker nimmt seit mehr als 30 Sekunden keine Daten an. Lassen Sie ihn eingeschaltet und prüfen Sie, ob er verbunden ist. Wenn sich in einigen Minuten nichts ändert, beenden Sie und versuchen Sie es noch einmal.</translation>
+        <translation>Der Drucker nimmt seit mehr als 30 Sekunden keine Daten an. Lassen Sie ihn eingeschaltet und prüfen Sie, ob er verbunden ist. Wenn sich in einigen Minuten nichts ändert, beenden Sie das Programm und versuchen Sie es noch einmal.</translation>
     </message>
     <message>
         <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
         <extracomment>advice when the printer has all of the firmware, and its time for writing is over</extracomment>
-        <translation>Der Drucker hat nicht geantwortet, seit er die Firmware erhalten hat. Lassen Sie ihn eingeschaltet: Vielleicht schreibt er noch. Sobald er bereit ist, beenden Sie und aktualisieren ihn erneut, um zu sehen, ob er auf dem neuesten Stand ist.</translation>
+        <translation>Der Drucker hat nicht geantwortet, seit er die Firmware erhalten hat. Lassen Sie ihn eingeschaltet: Vielleicht schreibt er noch. Sobald er bereit ist, beenden Sie das Programm und aktualisieren Sie ihn erneut, um zu sehen, ob er auf dem neuesten Stand ist.</translation>
     </message>
     <message numerus="yes">
         <source>The printer is writing its memory: this may take up to %n second(s)</source>
@@ -179,12 +179,12 @@
         <translation>&amp;Details</translation>
     </message>
     <message>
-        <source>C&amp;opy Details</source>
+        <source>C&amp;opy details</source>
         <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
         <translation>Details &amp;kopieren</translation>
     </message>
     <message>
-        <source>Details C&amp;opied</source>
+        <source>Details c&amp;opied</source>
         <extracomment>The same button when it has copied them.</extracomment>
         <translation>Details &amp;kopiert</translation>
     </message>
@@ -449,7 +449,7 @@
     <message>
         <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
         <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
-        <translation>Vielleicht beschreibt er noch seinen Speicher: Lassen Sie ihn einige Minuten eingeschaltet. Aktualisieren Sie ihn dann noch einmal; hat er die Firmware schon, wird er als aktuell gemeldet.</translation>
+        <translation>Vielleicht beschreibt er noch seinen Speicher: Lassen Sie ihn einige Minuten eingeschaltet. Aktualisieren Sie ihn dann noch einmal: Hat er die Firmware schon, so wird er als aktuell gemeldet.</translation>
     </message>
     <message>
         <source>Nothing was sent to the printer.</source>
@@ -559,7 +559,7 @@
     <message>
         <source>Printer Firmware Update</source>
         <extracomment>Title of the main window, and the name of the program.</extracomment>
-        <translation>Drucker-Firmware aktualisieren</translation>
+        <translation>Drucker-Firmware-Aktualisierung</translation>
     </message>
     <message>
         <source>&amp;Select the printer that is to get new firmware:</source>
@@ -669,7 +669,7 @@
     <message>
         <source>The download to this printer has not ended. If you quit now, the printer may be left without working firmware.</source>
         <extracomment>Below the name of the printer, in the sheet that asks before the program ends.</extracomment>
-        <translation>Die Aktualisierung dieses Druckers ist nicht abgeschlossen. Wenn Sie jetzt beenden, hat der Drucker danach womöglich keine funktionierende Firmware mehr.</translation>
+        <translation>Die Aktualisierung dieses Druckers ist nicht abgeschlossen. Wenn Sie das Programm jetzt beenden, hat der Drucker danach womöglich keine funktionierende Firmware mehr.</translation>
     </message>
     <message>
         <source>&amp;Quit anyway</source>
@@ -703,6 +703,19 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>VersionsText</name>
+    <message>
+        <source>Installed version: %1, available version: %2</source>
+        <extracomment>%1 and %2 are numbers of versions of the printer&apos;s firmware</extracomment>
+        <translation>Installierte Version: %1, verfügbare Version: %2</translation>
+    </message>
+    <message>
+        <source>Available version: %1</source>
+        <extracomment>%1 is the number of a version; the printer does not tell which one it has</extracomment>
+        <translation>Verfügbare Version: %1</translation>
     </message>
 </context>
 </TS>

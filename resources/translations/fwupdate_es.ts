@@ -102,7 +102,7 @@
     <message>
         <source>The printer takes longer than expected to write its memory</source>
         <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
-        <translation>La impresora tarda más de lo previsto en escribir su memoria</translation>
+        <translation>La impresora tarda más de lo previsto en escribir en su memoria</translation>
     </message>
     <message>
         <source>Connecting to the printer</source>
@@ -138,16 +138,16 @@
         <source>The printer is writing its memory: this may take up to %n second(s)</source>
         <extracomment>what happens now; the time is below a minute</extracomment>
         <translation>
-            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n segundo</numerusform>
-            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n segundos</numerusform>
+            <numerusform>La impresora está escribiendo en su memoria: puede tardar hasta %n segundo</numerusform>
+            <numerusform>La impresora está escribiendo en su memoria: puede tardar hasta %n segundos</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>The printer is writing its memory: this may take up to %n minute(s)</source>
         <extracomment>what happens now</extracomment>
         <translation>
-            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n minuto</numerusform>
-            <numerusform>La impresora está escribiendo su memoria: puede tardar hasta %n minutos</numerusform>
+            <numerusform>La impresora está escribiendo en su memoria: puede tardar hasta %n minuto</numerusform>
+            <numerusform>La impresora está escribiendo en su memoria: puede tardar hasta %n minutos</numerusform>
         </translation>
     </message>
 </context>
@@ -179,12 +179,12 @@
         <translation>&amp;Detalles</translation>
     </message>
     <message>
-        <source>C&amp;opy Details</source>
+        <source>C&amp;opy details</source>
         <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
         <translation>C&amp;opiar detalles</translation>
     </message>
     <message>
-        <source>Details C&amp;opied</source>
+        <source>Details c&amp;opied</source>
         <extracomment>The same button when it has copied them.</extracomment>
         <translation>Detalles c&amp;opiados</translation>
     </message>
@@ -194,7 +194,7 @@
     <message>
         <source>Check that the printer is switched on, connected and not printing, then try again.</source>
         <extracomment>What to do after a failed download.</extracomment>
-        <translation>Compruebe que la impresora está encendida, conectada y sin imprimir, y vuelva a intentarlo.</translation>
+        <translation>Compruebe que la impresora está encendida y conectada y que no está imprimiendo, y vuelva a intentarlo.</translation>
     </message>
     <message>
         <source>Check that the printer is switched on and on the same network as this computer, then try again.</source>
@@ -209,7 +209,7 @@
     <message>
         <source>Wait until the printer has finished its other work, or switch it off and on, then try again.</source>
         <extracomment>What to do after a failed download: wait, or else restart the printer.</extracomment>
-        <translation>Espere a que la impresora termine su otro trabajo, o apáguela y enciéndala, y vuelva a intentarlo.</translation>
+        <translation>Espere a que la impresora termine sus demás trabajos, o apáguela y enciéndala, y vuelva a intentarlo.</translation>
     </message>
     <message>
         <source>Install the printer’s firmware again, then try again.</source>
@@ -449,7 +449,7 @@
     <message>
         <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
         <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
-        <translation>Puede que aún esté escribiendo su memoria: déjela encendida unos minutos. Después, actualícela de nuevo; si ya tiene el firmware, se indicará que está actualizada.</translation>
+        <translation>Puede que aún esté escribiendo en su memoria: déjela encendida unos minutos. Después, actualícela de nuevo; si ya tiene el firmware, se indicará que está actualizada.</translation>
     </message>
     <message>
         <source>Nothing was sent to the printer.</source>
@@ -648,7 +648,7 @@
     <message>
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
-        <translation>No apague la impresora y déjela conectada hasta que esto termine.</translation>
+        <translation>No apague la impresora y déjela conectada hasta que termine la actualización.</translation>
     </message>
 </context>
 <context>
@@ -703,6 +703,19 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>&amp;Cerrar</translation>
+    </message>
+</context>
+<context>
+    <name>VersionsText</name>
+    <message>
+        <source>Installed version: %1, available version: %2</source>
+        <extracomment>%1 and %2 are numbers of versions of the printer&apos;s firmware</extracomment>
+        <translation>Versión instalada: %1, versión disponible: %2</translation>
+    </message>
+    <message>
+        <source>Available version: %1</source>
+        <extracomment>%1 is the number of a version; the printer does not tell which one it has</extracomment>
+        <translation>Versión disponible: %1</translation>
     </message>
 </context>
 </TS>

@@ -102,7 +102,7 @@
     <message>
         <source>The printer takes longer than expected to write its memory</source>
         <extracomment>what happens now: the time for it is over, and the printer has not answered</extracomment>
-        <translation>L’imprimante met plus de temps que prévu à écrire sa mémoire</translation>
+        <translation>L’imprimante met plus de temps que prévu à écrire dans sa mémoire</translation>
     </message>
     <message>
         <source>Connecting to the printer</source>
@@ -112,7 +112,7 @@
     <message>
         <source>Asking the printer for its version</source>
         <extracomment>what happens now: the version is that of the printer&apos;s firmware</extracomment>
-        <translation>Demande de sa version à l’imprimante</translation>
+        <translation>Demande de la version à l’imprimante</translation>
     </message>
     <message>
         <source>Choosing the firmware</source>
@@ -122,12 +122,12 @@
     <message>
         <source>The printer has not answered for more than 30 seconds. Check that it is switched on, connected and not busy. No firmware has been sent yet: you can quit and try again.</source>
         <extracomment>advice while a printer is asked for its version</extracomment>
-        <translation>L’imprimante ne répond plus depuis plus de 30 secondes. Vérifiez qu’elle est allumée, connectée et inoccupée. Aucun micrologiciel n’a encore été envoyé&#xa0;: vous pouvez quitter et réessayer.</translation>
+        <translation>L’imprimante ne répond pas depuis plus de 30 secondes. Vérifiez qu’elle est allumée, connectée et inoccupée. Aucun micrologiciel n’a encore été envoyé&#xa0;: vous pouvez quitter et réessayer.</translation>
     </message>
     <message>
         <source>The printer has not taken any data for more than 30 seconds. Leave it switched on, and check that it is connected. If nothing changes in a few minutes, quit and try again.</source>
         <extracomment>advice while firmware is being sent</extracomment>
-        <translation>L’imprimante n’accepte plus de données depuis plus de 30 secondes. Laissez-la allumée et vérifiez qu’elle est connectée. Si rien ne change d’ici quelques minutes, quittez et réessayez.</translation>
+        <translation>L’imprimante n’a accepté aucune donnée depuis plus de 30 secondes. Laissez-la allumée et vérifiez qu’elle est connectée. Si rien ne change d’ici quelques minutes, quittez et réessayez.</translation>
     </message>
     <message>
         <source>The printer has not answered since it got the firmware. Leave it switched on: it may still be writing. Once it is ready, quit and update it again to see whether it is up to date.</source>
@@ -138,16 +138,16 @@
         <source>The printer is writing its memory: this may take up to %n second(s)</source>
         <extracomment>what happens now; the time is below a minute</extracomment>
         <translation>
-            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n seconde</numerusform>
-            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n secondes</numerusform>
+            <numerusform>L’imprimante écrit dans sa mémoire&#xa0;: cela peut durer jusqu’à %n seconde</numerusform>
+            <numerusform>L’imprimante écrit dans sa mémoire&#xa0;: cela peut durer jusqu’à %n secondes</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>The printer is writing its memory: this may take up to %n minute(s)</source>
         <extracomment>what happens now</extracomment>
         <translation>
-            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n minute</numerusform>
-            <numerusform>L’imprimante écrit sa mémoire&#xa0;: cela peut durer jusqu’à %n minutes</numerusform>
+            <numerusform>L’imprimante écrit dans sa mémoire&#xa0;: cela peut durer jusqu’à %n minute</numerusform>
+            <numerusform>L’imprimante écrit dans sa mémoire&#xa0;: cela peut durer jusqu’à %n minutes</numerusform>
         </translation>
     </message>
 </context>
@@ -179,12 +179,12 @@
         <translation>&amp;Détails</translation>
     </message>
     <message>
-        <source>C&amp;opy Details</source>
+        <source>C&amp;opy details</source>
         <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
         <translation>C&amp;opier les détails</translation>
     </message>
     <message>
-        <source>Details C&amp;opied</source>
+        <source>Details c&amp;opied</source>
         <extracomment>The same button when it has copied them.</extracomment>
         <translation>Détails c&amp;opiés</translation>
     </message>
@@ -449,7 +449,7 @@
     <message>
         <source>It may still be writing its memory: leave it switched on for a few minutes. Then download the firmware again; a printer that has it is reported as up to date.</source>
         <extracomment>What to do when the printer has got all of the firmware and did not confirm that.</extracomment>
-        <translation>Elle écrit peut-être encore sa mémoire&#xa0;: laissez-la allumée quelques minutes. Relancez ensuite la mise à jour&#xa0;; une imprimante qui a déjà ce micrologiciel est signalée comme étant à jour.</translation>
+        <translation>Elle écrit peut-être encore dans sa mémoire&#xa0;: laissez-la allumée quelques minutes. Relancez ensuite la mise à jour&#xa0;; une imprimante qui a déjà ce micrologiciel est signalée comme étant à jour.</translation>
     </message>
     <message>
         <source>Nothing was sent to the printer.</source>
@@ -648,7 +648,7 @@
     <message>
         <source>Do not switch the printer off, and leave it connected until this is done.</source>
         <extracomment>Warning below the progress bar.</extracomment>
-        <translation>N’éteignez pas l’imprimante et laissez-la connectée jusqu’à la fin de l’opération.</translation>
+        <translation>N’éteignez pas l’imprimante et laissez-la connectée jusqu’à la fin de la mise à jour.</translation>
     </message>
 </context>
 <context>
@@ -703,6 +703,19 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>&amp;Fermer</translation>
+    </message>
+</context>
+<context>
+    <name>VersionsText</name>
+    <message>
+        <source>Installed version: %1, available version: %2</source>
+        <extracomment>%1 and %2 are numbers of versions of the printer&apos;s firmware</extracomment>
+        <translation>Version installée&#xa0;: %1, version disponible&#xa0;: %2</translation>
+    </message>
+    <message>
+        <source>Available version: %1</source>
+        <extracomment>%1 is the number of a version; the printer does not tell which one it has</extracomment>
+        <translation>Version disponible&#xa0;: %1</translation>
     </message>
 </context>
 </TS>

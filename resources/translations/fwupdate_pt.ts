@@ -179,12 +179,12 @@
         <translation>&amp;Detalhes</translation>
     </message>
     <message>
-        <source>C&amp;opy Details</source>
+        <source>C&amp;opy details</source>
         <extracomment>Button: copies cause and log of a failed download to the clipboard.</extracomment>
         <translation>C&amp;opiar detalhes</translation>
     </message>
     <message>
-        <source>Details C&amp;opied</source>
+        <source>Details c&amp;opied</source>
         <extracomment>The same button when it has copied them.</extracomment>
         <translation>Detalhes c&amp;opiados</translation>
     </message>
@@ -703,6 +703,19 @@
         <source>&amp;Close</source>
         <extracomment>Button: closes the alert when the printer needs no new firmware.</extracomment>
         <translation>&amp;Fechar</translation>
+    </message>
+</context>
+<context>
+    <name>VersionsText</name>
+    <message>
+        <source>Installed version: %1, available version: %2</source>
+        <extracomment>%1 and %2 are numbers of versions of the printer&apos;s firmware</extracomment>
+        <translation>Versão instalada: %1, versão disponível: %2</translation>
+    </message>
+    <message>
+        <source>Available version: %1</source>
+        <extracomment>%1 is the number of a version; the printer does not tell which one it has</extracomment>
+        <translation>Versão disponível: %1</translation>
     </message>
 </context>
 </TS>

@@ -117,7 +117,7 @@ TEST_F(FailureAlert, DetailsOpenAndAreCopiedByKeys) {
   EXPECT_THAT(shown->text(), HasSubstr(" error: The firmware download failed on the printer."));
   EXPECT_THAT(shown->text(), Not(HasSubstr("Adding printer")));
   press("alt+o");
-  button("Details Copied");
+  button("Details copied");
   EXPECT_THAT(desktop().clipboard(),
               testing::AllOf(testing::StartsWith("The firmware was not updated.\nOffice ("),
                              HasSubstr("\nThe printer refused the firmware.\n"),

@@ -92,7 +92,7 @@ TEST_F(Watching, SilenceOfANetworkPrinterIsTold) {
   keepPicture("1-asking");
   labelWith("The printer has not answered for more than 30 seconds.");
   keepPicture("2-silent");
-  EXPECT_EQ(titleHeight("Updating Firmware"), height);
+  EXPECT_GT(titleHeight("Updating Firmware"), height);
 }
 
 TEST_F(Watching, NameOf63BytesStaysInTheWindow) {

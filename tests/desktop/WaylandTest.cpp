@@ -65,7 +65,7 @@ TEST_F(OnWayland, FailureHasItsDetailsByKeys) {
   EXPECT_THAT(shown->text(), HasSubstr(" error: The firmware download failed on the printer."));
   keepPicture("2-details");
   press("alt+o");
-  button("Details Copied");
+  button("Details copied");
   answerByKey("Escape", "Close");
   EXPECT_TRUE(cell("Office").isSelected());
 }

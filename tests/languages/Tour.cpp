@@ -126,7 +126,9 @@ std::vector<QWidget*> Tour::openWindows() {
 }
 
 void Tour::see(const std::string& state) {
-  QCoreApplication::processEvents();
+  for (int layoutsInEachOther = 0; layoutsInEachOther < 3; ++layoutsInEachOther) {
+    QCoreApplication::processEvents();
+  }
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   SCOPED_TRACE(state);
   mVisitor(state);
@@ -298,6 +300,7 @@ void Tour::visit(const Visitor& visitor) {
   visitPhases();
   window("ProgressSheet").close();
   see("quit-question");
+  download().versionsKnown(210, 200);
   download().downloadEnded(DownloadOutcome::UpToDate);
   visitSheet("UpToDateSheet", "up-to-date", progress);
   visitFailures(progress);

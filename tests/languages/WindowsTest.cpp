@@ -207,6 +207,24 @@ TEST_P(WindowsIn, NothingIsLeftInEnglish) {
   }
 }
 
+// Like the addresses and versions beside them.
+TEST_P(WindowsIn, NumbersHaveLatinDigits) {
+  int numbers = 0;
+  Tour tour(GetParam());
+  tour.visit([&](const std::string&) {
+    for (const QWidget* window : Tour::openWindows()) {
+      for (const QLabel* label : window->findChildren<QLabel*>()) {
+        for (const QChar character : label->text()) {
+          if (!character.isDigit()) continue;
+          ++numbers;
+          EXPECT_LT(character.unicode(), 128) << nameOf(*label, label->text());
+        }
+      }
+    }
+  });
+  EXPECT_GT(numbers, 0);
+}
+
 // Columns of a picture, from the left, that have something on them.
 std::pair<int, int> inkOf(const QImage& image) {
   const QRgb ground = image.pixel(0, 0);

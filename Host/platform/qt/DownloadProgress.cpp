@@ -9,6 +9,7 @@
 #include "platform/qt/LiveLabel.h"
 #include "platform/qt/ProgressBar.h"
 #include "platform/qt/QtText.h"
+#include "platform/qt/VersionsText.h"
 
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
@@ -22,8 +23,8 @@ constexpr auto kRefreshEvery = 250ms;
 constexpr auto kSilence = 30s;
 
 QString sending(std::size_t bytes) {
-  const QString amount =
-      QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat);
+  const QString amount = withLatinDigits(
+      QLocale().formattedDataSize(static_cast<qint64>(bytes), 1, QLocale::DataSizeSIFormat));
   //: what happens now; %1 is an amount of data with its unit, like 8.0 MB
   return QCoreApplication::translate("DownloadProgress", "Sending %1").arg(isolate(amount));
 }
@@ -148,18 +149,21 @@ DownloadProgress::DownloadProgress(QWidget* parent) : QWidget(parent) {
   connect(&mTimer, &QTimer::timeout, this, &DownloadProgress::refresh);
 }
 
-// The amounts and times are longer than what comes.
+// The amounts and times are longer than what comes. For the long advice there is no room kept: the
+// sheet grows when it comes.
 void DownloadProgress::watch(const DownloadState& download) {
+  mVersions = dynamic_cast<LiveLabel*>(findChild<QLabel*>(QStringLiteral("versions")));
   mPhase = dynamic_cast<LiveLabel*>(findChild<QLabel*>(QStringLiteral("phase")));
   mBar = dynamic_cast<ProgressBar*>(findChild<QProgressBar*>(QStringLiteral("progress")));
   mAdvice = dynamic_cast<LiveLabel*>(findChild<QLabel*>(QStringLiteral("advice")));
-  if (mPhase == nullptr || mBar == nullptr || mAdvice == nullptr) return;
+  if (mVersions == nullptr || mPhase == nullptr || mBar == nullptr || mAdvice == nullptr) return;
   mDownload = &download;
   mUsualAdvice = mAdvice->text();
+  mVersions->keepRoomFor({longVersionsText()});
   mPhase->keepRoomFor({connecting(), askingForVersion(), choosingFirmware(), sending(888'800'000),
                        burning(58s), burning(88min), burningForTooLong()});
-  mAdvice->keepRoomFor({mUsualAdvice, adviceOnNoAnswer(), adviceOnNothingTaken(), adviceOnNoEnd()});
   connect(&download, &DownloadState::began, this, &DownloadProgress::begin);
+  connect(&download, &DownloadState::versionsChanged, this, &DownloadProgress::refresh);
   connect(&download, &DownloadState::phaseChanged, this, &DownloadProgress::refresh);
   connect(&download, &DownloadState::bytesChanged, this, &DownloadProgress::refresh);
   connect(&download, &DownloadState::ended, this, &DownloadProgress::end);
@@ -172,6 +176,7 @@ void DownloadProgress::begin() {
 
 // How much is to be sent follows the phase at once.
 void DownloadProgress::refresh() {
+  mVersions->say(versionsText(*mDownload));
   const bool isSending = mDownload->phase() == DownloadPhase::SendingFirmware;
   if (isSending && mDownload->bytesInAll() == 0) return;
   mPhase->say(phaseOf(*mDownload));

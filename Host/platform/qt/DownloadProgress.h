@@ -30,6 +30,7 @@ class DownloadProgress : public QWidget, public DownloadWatcher {
   void end();
 
   const DownloadState* mDownload = nullptr;
+  LiveLabel* mVersions = nullptr;
   LiveLabel* mPhase = nullptr;
   ProgressBar* mBar = nullptr;
   LiveLabel* mAdvice = nullptr;

@@ -18,13 +18,14 @@
 namespace platform {
 namespace {
 
-constexpr int kVisibleRows = 10;
+constexpr int kVisibleRows = 8;
+constexpr int kPictureSize = 24;
 constexpr int kSmallestColumnCharacters = 4;
 constexpr std::chrono::seconds kPatience{10};
 
-constexpr int kPlaceholderFlags = Qt::AlignLeading | Qt::TextWordWrap;
-
-int comfortableHeight(const QFontMetrics& font) { return font.height() * 3 / 2; }
+int comfortableHeight(const QFontMetrics& font) {
+  return std::max(font.height() * 3 / 2, kPictureSize + font.height() / 3);
+}
 
 // Rows that are easy to read and to hit.
 class Rows final : public QStyledItemDelegate {
@@ -91,6 +92,7 @@ ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mMode
   setItemsExpandable(false);
   setUniformRowHeights(true);
   setItemDelegate(new Rows(this));
+  setIconSize(QSize(kPictureSize, kPictureSize));
   setAllColumnsShowFocus(true);
   auto* const columns = new Header(this);
   setHeader(columns);
@@ -109,6 +111,11 @@ ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mMode
 ListControl::~ListControl() {
   disconnectProgram();
   setModel(nullptr);
+}
+
+void ListControl::setPicture(const QIcon& picture) {
+  mPicture = picture;
+  mModel.setPicture(picture);
 }
 
 void ListControl::setUpColumns() {
@@ -243,8 +250,8 @@ void ListControl::paintEvent(QPaintEvent* event) {
   QTreeView::paintEvent(event);
   if (mModel.rowCount() > 0) return;
   QPainter painter(viewport());
-  painter.setPen(palette().color(mAdvises ? QPalette::Text : QPalette::PlaceholderText));
-  painter.drawText(placeholderPlace(), kPlaceholderFlags, placeholder());
+  painter.setPen(palette().color(QPalette::Text));
+  emptyState().draw(painter, viewport()->rect());
 }
 
 void ListControl::keyPressEvent(QKeyEvent* event) {
@@ -289,7 +296,7 @@ bool ListControl::viewportEvent(QEvent* event) {
   const QString text = isEmpty ? placeholder() : index.data().toString();
   const QRect cell = isEmpty ? viewport()->rect() : visualRect(index);
   const bool cutOff =
-      isEmpty ? !cell.contains(placeholderPlace()) : sizeHintForIndex(index).width() > cell.width();
+      isEmpty ? !emptyState().fits(cell) : sizeHintForIndex(index).width() > cell.width();
   const QString lines = text.toHtmlEscaped().replace(u'\n', QLatin1String("<br>"));
   QToolTip::showText(help->globalPos(), cutOff ? "<qt>" + lines + "</qt>" : QString(), this, cell);
   return true;
@@ -334,14 +341,6 @@ QString ListControl::placeholder() const {
   return mDaemonIsMissing ? advice + u'\n' + property("adviceWithoutDaemon").toString() : advice;
 }
 
-// In the middle; its beginning shows where it is too long.
-QRect ListControl::placeholderPlace() const {
-  const int margin = fontMetrics().height();
-  const QRect room = viewport()->rect().adjusted(margin, 0, -margin, 0);
-  QRect place = fontMetrics().boundingRect(room, kPlaceholderFlags, placeholder());
-  place.moveCenter(room.center());
-  place.moveTop(std::max(place.top(), room.top()));
-  return place;
-}
+EmptyState ListControl::emptyState() const { return {placeholder(), mPicture, font()}; }
 
 }  // namespace platform

@@ -2,10 +2,11 @@
 // dynamic properties: "columns" names their codes ("lcNm lcTy lcId"); "<code>Title" and
 // "<code>Characters" give each one's title and its width in average characters, so that it grows
 // with the font. While there is no row, "placeholderText" is shown, and after ten seconds "advice",
-// with "adviceWithoutDaemon" below it where the host has no daemon that finds printers. Owned by
-// its window.
+// with "adviceWithoutDaemon" below it where the host has no daemon that finds printers.
+// "rowPicture" names the picture of a printer. Owned by its window.
 #pragma once
 
+#include <QIcon>
 #include <QItemSelectionModel>
 #include <QTimer>
 #include <QTreeView>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "platform/Toolkit.h"
+#include "platform/qt/EmptyState.h"
 #include "platform/qt/ListModel.h"
 
 namespace platform {
@@ -61,6 +63,9 @@ class ListControl : public QTreeView {
   // free for it. For a window that has its size but is not shown yet.
   void fitColumns();
 
+  // What each row begins with, and what stands in an empty list.
+  void setPicture(const QIcon& picture);
+
   QSize sizeHint() const override;
 
  protected:
@@ -98,8 +103,9 @@ class ListControl : public QTreeView {
   void advise();
   void describePlaceholder();
   QString placeholder() const;
-  QRect placeholderPlace() const;
+  EmptyState emptyState() const;
 
+  QIcon mPicture;
   ListModel mModel;
   Selection mSelection;
   Observer mObserver;

@@ -29,6 +29,12 @@ void ListModel::setColumns(std::vector<Column> columns) {
   endResetModel();
 }
 
+void ListModel::setPicture(const QIcon& picture) {
+  beginResetModel();
+  mPicture = picture;
+  endResetModel();
+}
+
 void ListModel::setCallbacks(ControlRef control, const DataBrowserCallbacks& callbacks) {
   mControl = control;
   mCallbacks = callbacks;
@@ -84,7 +90,9 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 QVariant ListModel::data(const QModelIndex& index, int role) const {
   const FourCharCode property = propertyAt(index.column());
   const ItemId item = itemAt(index.row());
-  if (role != Qt::DisplayRole || property == 0 || item == 0) return {};
+  if (property == 0 || item == 0) return {};
+  if (role == Qt::DecorationRole && index.column() == 0 && !mPicture.isNull()) return mPicture;
+  if (role != Qt::DisplayRole) return {};
   return legible(toQString(textOf(item, property)));
 }
 

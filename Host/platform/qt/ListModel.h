@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QIcon>
 #include <vector>
 
 #include "platform/Toolkit.h"
@@ -20,6 +21,9 @@ class ListModel : public QAbstractTableModel {
   using QAbstractTableModel::QAbstractTableModel;
 
   void setColumns(std::vector<Column> columns);
+
+  // Stands before each row's first text.
+  void setPicture(const QIcon& picture);
 
   // `control` is what the callbacks get. The rows are sorted and shown anew.
   void setCallbacks(ControlRef control, const DataBrowserCallbacks& callbacks);
@@ -48,6 +52,7 @@ class ListModel : public QAbstractTableModel {
   void sortAnew();
 
   std::vector<Column> mColumns;
+  QIcon mPicture;
   std::vector<ItemId> mItems;
   ControlRef mControl = ControlRef::None;
   DataBrowserCallbacks mCallbacks;

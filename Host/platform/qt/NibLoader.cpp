@@ -1,7 +1,6 @@
 #include "platform/qt/NibLoader.h"
 
 #include <QFile>
-#include <QIcon>
 #include <QLabel>
 #include <QStyle>
 #include <QUiLoader>
@@ -17,6 +16,7 @@
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/Notice.h"
 #include "platform/qt/OutcomeLine.h"
+#include "platform/qt/Pictures.h"
 #include "platform/qt/ProgressBar.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/ReportLabel.h"
@@ -54,14 +54,15 @@ class NibLoader final : public QUiLoader {
   }
 };
 
+constexpr int kPictureSize = 48;
+
 void setPicture(QLabel& label, const QString& directory) {
   const QString name = label.property("picture").toString();
   if (name.isEmpty()) return;
-  QIcon icon;
-  for (const int size : {48, 96, 192}) {
-    icon.addFile(QStringLiteral("%1/%2-%3.png").arg(directory, name).arg(size), QSize(size, size));
-  }
-  label.setPixmap(icon.pixmap(QSize(48, 48), label.devicePixelRatio()));
+  const QVariant own = label.property("pictureSize");
+  const int size = own.isValid() ? own.toInt() : kPictureSize;
+  label.setPixmap(
+      pictureNamed(name, directory).pixmap(QSize(size, size), label.devicePixelRatio()));
 }
 
 // Left to itself, a label puts a printer's Latin name on the left of a window that begins on the
@@ -84,7 +85,10 @@ std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& p
     setPicture(*label, pictures);
     alignWithWindow(*label);
   }
-  for (ListControl* list : window->findChildren<ListControl*>()) list->setUpColumns();
+  for (ListControl* list : window->findChildren<ListControl*>()) {
+    list->setPicture(pictureNamed(list->property("rowPicture").toString(), pictures));
+    list->setUpColumns();
+  }
   return window;
 }
 

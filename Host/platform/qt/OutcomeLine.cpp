@@ -34,7 +34,8 @@ void OutcomeLine::tellOutcome(const DownloadState& download) {
   if (download.outcome() == DownloadOutcome::Succeeded && download.versions()) {
     mPrinter = legible(toQString(download.printer()));
     mInfo = legible(toQString(download.info()));
-    const QString time = QLocale().toString(QTime::currentTime(), QLocale::ShortFormat);
+    const QString time =
+        withLatinDigits(QLocale().toString(QTime::currentTime(), QLocale::ShortFormat));
     //: the line below the list; %1 is a printer like "Office (10.0.0.5)", %3 a time of day
     mSentence = QCoreApplication::translate("OutcomeLine", "%1 was updated to version %2 at %3.")
                     .arg(u"%1", QString::number(download.versions()->firmware), isolate(time));
@@ -45,6 +46,9 @@ void OutcomeLine::tellOutcome(const DownloadState& download) {
   setAccessibleName(withoutMarks(whole));
   setText({});
   say(fitting());
+  if (auto* const mark = parentWidget()->findChild<QLabel*>(property("mark").toString())) {
+    mark->setVisible(!mSentence.isEmpty());
+  }
 }
 
 int OutcomeLine::heightForWidth(int width) const { return heightOf(QStringLiteral("\n"), width); }

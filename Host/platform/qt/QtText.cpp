@@ -60,6 +60,15 @@ QString withoutMarks(const QString& line) {
   return read;
 }
 
+QString withLatinDigits(const QString& number) {
+  constexpr QChar kArabicDecimalSeparator(0x066B);
+  QString latin;
+  for (const QChar character : number) {
+    latin += character.isDigit() ? QChar(u'0' + character.digitValue()) : character;
+  }
+  return latin.replace(kArabicDecimalSeparator, u'.');
+}
+
 QString printerInSentence(const QString& name, const QString& address) {
   //: in place of a printer's name in a sentence: "%1 was updated to version ..."
   const QString nameless = QCoreApplication::translate("QtText", "A printer without a name");

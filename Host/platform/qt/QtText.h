@@ -43,6 +43,10 @@ QString isolate(const QString& value);
 // The same text for whoever does not look at it: without the marks for its layout.
 QString withoutMarks(const QString& line);
 
+// An amount or a time with the digits that printers, addresses and versions have everywhere: one
+// text does not mix two kinds of them.
+QString withLatinDigits(const QString& number);
+
 // Lets the words be broken that are too long for a line, by marks that do not show. A word goes to
 // where its script lets a line end: in Japanese or Chinese that is after most characters.
 QString breakable(const QString& line, const std::function<bool(const QString& word)>& isTooLong);

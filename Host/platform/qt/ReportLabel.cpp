@@ -8,6 +8,7 @@
 #include "platform/qt/DownloadState.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/ShownLine.h"
+#include "platform/qt/VersionsText.h"
 
 namespace platform {
 namespace {
@@ -45,6 +46,7 @@ QString sentence(const char* text, const std::string& subject) {
 
 QString reported(const QString& what, const DownloadState& download) {
   if (what == u"printer") return printerOf(download);
+  if (what == u"versions") return versionsText(download);
   const std::optional<FailureCause> cause = causeIn(download);
   if (!cause) return {};
   if (what == u"headline") return sentence(cause->headline, cause->subject);

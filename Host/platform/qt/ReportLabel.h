@@ -1,7 +1,7 @@
 // A label of an alert that says something of the download which the alert is about (a ReportLabel
 // in an interface file, promoted from QLabel). Its dynamic property "reports" says what:
-// "headline", "printer", "cause" or "nextStep". What the file has as its text stands where there is
-// nothing else to say; a label without any text hides. Owned by its window.
+// "headline", "printer", "versions", "cause" or "nextStep". What the file has as its text stands
+// where there is nothing else to say; a label without any text hides. Owned by its window.
 #pragma once
 
 #include <QLabel>

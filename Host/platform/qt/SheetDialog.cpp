@@ -14,7 +14,7 @@
 namespace platform {
 namespace {
 
-constexpr int kWidthInCharacters = 62;
+constexpr int kWidthInCharacters = 70;
 
 }  // namespace
 

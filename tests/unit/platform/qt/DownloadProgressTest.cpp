@@ -83,6 +83,17 @@ TEST_F(DownloadProgressTest, PhasesAreSaidInWords) {
   EXPECT_EQ(advice(), kUsualAdvice);
 }
 
+TEST_F(DownloadProgressTest, VersionsAreSaidWhenTheyAreKnown) {
+  begin(DownloadPhase::AskingForVersion);
+  EXPECT_EQ(said("versions"), "");
+  mState.versionsKnown(190, 200);
+  EXPECT_EQ(said("versions"), "Installed version: 190, available version: 200");
+  begin(DownloadPhase::AskingForVersion);
+  EXPECT_EQ(said("versions"), "");
+  mState.versionsKnown(0, 200);
+  EXPECT_EQ(said("versions"), "Available version: 200");
+}
+
 TEST_F(DownloadProgressTest, TimeForWritingIsRoundedUp) {
   const std::string begin = "The printer is writing its memory: this may take up to ";
   burn(3s);
@@ -223,7 +234,7 @@ TEST_F(DownloadProgressTest, PhaseAndAdviceAreAlerts) {
   }
 }
 
-// Whatever is said, the sheet keeps its size and its parts their places.
+// Whatever is said, the bar keeps its place, and so does all else until long advice needs room.
 TEST_F(DownloadProgressTest, NothingJumps) {
   showMain();
   const platform::WindowRef sheet = create("ProgressSheet");
@@ -234,10 +245,16 @@ TEST_F(DownloadProgressTest, NothingJumps) {
   const QRect before = bar().geometry();
   const QSize size = shown.size();
   burn(48s);
-  pass(78s);
+  mState.versionsKnown(190, 200);
   settle();
   EXPECT_EQ(bar().geometry(), before);
   EXPECT_EQ(shown.size(), size);
+  pass(78s);
+  settle();
+  settle();  // the layout around that of the progress
+  EXPECT_EQ(bar().geometry(), before);
+  EXPECT_EQ(shown.width(), size.width());
+  EXPECT_GT(shown.height(), size.height());
   const auto* const label = mProgress->findChild<QLabel*>("advice");
   EXPECT_LE(label->heightForWidth(label->width()), label->height());
 }

@@ -136,12 +136,21 @@ TEST_F(QtFailureAlert, UpToDateNamesThePrinter) {
   EXPECT_EQ(says("advice", "UpToDateSheet"), "hidden");
 }
 
+TEST_F(QtFailureAlert, UpToDateSaysBothVersions) {
+  mObservers.downloadBegan(Text::fromUtf8("Office"), Text::fromUtf8("10.0.0.5"));
+  mObservers.versionsKnown(210, 200);
+  end(DownloadOutcome::UpToDate, "UpToDateSheet");
+  EXPECT_EQ(says("versions", "UpToDateSheet"), "Installed version: 210, available version: 200");
+}
+
 TEST_F(QtFailureAlert, DamagedFileIsNotUpToDate) {
   mObservers.downloadBegan(Text::fromUtf8("Office"), Text());
+  mObservers.versionsKnown(210, 0);
   mHistory.write(3, "Invalid platform ID version: got 2, expected 3");
   end(DownloadOutcome::UpToDate, "UpToDateSheet");
   EXPECT_EQ(says("headline", "UpToDateSheet"), "Nothing was sent to the printer.");
   EXPECT_EQ(says("explanation", "UpToDateSheet"), "The file with the firmware is damaged.");
+  EXPECT_EQ(says("versions", "UpToDateSheet"), "hidden");
   EXPECT_EQ(says("advice", "UpToDateSheet"),
             "Install the printer’s firmware again, then try again.");
 }
@@ -208,7 +217,7 @@ TEST_F(QtFailureAlert, CopyHasEverythingThatIsSaid) {
                                   "Install the printer’s firmware again, then try again.\n"));
   EXPECT_THAT(QGuiApplication::clipboard()->text().toStdString(),
               EndsWith(" error: Failed to load firmware file."));
-  EXPECT_EQ(copy().text(), "Details C&opied");
+  EXPECT_EQ(copy().text(), "Details c&opied");
 }
 
 }  // namespace

@@ -107,6 +107,13 @@ TEST_F(InterfaceFiles, EmptyListSaysThatItLooksForPrinters) {
   EXPECT_EQ(accessible->text(QAccessible::Description).toStdString(), "");
 }
 
+TEST_F(InterfaceFiles, RowsBeginWithAPicture) {
+  fillList(1);
+  const QModelIndex row = list().model()->index(0, 0);
+  EXPECT_FALSE(row.data(Qt::DecorationRole).value<QIcon>().isNull());
+  EXPECT_FALSE(row.siblingAtColumn(1).data(Qt::DecorationRole).isValid());
+}
+
 class EmptyList : public InterfaceFiles {
  protected:
   QTimer& timer() { return *list().findChild<QTimer*>("adviceTimer"); }

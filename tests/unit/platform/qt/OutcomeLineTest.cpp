@@ -81,6 +81,16 @@ TEST_F(OutcomeLineTest, NameIsIsolatedAndLegible) {
       << line().text().toStdString();
 }
 
+TEST_F(OutcomeLineTest, SuccessIsMarked) {
+  const QLabel& mark = *window("PrinterSelectWindow")->findChild<QLabel*>("outcomeMark");
+  EXPECT_FALSE(mark.isVisible());
+  end(DownloadOutcome::Succeeded);
+  EXPECT_TRUE(mark.isVisible());
+  EXPECT_EQ(mark.pixmap(Qt::ReturnByValue).deviceIndependentSize(), QSizeF(16, 16));
+  end(DownloadOutcome::Failed);
+  EXPECT_FALSE(mark.isVisible());
+}
+
 TEST_F(OutcomeLineTest, MovesNothing) {
   const QRect before = list().geometry();
   const QRect button = this->button("PrinterSelectWindow", "Down"_4cc)->geometry();

@@ -32,6 +32,12 @@ TEST(QtText, ByteOrderMarkAtTheBeginningIsACharacter) {
             QStringLiteral("\uFEFFKX350T"));
 }
 
+TEST(QtText, DigitsOfAmountsAndTimesAreLatin) {
+  EXPECT_EQ(platform::withLatinDigits(QStringLiteral("٨٫٠ م.ب")), u"8.0 م.ب");
+  EXPECT_EQ(platform::withLatinDigits(QStringLiteral("٤:٠٣ ص")), u"4:03 ص");
+  EXPECT_EQ(platform::withLatinDigits(QStringLiteral("1.234,5 m²")), u"1.234,5 m²");
+}
+
 TEST(QtText, NamesStayAsTheyAre) {
   for (const char* name :
        {"Büro 3", "Empfang, 2. Stock", "طابعة المكتب 350T", "מדפסת 3", "打印机", "プリンター",
