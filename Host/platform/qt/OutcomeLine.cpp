@@ -5,7 +5,9 @@
 #include <QTextBoundaryFinder>
 #include <QTime>
 #include <algorithm>
+#include <new>
 
+#include "platform/FailureCause.h"
 #include "platform/qt/DownloadState.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/ShownLine.h"
@@ -23,17 +25,34 @@ QString cutTo(const QString& shown, const QString& whole) {
   return shown.size() == whole.size() ? whole : shown + u'…';
 }
 
+// For a download that had no first step comes no alert. The one thing that can keep it from
+// starting is that there is no memory.
+QString sentenceOnNoStart() {
+  const FailureCause cause = causeOfFailure({{LogHistory::kError, {}, "std::bad_alloc"}}, false);
+  return QStringLiteral("%1: ") + QCoreApplication::translate("FailureCause", cause.cause) + u' ' +
+         QCoreApplication::translate("FailureCause", cause.nextStep);
+}
+
 }  // namespace
 
 void OutcomeLine::watch(const DownloadState& download) {
-  connect(&download, &DownloadState::ended, this, [this, &download] { tellOutcome(download); });
+  connect(&download, &DownloadState::ended, this, [this, &download] {
+    try {
+      tellOutcome(download);
+    } catch (const std::bad_alloc&) {
+      return;  // the log has it
+    }
+  });
 }
 
 void OutcomeLine::tellOutcome(const DownloadState& download) {
   mSentence.clear();
-  if (download.outcome() == DownloadOutcome::Succeeded && download.versions()) {
-    mPrinter = legible(toQString(download.printer()));
-    mInfo = legible(toQString(download.info()));
+  mPrinter = legible(toQString(download.printer()));
+  mInfo = legible(toQString(download.info()));
+  const bool succeeded = download.outcome() == DownloadOutcome::Succeeded && download.versions();
+  if (download.outcome() == DownloadOutcome::Failed && !download.phase()) {
+    mSentence = sentenceOnNoStart();
+  } else if (succeeded) {
     const QString time =
         withLatinDigits(QLocale().toString(QTime::currentTime(), QLocale::ShortFormat));
     //: the line below the list; %1 is a printer like "Office (10.0.0.5)", %3 a time of day
@@ -47,7 +66,7 @@ void OutcomeLine::tellOutcome(const DownloadState& download) {
   setText({});
   say(fitting());
   if (auto* const mark = parentWidget()->findChild<QLabel*>(property("mark").toString())) {
-    mark->setVisible(!mSentence.isEmpty());
+    mark->setVisible(succeeded);
   }
 }
 

@@ -1,7 +1,8 @@
 // The line in a window that says which printer was updated last, and when (an OutcomeLine in an
-// interface file, promoted from QLabel). Empty when the last download was no success. It has two
-// lines' height, whatever it says: a name that is too long for that is cut, but for assistive
-// technology and in the tool tip. Owned by its window.
+// interface file, promoted from QLabel), or that a download could not start. Empty when the last
+// one ended with an alert. The label that its dynamic property "mark" names is there after a
+// success. It has two lines' height, whatever it says: a name that is too long for that is cut, but
+// for assistive technology and in the tool tip. Owned by its window.
 #pragma once
 
 #include <QString>

@@ -23,6 +23,7 @@ class OutcomeLineTest : public QtWindows {
            const Text& info = Text::fromUtf8("10.0.0.5")) {
     platform::DownloadObserver& observer = mApplication->downloadObserver();
     observer.downloadBegan(name, info);
+    observer.phaseBegan(platform::DownloadPhase::Connecting, {});
     observer.versionsKnown(100, 200);
     observer.downloadEnded(outcome);
     settle();
@@ -79,6 +80,19 @@ TEST_F(OutcomeLineTest, NameIsIsolatedAndLegible) {
   EXPECT_TRUE(line().text().startsWith(
       u"\u2068Evil\uFFFDtxt.exe\uFFFD(%1)\u2069 (\u206810.0.0.5\u2069) was updated"))
       << line().text().toStdString();
+}
+
+// No alert comes of it.
+TEST_F(OutcomeLineTest, DownloadThatDidNotStartIsTold) {
+  platform::DownloadObserver& observer = mApplication->downloadObserver();
+  observer.downloadBegan(Text::fromUtf8("Office"), Text::fromUtf8("10.0.0.5"));
+  observer.downloadEnded(DownloadOutcome::Failed);
+  settle();
+  EXPECT_EQ(shown(),
+            "Office (10.0.0.5): This computer ran out of memory. Close other programs, then try "
+            "again.");
+  EXPECT_EQ(readOut(), shown());
+  EXPECT_FALSE(window("PrinterSelectWindow")->findChild<QLabel*>("outcomeMark")->isVisible());
 }
 
 TEST_F(OutcomeLineTest, SuccessIsMarked) {
