@@ -122,7 +122,8 @@ void IdleInhibition::signalled(DBusMessage* signal) {
 void IdleInhibition::closed() {
   mAsking = false;
   mGiveBack.reset();
-  mDeferred.post([this] { mBus.reset(); });
+  mClosed = std::move(mBus);
+  mDeferred.post([this] { mClosed.reset(); });
 }
 
 }  // namespace platform

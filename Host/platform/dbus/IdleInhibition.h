@@ -39,6 +39,7 @@ class IdleInhibition : private BusConnection::Listener {
   bool mAsking = false;  // the answer is still to come
   BusMessage mGiveBack;  // the call that ends it; null when nothing was given
   std::unique_ptr<BusConnection> mBus;
+  std::unique_ptr<BusConnection> mClosed;  // goes when it is not calling any more
   DeferredCalls mDeferred;
 };
 

@@ -124,4 +124,17 @@ TEST_F(IdleInhibitionTest, TheNextDownloadFindsTheBusThatHasReturned) {
   EXPECT_EQ(news(), "screensaver fwupdate | Why.");
 }
 
+TEST_F(IdleInhibitionTest, TheNextDownloadFindsTheBusThatWentWithoutAnAnswer) {
+  offerDesktop({"screensaver=waits"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "waiting Inhibit");
+  sessionBus.stop();
+  ASSERT_TRUE(runLoop.runUntil([&] { return runLoop.enabledWatches() == 0; }));
+  inhibition->end();
+  sessionBus.start();
+  offerDesktop({"screensaver"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+}
+
 }  // namespace
