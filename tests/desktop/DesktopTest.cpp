@@ -67,8 +67,8 @@ void DesktopTest::startProgramAt(const path& executable,
   if (mCompositor) {
     const ChildProcess::Environment& added = mCompositor->environment();
     all.insert(all.end(), added.begin(), added.end());
-    all.emplace_back("LSAN_OPTIONS", "print_suppressions=0:suppressions=" WAYLAND_LEAKS);
   }
+  all.emplace_back("LSAN_OPTIONS", "print_suppressions=0:suppressions=" KNOWN_LEAKS);
   all.insert(all.end(), environment.begin(), environment.end());
   all.emplace_back("LC_ALL", "C.UTF-8");
   mProgram = std::make_unique<ChildProcess>(std::vector<std::string>{executable.string(), "-e"},
