@@ -1,39 +1,53 @@
 #include "AttachedDevice.h"
 
 #include <utility>
+#include <vector>
 
 #include "Branding.h"
 #include "QuillUsbDeviceFinderSync.h"
 
 namespace {
 
+// Compares the serial number itself: to the one that it stands on, none is any.
 class Finder final : private QuillUsbDeviceFinderSync {
  public:
-  explicit Finder(const std::string& serial)
-      : QuillUsbDeviceFinderSync(Branding::sUsbVendorId, Branding::sUsbProductId, serial) {}
+  explicit Finder(const Target& printer)
+      : QuillUsbDeviceFinderSync(Branding::sUsbVendorId, Branding::sUsbProductId),
+        mPrinter(printer) {}
 
-  std::optional<QuillUsbDevice> find() {
+  std::vector<QuillUsbDevice> find() {
     findAttached();
     return std::move(mFound);
   }
 
  private:
   void notifyDeviceFound(QuillUsbDevice& device) override {
-    if (!mFound) mFound.emplace(device);
+    if (device.getSerialNum() == mPrinter.serial &&
+        device.getManufacturer() + " " + device.getProduct() == mPrinter.name) {
+      mFound.push_back(device);
+    }
   }
 
-  std::optional<QuillUsbDevice> mFound;
+  const Target& mPrinter;
+  std::vector<QuillUsbDevice> mFound;
 };
 
 }  // namespace
 
-std::optional<QuillUsbDevice> attachedDevice(const std::string& serial) {
-  return Finder(serial).find();
-}
-
-platform::FailureCause causeOfAbsence() {
-  return {nullptr,
-          "The printer is no longer attached.",
-          "Plug it in and switch it on, then try again.",
-          {}};
+std::optional<QuillUsbDevice> attachedDevice(const Target& printer,
+                                             platform::FailureCause& whyNot) {
+  const std::vector<QuillUsbDevice> found = Finder(printer).find();
+  if (found.size() == 1) return found.front();
+  if (found.empty()) {
+    whyNot = {nullptr,
+              "The printer is no longer attached.",
+              "Plug it in and switch it on, then try again.",
+              {}};
+  } else {
+    whyNot = {nullptr,
+              "Another attached printer cannot be told apart from this one.",
+              "Unplug the other one, then try again.",
+              {}};
+  }
+  return std::nullopt;
 }

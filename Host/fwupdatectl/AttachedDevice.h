@@ -2,14 +2,12 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
 #include "QuillUsbDevice.h"
+#include "Target.h"
 #include "platform/FailureCause.h"
 
-// The first attached printer with this serial number; none when it has left. Needs the platform's
-// USB registry.
-std::optional<QuillUsbDevice> attachedDevice(const std::string& serial);
-
-// What to say of one that has left.
-platform::FailureCause causeOfAbsence();
+// The attached printer of this name and serial number. None when it has left, or when another one
+// that is attached has both, too: no firmware goes to one of two that cannot be told apart.
+// `whyNot` says which it is. Needs the platform's USB registry.
+std::optional<QuillUsbDevice> attachedDevice(const Target& printer, platform::FailureCause& whyNot);

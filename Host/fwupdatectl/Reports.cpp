@@ -58,7 +58,7 @@ ordered_json withPrinter(const Target& printer, const ordered_json& members) {
 
 std::string labelOf(const Target& printer) {
   const std::string& place = printer.serial.empty() ? printer.address : printer.serial;
-  return legibleText(printer.name + " (" + place + ")");
+  return legibleText(place.empty() ? printer.name : printer.name + " (" + place + ")");
 }
 
 std::string sentenceOf(const Target& printer, const UpdateResult& result) {

@@ -46,9 +46,10 @@ int runVersionWorker(ToolHost& host, const Target& target) {
   std::optional<QuillUsbDevice> device;
   if (target.connection == Target::Connection::Usb) {
     host.useUsb();
-    device = attachedDevice(target.serial);
+    platform::FailureCause whyNot;
+    device = attachedDevice(target, whyNot);
     if (!device) {
-      writeLine(std::cout, jsonEvent("cause", toJson(causeOfAbsence())));
+      writeLine(std::cout, jsonEvent("cause", toJson(whyNot)));
       return EXIT_FAILURE;
     }
   }

@@ -63,8 +63,8 @@ class Told final : public platform::DownloadObserver {
  public:
   std::optional<DownloadOutcome> outcome() const { return mOutcome; }
 
-  // Of a printer that left before its download.
-  static void sayGone() noexcept { say("cause", toJson(causeOfAbsence())); }
+  // Of a printer that gets no download.
+  static void sayWhyNot(const platform::FailureCause& why) noexcept { say("cause", toJson(why)); }
 
   void downloadBegan(const platform::Text&, const platform::Text&) noexcept override {}
   void phaseBegan(DownloadPhase phase, std::chrono::milliseconds bound) noexcept override {
@@ -109,14 +109,14 @@ class Told final : public platform::DownloadObserver {
   bool mFirmwareWasSent = false;
 };
 
-// Null when it is not attached any more.
-OwnedPrinter printerFor(ToolHost& host, const Target& target) {
+// Null, with the reason, for one on USB that is not to be had.
+OwnedPrinter printerFor(ToolHost& host, const Target& target, platform::FailureCause& whyNot) {
   if (target.connection == Target::Connection::Network) {
     return OwnedPrinter(
         Printer::create(platform::Text::fromUtf8(target.name), addressRecord(target.address)));
   }
   host.useUsb();
-  std::optional<QuillUsbDevice> device = attachedDevice(target.serial);
+  std::optional<QuillUsbDevice> device = attachedDevice(target, whyNot);
   return OwnedPrinter(device ? Printer::create(*device) : nullptr);
 }
 
@@ -126,9 +126,10 @@ int runWorker(ToolHost& host, const Target& target) {
   Told told;
   host.add(told);
   host.useLocks();
-  const OwnedPrinter printer = printerFor(host, target);
+  platform::FailureCause whyNot;
+  const OwnedPrinter printer = printerFor(host, target, whyNot);
   if (!printer) {
-    Told::sayGone();
+    Told::sayWhyNot(whyNot);
     return EXIT_FAILURE;
   }
   Download(host).run([&](FirmwareDownloader& downloader) { printer->download(downloader); });

@@ -102,7 +102,9 @@ WorkerProcess::~WorkerProcess() {
 }
 
 void WorkerProcess::terminate() const {
-  if (mProcessWatch) kill(mProcess, SIGTERM);
+  if (!mProcessWatch) return;
+  kill(mProcess, SIGTERM);
+  kill(mProcess, SIGCONT);  // one that is stopped could not heed it
 }
 
 void WorkerProcess::readEvents() {

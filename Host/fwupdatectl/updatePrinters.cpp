@@ -7,6 +7,7 @@
 #include <memory>
 #include <set>
 #include <stdexcept>
+#include <tuple>
 #include <utility>
 
 #include "PrinterDirectory.h"
@@ -17,6 +18,7 @@
 #include "commands.h"
 #include "endOfSearch.h"
 #include "failure.h"
+#include "giveBackPrinters.h"
 #include "legibleText.h"
 
 namespace {
@@ -47,11 +49,12 @@ Printers named(const Printers& printers, const std::string& name) {
   return found;
 }
 
+bool isOnUsb(const Target& printer) { return printer.connection == Target::Connection::Usb; }
+
 Printers withSerial(const Printers& printers, const std::string& serial) {
   Printers found;
-  std::ranges::copy_if(printers, std::back_inserter(found), [&](const Target& each) {
-    return each.connection == Target::Connection::Usb && each.serial == serial;
-  });
+  std::ranges::copy_if(printers, std::back_inserter(found),
+                       [&](const Target& each) { return isOnUsb(each) && each.serial == serial; });
   return found;
 }
 
@@ -102,11 +105,25 @@ Printers lookForPrinters(ToolHost& host, const Options& options) {
   return directory.printers();
 }
 
-void addOnly(Printers& chosen, const Printers& found, const std::string& what) {
+// Those that can be told apart.
+Printers withoutRepeats(const Printers& chosen) {
+  Printers once;
+  std::set<std::tuple<Target::Connection, std::string, std::string>> seen;
+  for (const Target& each : chosen) {
+    const std::string& name = each.address.empty() ? each.name : each.address;
+    if (seen.emplace(each.connection, name, each.serial).second) once.push_back(each);
+  }
+  return once;
+}
+
+// `advice` is for several of them that can be told apart.
+void addOnly(Printers& chosen, const Printers& found, const std::string& what, const char* advice) {
   if (found.empty()) throw NoSuchPrinter("No printer " + what + " was found.");
   if (found.size() > 1) {
-    throw NoSuchPrinter(
-        "There are several printers " + what + ". Name one by --address or --serial:", found);
+    const bool isOneAsTheOther = withoutRepeats(found).size() == 1;
+    throw NoSuchPrinter("There are several printers " + what + ". " +
+                            (isOneAsTheOther ? "Unplug all of them but one:" : advice),
+                        found);
   }
   chosen.push_back(found.front());
 }
@@ -125,22 +142,14 @@ Printers choose(ToolHost& host, const Options& options) {
     if (chosen.empty()) throw NoSuchPrinter("No printer was found.");
   }
   for (const std::string& each : options.names) {
-    addOnly(chosen, named(found, each), "named \"" + legibleText(each) + "\"");
+    addOnly(chosen, named(found, each), "named \"" + legibleText(each) + "\"",
+            "Name one by --address or --serial:");
   }
   for (const std::string& each : options.serials) {
-    addOnly(chosen, withSerial(found, each), "with the serial number " + legibleText(each));
+    addOnly(chosen, withSerial(found, each), "with the serial number " + legibleText(each),
+            "Give the name of one:");
   }
   return chosen;
-}
-
-// Named twice is meant once.
-Printers withoutRepeats(const Printers& chosen) {
-  Printers once;
-  std::set<std::pair<std::string, std::string>> seen;
-  for (const Target& each : chosen) {
-    if (seen.emplace(each.address, each.serial).second) once.push_back(each);
-  }
-  return once;
 }
 
 bool isTerminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1; }
@@ -149,7 +158,7 @@ bool isTerminal() { return isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) ==
 Printers confirmed(const Printers& chosen, const Options& options) {
   Printers agreed;
   for (const Target& each : chosen) {
-    if (each.connection == Target::Connection::Usb || options.yes) {
+    if (isOnUsb(each) || options.yes) {
       agreed.push_back(each);
       continue;
     }
@@ -215,6 +224,7 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
   });
   run.start([&host] { host.events().quitApplicationEventLoop(); });
   host.events().runApplicationEventLoop();
+  if (report.status() != kDone && std::ranges::any_of(printers, isOnUsb)) giveBackPrinters();
   return run.isInterrupted() ? failByInterruption(options.output) : report.status();
 }
 

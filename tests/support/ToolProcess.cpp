@@ -18,7 +18,7 @@ const std::string& ToolProcess::readLine() {
 
 void ToolProcess::readUntil(const std::string& line) {
   while (mLines.empty() || mLines.back() != line) {
-    ASSERT_NE(readLine(), "") << "ended before: " << line;
+    ASSERT_NE(readLine(), "") << "ended before: " << line << '\n' << testing::PrintToString(mLines);
   }
 }
 

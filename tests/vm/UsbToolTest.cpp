@@ -15,6 +15,7 @@
 #include "ToolProcess.h"
 #include "UsbPrinterProcess.h"
 #include "UsbSysfs.h"
+#include "VirtualPrinterProcess.h"
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
@@ -23,6 +24,7 @@ using testing::IsEmpty;
 namespace {
 
 constexpr char kUpdate[] = "update 'Veltra KX350T'";
+constexpr char kUpdateBySerial[] = "update --serial VP000001";
 const std::string kLabel = "Veltra KX350T (VP000001): ";
 const std::string kWriting = kLabel + "the printer is writing its memory";
 const std::string kUpdated = kLabel + "updated to version 200 (was 100)";
@@ -63,10 +65,16 @@ class FwupdatectlOnUsb : public testing::Test {
 
   // Until the tool says that the printer writes its memory.
   std::unique_ptr<ToolProcess> startToBurn() const {
-    auto tool = start(kUpdate);
+    auto tool = start(kUpdateBySerial);
     tool->readUntil(kWriting);
     EXPECT_EQ(kernelDriver(), "usbfs");
     return tool;
+  }
+
+  // The process of the one download.
+  static pid_t downloadOf(const ToolProcess& tool) {
+    const std::string number = std::to_string(tool.pid());
+    return std::stoi(contentOf("/proc/" + number + "/task/" + number + "/children"));
   }
 
   static void waitUntil(const std::function<bool()>& done, const char* otherwise) {
@@ -75,6 +83,11 @@ class FwupdatectlOnUsb : public testing::Test {
 
   static void awaitPrinter(const std::string& serial = "VP000001") {
     waitUntil([&] { return kernelDriver(serial) == "usblp"; }, "the printer is not there");
+  }
+
+  void awaitPrinters(std::size_t count) const {
+    waitUntil([&] { return linesOf(tool("list --wait 1").output).size() == count; },
+              "the printers are not there");
   }
 
  private:
@@ -105,10 +118,10 @@ TEST_F(FwupdatectlOnUsb, IsUpdatedBySerialNumberAmongOthersOfItsName) {
   const Outcome unclear = tool("update --wait 0.5 'Veltra KX350T'");
   EXPECT_EQ(unclear.status, 3);
   EXPECT_EQ(unclear.errors,
-            "fwupdatectl: There are several printers named \"Veltra KX350T\":\n"
+            "fwupdatectl: There are several printers named \"Veltra KX350T\". Name one by "
+            "--address or --serial:\n"
             "  Veltra KX350T (VP000001)\n"
-            "  Veltra KX350T (VP000002)\n"
-            "Name one by --address or --serial.\n");
+            "  Veltra KX350T (VP000002)\n");
   EXPECT_EQ(tool("update --serial VP000002").status, 0);
   expectBurned(second);
   EXPECT_THAT(first.receivedMessages(), IsEmpty());
@@ -119,7 +132,7 @@ TEST_F(FwupdatectlOnUsb, InUseByAnotherProgramIsSaidWithItsName) {
   awaitPrinter();
   {
     const OtherProcess other("ipp-usb", "VP000001", 1);
-    const Outcome outcome = tool(kUpdate);
+    const Outcome outcome = tool(kUpdateBySerial);
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors,
               kLabel +
@@ -127,7 +140,7 @@ TEST_F(FwupdatectlOnUsb, InUseByAnotherProgramIsSaidWithItsName) {
                   "with the command “systemctl stop ipp-usb”, then try again.\n");
     EXPECT_THAT(printer.receivedMessages(), IsEmpty());
   }
-  EXPECT_EQ(tool(kUpdate).status, 0);
+  EXPECT_EQ(tool(kUpdateBySerial).status, 0);
   expectBurned(printer);
 }
 
@@ -136,7 +149,7 @@ TEST_F(FwupdatectlOnUsb, WithoutARightOnTheDeviceItIsListedAndNotUpdated) {
   awaitPrinter();
   const std::string nobody = "setpriv --reuid=65534 --regid=65534 --clear-groups";
   EXPECT_EQ(tool("list --wait 0.2", nobody).output, "Veltra KX350T\tUSB\tVP000001\n");
-  const Outcome outcome = tool(kUpdate, nobody);
+  const Outcome outcome = tool(kUpdateBySerial, nobody);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.errors,
             kLabel +
@@ -154,12 +167,12 @@ TEST_F(FwupdatectlOnUsb, UnpluggedDuringASendFailsAndIsUpdatedOnceItIsBack) {
   UsbPrinterProcess printer({"--fault", "unplug@burn-header=300", "--faulty-conversations", "1",
                              "--burn-seconds", "0.2"});
   watching->readUntil("+\tVeltra KX350T\tUSB\tVP000001");
-  const Outcome outcome = tool(kUpdate);
+  const Outcome outcome = tool(kUpdateBySerial);
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.errors, testing::StartsWith(kLabel + "failed: The "));
   watching->readUntil("-\tVeltra KX350T\tUSB\tVP000001");
   watching->readUntil("+\tVeltra KX350T\tUSB\tVP000001");
-  EXPECT_EQ(tool(kUpdate).status, 0);
+  EXPECT_EQ(tool(kUpdateBySerial).status, 0);
   expectBurned(printer);
   watching->signal(SIGINT);
   watching->readUntil("status 130");
@@ -168,7 +181,7 @@ TEST_F(FwupdatectlOnUsb, UnpluggedDuringASendFailsAndIsUpdatedOnceItIsBack) {
 TEST_F(FwupdatectlOnUsb, UnpluggedWhileItBurnsIsNotConfirmed) {
   const UsbPrinterProcess printer({"--fault", "unplug@burned", "--burn-seconds", "0.5"});
   awaitPrinter();
-  const Outcome outcome = tool(kUpdate);
+  const Outcome outcome = tool(kUpdateBySerial);
   EXPECT_EQ(outcome.status, 1);
   // Which call it is that meets the end of the device is a matter of chance.
   EXPECT_THAT(outcome.errors,
@@ -195,10 +208,12 @@ TEST_F(FwupdatectlOnUsb, FirstInterruptWaitsForTheEndOfTheBurn) {
   expectBurned(printer);
 }
 
+// Also where the process of the download cannot go on, as it is when somebody has stopped it.
 TEST_F(FwupdatectlOnUsb, SecondInterruptGivesThePrinterBackAtOnce) {
   const UsbPrinterProcess printer({"--burn-seconds", "60"});
   awaitPrinter();
   const auto tool = startToBurn();
+  ASSERT_EQ(kill(downloadOf(*tool), SIGSTOP), 0);
   tool->signal(SIGINT);
   tool->signal(SIGINT);
   tool->readUntil(kLabel +
@@ -206,6 +221,79 @@ TEST_F(FwupdatectlOnUsb, SecondInterruptGivesThePrinterBackAtOnce) {
                   "its memory.");
   tool->readUntil("status 130");
   EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+TEST_F(FwupdatectlOnUsb, KilledToolLetsTheBurnEnd) {
+  const UsbPrinterProcess printer({"--burn-seconds", "1", "--hang-up-seconds", "60"});
+  awaitPrinter();
+  startToBurn()->signal(SIGKILL);
+  waitUntil([&] { return printer.count("burn") == 1; }, "it does not burn");
+  awaitPrinter();
+  expectBurned(printer);
+}
+
+TEST_F(FwupdatectlOnUsb, KilledDownloadGivesThePrinterBack) {
+  const UsbPrinterProcess printer({"--burn-seconds", "60"});
+  awaitPrinter();
+  const auto tool = startToBurn();
+  ASSERT_EQ(kill(downloadOf(*tool), SIGKILL), 0);
+  tool->readUntil(kLabel + "failed: The update ended unexpectedly: Killed.");
+  tool->readUntil("status 1");
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+// Several. --------------------------------------------------------------------------------------
+
+TEST_F(FwupdatectlOnUsb, OnesThatCannotBeToldApartGetNothing) {
+  const UsbPrinterProcess first;
+  const UsbPrinterProcess second;
+  awaitPrinters(2);
+  const std::string advice =
+      ". Unplug all of them but one:\n  Veltra KX350T (VP000001)\n  Veltra KX350T (VP000001)\n";
+  const Outcome byName = tool(kUpdate);
+  EXPECT_EQ(byName.status, 3);
+  EXPECT_EQ(byName.errors,
+            "fwupdatectl: There are several printers named \"Veltra KX350T\"" + advice);
+  const Outcome bySerial = tool(kUpdateBySerial);
+  EXPECT_EQ(bySerial.status, 3);
+  EXPECT_EQ(bySerial.errors,
+            "fwupdatectl: There are several printers with the serial number VP000001" + advice);
+  const Outcome all = tool("update --all --wait 0.2");
+  EXPECT_EQ(all.status, 1);
+  EXPECT_EQ(all.output, "");
+  EXPECT_EQ(all.errors, kLabel +
+                            "failed: Another attached printer cannot be told apart from this one. "
+                            "Unplug the other one, then try again.\n");
+  EXPECT_THAT(first.receivedMessages(), IsEmpty());
+  EXPECT_THAT(second.receivedMessages(), IsEmpty());
+}
+
+TEST_F(FwupdatectlOnUsb, AllAreUpdatedOnUsbAndOnTheNetworkAtATime) {
+  const UsbPrinterProcess first({"--burn-seconds", "0.2"});
+  const UsbPrinterProcess second({"--usb-serial", "", "--burn-seconds", "0.2"});
+  VirtualPrinterProcess network({"--address", "0.0.0.0", "--announce", "daemon", "--name", "Office",
+                                 "--burn-seconds", "0.2"});
+  awaitPrinters(3);
+  const Outcome outcome = tool("update --all --yes --jobs 3 --wait 5");
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  expectBurned(first);
+  expectBurned(second);
+  network.waitFor("burn");
+  EXPECT_EQ(network.entries("burn").at(0).at("sha256"), SMALL_FIRMWARE_SHA256);
+}
+
+TEST_F(FwupdatectlOnUsb, AuthorizedLateIsAnotherPrinter) {
+  std::optional<AuthorizingNobody> nobody(std::in_place);
+  const auto watching = start("list --watch");
+  const UsbPrinterProcess printer({"--burn-seconds", "0.2"});
+  watching->readUntil("+\tVeltra KX350T\tUSB\tVP000001");
+  nobody.reset();
+  EXPECT_EQ(tool(kUpdateBySerial).status, 1);
+  setUsbAttribute(usbDevice() / "authorized", "1");
+  watching->readUntil("-\tVeltra KX350T\tUSB\tVP000001");
+  watching->readUntil("+\tVeltra KX350T\tUSB\tVP000001");
+  EXPECT_EQ(tool(kUpdateBySerial).status, 0);
+  expectBurned(printer);
 }
 
 }  // namespace
