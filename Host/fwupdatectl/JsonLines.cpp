@@ -52,8 +52,10 @@ ordered_json toJson(const Target& target) {
 }
 
 ordered_json toJson(const platform::FailureCause& why) {
-  return {{"cause", withSubject(why.cause, why.subject)},
-          {"next_step", withSubject(why.nextStep, why.subject)}};
+  ordered_json json{{"cause", withSubject(why.cause, why.subject)},
+                    {"next_step", withSubject(why.nextStep, why.subject)}};
+  if (why.isNotPermitted) json["not_permitted"] = true;
+  return json;
 }
 
 Target targetFromJson(const ordered_json& json) {

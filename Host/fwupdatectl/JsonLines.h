@@ -18,7 +18,7 @@ void writeLine(std::ostream& out, const nlohmann::ordered_json& line);
 // "connection", "name", and "serial" or "address".
 nlohmann::ordered_json toJson(const Target& target);
 
-// "cause" and "next_step", each a sentence.
+// "cause" and "next_step", each a sentence; "not_permitted", true, where that is the cause.
 nlohmann::ordered_json toJson(const platform::FailureCause& why);
 
 // Throws nlohmann::json::exception for another form.

@@ -7,7 +7,7 @@
 #include <vector>
 
 struct Options {
-  enum class Command { List, Update, Show, Worker };
+  enum class Command { List, Update, Show, Check, Worker };
   enum class Output { Text, Json, Quiet };
 
   Command command = Command::List;
@@ -16,6 +16,9 @@ struct Options {
 
   std::chrono::milliseconds wait{3000};  // for printers to be found
   bool watch = false;
+
+  bool versions = false;                      // list: ask the printers for theirs
+  std::chrono::milliseconds patience{10000};  // with a printer that does not answer
 
   std::vector<std::string> names;
   std::vector<std::string> addresses;

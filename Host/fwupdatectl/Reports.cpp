@@ -117,6 +117,7 @@ void JsonReport::ended(const Target& printer, const UpdateResult& result) {
   }
   if (!result.cause.empty()) members["cause"] = result.cause;
   if (!result.nextStep.empty()) members["next_step"] = result.nextStep;
+  if (result.isNotPermitted) members["not_permitted"] = true;
   writeLine(mOut, jsonEvent("outcome", withPrinter(printer, members)));
 }
 

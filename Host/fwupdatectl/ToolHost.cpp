@@ -68,7 +68,8 @@ void ToolHost::useUsb() {
 }
 
 void ToolHost::useServices() {
-  mServices = platform::makeAvahiServiceDiscovery(*mRunLoop, Branding::sModelStr);
+  mServices =
+      platform::makeAvahiServiceDiscovery(*mRunLoop, Branding::sModelStr, &mDiscoveryStatus);
   mSurfaces.services = mServices.get();
   install();
 }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "LogOptions.h"
+#include "platform/DiscoveryStatus.h"
 #include "platform/DownloadObserver.h"
 #include "platform/LogHistory.h"
 #include "platform/Platform.h"
@@ -33,6 +34,7 @@ class ToolHost {
 
   platform::RunLoop& runLoop() { return *mRunLoop; }
   platform::Events& events() { return mEvents; }
+  platform::DiscoveryStatus& discoveryStatus() { return mDiscoveryStatus; }
 
   // Is told of downloads from now on, and must outlive them.
   void add(platform::DownloadObserver& observer) { mObservers.add(observer); }
@@ -58,6 +60,7 @@ class ToolHost {
   platform::SystemdEvents mEvents;
   std::unique_ptr<platform::Files> mFiles;
   std::unique_ptr<platform::Network> mNetwork;
+  platform::DiscoveryStatus mDiscoveryStatus;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::UsbRegistry> mUsb;
   std::unique_ptr<platform::DownloadObserver> mPowerLock;

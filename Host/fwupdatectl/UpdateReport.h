@@ -15,7 +15,8 @@ struct UpdateResult {
   unsigned int versionOfFirmware = 0;
   std::string cause{};  // of a failure, and what to do about it: each a sentence, or empty
   std::string nextStep{};
-  std::string error{};  // the last one of the log; empty where there was none
+  bool isNotPermitted = false;  // this user may not use the printer's device
+  std::string error{};          // the last one of the log; empty where there was none
 };
 
 class UpdateReport {

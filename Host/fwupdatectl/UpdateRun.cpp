@@ -64,6 +64,7 @@ void UpdateRun::told(Job& job, const nlohmann::ordered_json& event) {
   } else if (kind == "cause") {
     job.result.cause = event.value("cause", "");
     job.result.nextStep = event.value("next_step", "");
+    job.result.isNotPermitted = event.value("not_permitted", false);
   } else if (kind == "outcome") {
     const std::string outcome = event.value("outcome", "");
     if (outcome == "updated") job.result.outcome = UpdateResult::Outcome::Updated;

@@ -10,11 +10,11 @@ using nlohmann::ordered_json;
 
 namespace {
 
-// "10 seconds", "0.5 seconds".
+// "10 s", "0.5 s".
 std::string inSeconds(std::chrono::milliseconds time) {
   std::array<char, 32> text{};
-  static_cast<void>(std::snprintf(text.data(), text.size(), "%g seconds",
-                                  std::chrono::duration<double>(time).count()));
+  static_cast<void>(
+      std::snprintf(text.data(), text.size(), "%g s", std::chrono::duration<double>(time).count()));
   return text.data();
 }
 
@@ -38,6 +38,8 @@ void VersionQuery::told(const ordered_json& event) {
   if (kind == "cause") {
     mAnswer.cause = event.value("cause", "");
     mAnswer.nextStep = event.value("next_step", "");
+  } else if (kind == "failure") {
+    mError = event.value("message", "");
   } else if (kind == "version") {
     mAnswer.version = event.value("version", 0U);
     const auto firmware = event.find("firmware");

@@ -24,6 +24,9 @@ class VersionQuery {
     std::optional<Firmware> firmware;     // the file that a download would choose
     std::string cause;                    // why one of them is missing: a sentence, or empty
     std::string nextStep;
+
+    // Whether a download would send the file.
+    bool isFirmwareNewer() const { return version && firmware && *version < firmware->version; }
   };
 
   // `answered` is called once, from the loop, at the latest after `patience`; the object may be

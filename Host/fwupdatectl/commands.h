@@ -7,4 +7,5 @@ class ToolHost;
 
 int listPrinters(ToolHost& host, const Options& options);
 int updatePrinters(ToolHost& host, const Options& options);
+int checkMachine(ToolHost& host, const Options& options);
 int showFirmware(const Options& options);

@@ -2,28 +2,65 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <vector>
 
 #include "JsonLines.h"
 #include "PrinterDirectory.h"
+#include "Reports.h"
 #include "Signals.h"
 #include "ToolHost.h"
+#include "VersionQueries.h"
 #include "commands.h"
 #include "failure.h"
 #include "legibleText.h"
 
+using nlohmann::ordered_json;
+
 namespace {
 
-struct Row {
-  std::string name;
-  std::string connection;
-  std::string place;
+struct Found {
+  Target printer;
+  std::optional<VersionQuery::Answer> answer{};  // where printers were asked
 };
 
-Row rowOf(const Target& printer) {
-  const bool isUsb = printer.connection == Target::Connection::Usb;
-  return {legibleText(printer.name), isUsb ? "USB" : "network",
-          legibleText(isUsb ? printer.serial : printer.address)};
+using Cells = std::vector<std::string>;
+
+// What a download would do now.
+std::string firmwareFor(const VersionQuery::Answer& answer) {
+  if (!answer.version) return "?";
+  if (!answer.firmware) return "none";
+  const std::string file = legibleText(answer.firmware->file);
+  if (answer.firmware->version == 0) return "none (" + file + " is damaged)";
+  if (!answer.isFirmwareNewer()) return "up to date";
+  return std::to_string(answer.firmware->version) + " (" + file + ")";
+}
+
+Cells cellsOf(const Found& found) {
+  const bool isUsb = found.printer.connection == Target::Connection::Usb;
+  Cells cells{legibleText(found.printer.name), isUsb ? "USB" : "network",
+              legibleText(isUsb ? found.printer.serial : found.printer.address)};
+  if (found.answer) {
+    cells.push_back(found.answer->version ? std::to_string(*found.answer->version) : "?");
+    cells.push_back(firmwareFor(*found.answer));
+  }
+  return cells;
+}
+
+ordered_json jsonOf(const Found& found) {
+  ordered_json json{{"printer", toJson(found.printer)}};
+  if (!found.answer) return json;
+  const VersionQuery::Answer& answer = *found.answer;
+  if (answer.version) {
+    json["version"] = *answer.version;
+    json["would_be_updated"] = answer.isFirmwareNewer();
+  }
+  if (answer.firmware) {
+    json["firmware"] = {{"file", answer.firmware->file}, {"version", answer.firmware->version}};
+  }
+  if (!answer.cause.empty()) json["cause"] = answer.cause;
+  if (!answer.nextStep.empty()) json["next_step"] = answer.nextStep;
+  return json;
 }
 
 std::string padded(const std::string& text, std::size_t columns) {
@@ -31,49 +68,86 @@ std::string padded(const std::string& text, std::size_t columns) {
   return text + std::string(columns > used ? columns - used : 0, ' ');
 }
 
-void printTable(const std::vector<Target>& printers) {
-  std::vector<Row> rows{{"NAME", "CONNECTION", "ADDRESS OR SERIAL NUMBER"}};
-  for (const Target& printer : printers) rows.push_back(rowOf(printer));
-  std::size_t names = 0;
-  std::size_t connections = 0;
-  for (const Row& row : rows) {
-    names = std::max(names, columnsOf(row.name));
-    connections = std::max(connections, columnsOf(row.connection));
+void printTable(const std::vector<Found>& printers, bool withVersions) {
+  std::vector<Cells> rows{{"NAME", "CONNECTION", "ADDRESS OR SERIAL NUMBER"}};
+  if (withVersions) rows.front().insert(rows.front().end(), {"VERSION", "FIRMWARE"});
+  for (const Found& each : printers) rows.push_back(cellsOf(each));
+  std::vector<std::size_t> widths(rows.front().size());
+  for (const Cells& row : rows) {
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], columnsOf(row[i]));
   }
-  for (const Row& row : rows) {
-    std::cout << padded(row.name, names) << "  " << padded(row.connection, connections) << "  "
-              << row.place << '\n';
+  for (const Cells& row : rows) {
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) std::cout << padded(row[i], widths[i]) << "  ";
+    std::cout << row.back() << '\n';
   }
 }
 
-void printTabbed(const Target& printer) {
-  const Row row = rowOf(printer);
-  std::cout << row.name << '\t' << row.connection << '\t' << row.place << std::endl;
+void printTabbed(const Cells& cells) {
+  for (std::size_t i = 0; i < cells.size(); ++i) std::cout << (i == 0 ? "" : "\t") << cells[i];
+  std::cout << std::endl;
 }
 
-void print(const std::vector<Target>& printers, Options::Output output) {
-  if (output == Options::Output::Text && isatty(STDOUT_FILENO) == 1) {
-    printTable(printers);
+void print(const std::vector<Found>& printers, const Options& options) {
+  if (options.output == Options::Output::Text && isatty(STDOUT_FILENO) == 1) {
+    printTable(printers, options.versions);
     return;
   }
-  for (const Target& printer : printers) {
-    if (output == Options::Output::Json) {
-      writeLine(std::cout, jsonEvent("printer", {{"printer", toJson(printer)}}));
+  for (const Found& each : printers) {
+    if (options.output == Options::Output::Json) {
+      writeLine(std::cout, jsonEvent("printer", jsonOf(each)));
     } else {
-      printTabbed(printer);
+      printTabbed(cellsOf(each));
     }
+  }
+}
+
+void printCauses(const std::vector<Found>& printers) {
+  for (const Found& each : printers) {
+    if (!each.answer || each.answer->cause.empty()) continue;
+    std::cerr << labelOf(each.printer) << ": " << legibleText(each.answer->cause) << ' '
+              << legibleText(each.answer->nextStep) << '\n';
   }
 }
 
 void printChange(PrinterDirectory::Change change, const Target& printer, Options::Output output) {
   const bool isAdded = change == PrinterDirectory::Change::Added;
   if (output == Options::Output::Json) {
-    writeLine(std::cout, jsonEvent(isAdded ? "added" : "removed", {{"printer", toJson(printer)}}));
+    writeLine(std::cout, jsonEvent(isAdded ? "added" : "removed", jsonOf({printer})));
   } else {
     std::cout << (isAdded ? "+\t" : "-\t");
-    printTabbed(printer);
+    printTabbed(cellsOf({printer}));
   }
 }
+
+// The printers that are there when the time is over.
+std::vector<Found> lookForPrinters(ToolHost& host, const Options& options) {
+  const PrinterDirectory directory(
+      host, [&options](PrinterDirectory::Change change, const Target& printer) {
+        if (options.watch) printChange(change, printer, options.output);
+      });
+  std::unique_ptr<platform::RunLoop::Timer> end;
+  if (!options.watch) {
+    end = host.runLoop().startTimer(options.wait, false,
+                                    [&host] { host.events().quitApplicationEventLoop(); });
+  }
+  host.events().runApplicationEventLoop();
+  std::vector<Found> found;
+  for (const Target& each : directory.printers()) found.push_back({each});
+  return found;
+}
+
+void askForVersions(ToolHost& host, const Options& options, std::vector<Found>& printers) {
+  std::vector<Target> targets;
+  for (const Found& each : printers) targets.push_back(each.printer);
+  VersionQueries queries(host.runLoop(), targets, options.patience,
+                         [&printers](std::size_t place, const VersionQuery::Answer& answer) {
+                           printers[place].answer = answer;
+                         });
+  queries.start([&host] { host.events().quitApplicationEventLoop(); });
+  host.events().runApplicationEventLoop();
+}
+
+bool hasAnswered(const Found& found) { return !found.answer || found.answer->version; }
 
 }  // namespace
 
@@ -83,17 +157,10 @@ int listPrinters(ToolHost& host, const Options& options) {
     isInterrupted = true;
     host.events().quitApplicationEventLoop();
   });
-  PrinterDirectory directory(host,
-                             [&options](PrinterDirectory::Change change, const Target& printer) {
-                               if (options.watch) printChange(change, printer, options.output);
-                             });
-  std::unique_ptr<platform::RunLoop::Timer> end;
-  if (!options.watch) {
-    end = host.runLoop().startTimer(options.wait, false,
-                                    [&host] { host.events().quitApplicationEventLoop(); });
-  }
-  host.events().runApplicationEventLoop();
+  std::vector<Found> printers = lookForPrinters(host, options);
+  if (options.versions && !isInterrupted) askForVersions(host, options, printers);
   if (isInterrupted) return failByInterruption(options.output);
-  if (!options.watch) print(directory.printers(), options.output);
-  return kDone;
+  print(printers, options);
+  if (options.verbose) printCauses(printers);
+  return std::ranges::all_of(printers, hasAnswered) ? kDone : kFailed;
 }

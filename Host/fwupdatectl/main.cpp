@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <clocale>
+#include <cmath>
 #include <csignal>
 #include <exception>
 #include <iostream>
@@ -17,6 +18,7 @@
 #include "commands.h"
 #include "failure.h"
 #include "runAndReport.h"
+#include "standardStreams.h"
 
 namespace {
 
@@ -30,29 +32,47 @@ void addOutput(CLI::App& command, Options& options) {
       "Write one JSON object a line");
 }
 
-void addWait(CLI::App& command, Options& options) {
-  command
+// What a script's variable that was never set would name is no printer.
+std::string expectNotEmpty(const std::string& text) {
+  return text.empty() ? "an empty text names no printer" : std::string();
+}
+
+CLI::Option* addSeconds(CLI::App& command, const char* name, std::chrono::milliseconds& time,
+                        const char* text) {
+  return command
       .add_option_function<double>(
-          "--wait",
-          [&options](double seconds) {
-            options.wait = std::chrono::milliseconds(static_cast<int>(seconds * 1000));
+          name,
+          [&time](double seconds) {
+            // No number is beyond the range, by comparison.
+            if (std::isnan(seconds)) throw CLI::ValidationError("SECONDS", "nan is no time");
+            time = std::chrono::milliseconds(static_cast<int>(seconds * 1000));
           },
-          "Look for printers so long (3)")
+          text)
       ->type_name("SECONDS")
       ->check(CLI::Range(0.0, kLongestWait));
+}
+
+void addWait(CLI::App& command, Options& options) {
+  addSeconds(command, "--wait", options.wait, "Look for printers so long (3)");
 }
 
 void addList(CLI::App& app, Options& options) {
   CLI::App* list = app.add_subcommand("list", "List the printers that can be reached");
   addWait(*list, options);
-  list->add_flag("--watch", options.watch, "Go on, and tell each that comes or goes");
+  CLI::Option* watch =
+      list->add_flag("--watch", options.watch, "Go on, and tell each that comes or goes");
+  CLI::Option* versions =
+      list->add_flag("--versions", options.versions, "Ask each for its version")->excludes(watch);
+  addSeconds(*list, "--timeout", options.patience, "Wait so long for its answer (10)")
+      ->needs(versions);
   addOutput(*list, options);
   list->callback([&options] { options.command = Options::Command::List; });
 }
 
 void addUpdate(CLI::App& app, Options& options) {
   CLI::App* update = app.add_subcommand("update", "Update the firmware of printers");
-  update->add_option("PRINTER", options.names, "Name of a printer that \"list\" shows");
+  update->add_option("PRINTER", options.names, "Name of a printer that \"list\" shows")
+      ->check(expectNotEmpty);
   update->add_flag("--all", options.all, "All printers that are found");
   update->add_option("--address", options.addresses, "A printer on another network")
       ->type_name("HOST[:PORT]")
@@ -60,6 +80,7 @@ void addUpdate(CLI::App& app, Options& options) {
       ->take_all();
   update->add_option("--serial", options.serials, "A printer on USB")
       ->type_name("NUMBER")
+      ->check(expectNotEmpty)
       ->expected(1)
       ->take_all();
   update->add_flag("-y,--yes", options.yes, "Do not ask before network printers are updated");
@@ -86,6 +107,12 @@ void addShow(CLI::App& app, Options& options) {
   show->callback([&options] { options.command = Options::Command::Show; });
 }
 
+void addCheck(CLI::App& app, Options& options) {
+  CLI::App* check = app.add_subcommand("check", "Check that this machine can update printers");
+  addOutput(*check, options);
+  check->callback([&options] { options.command = Options::Command::Check; });
+}
+
 // Also of a command line that cannot be understood.
 bool asksForJson(int argc, char** argv) {
   return std::any_of(argv, argv + argc, [](const char* each) { return each == "--json"sv; });
@@ -101,6 +128,7 @@ bool parse(int argc, char** argv, Options& options, int& status) {
   addList(app, options);
   addUpdate(app, options);
   addShow(app, options);
+  addCheck(app, options);
   app.require_subcommand(0, 1);
   try {
     app.parse(argc, argv);
@@ -127,6 +155,12 @@ int work(ToolHost& host, const Options& options) {
                                                     : runWorker(host, target);
 }
 
+// What has been done counts for nothing where its result is lost.
+int whenWritten(Options::Output output, int status) {
+  if (status != kDone || isOutputWritten()) return status;
+  return fail(output, kFailed, "The output could not be written. Is the disk full?");
+}
+
 int run(ToolHost& host, const Options& options) {
   switch (options.command) {
     case Options::Command::List:
@@ -135,6 +169,8 @@ int run(ToolHost& host, const Options& options) {
       return updatePrinters(host, options);
     case Options::Command::Show:
       return showFirmware(options);
+    case Options::Command::Check:
+      return checkMachine(host, options);
     case Options::Command::Worker:
       break;
   }
@@ -144,12 +180,13 @@ int run(ToolHost& host, const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  completeStandardStreams();
   // Whoever reads what is written may go at any time, and must not take a download along.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   static_cast<void>(std::setlocale(LC_CTYPE, ""));
   Options options;
   int status = kDone;
-  if (!parse(argc, argv, options, status)) return status;
+  if (!parse(argc, argv, options, status)) return whenWritten(options.output, status);
   ToolHost host(options.verbose || options.command == Options::Command::Worker);
   std::string reason;
   const int failure = runAndReport([&] {
@@ -160,5 +197,6 @@ int main(int argc, char** argv) {
       throw;
     }
   });
-  return failure != kDone ? fail(options.output, failure, reason) : status;
+  if (failure != kDone) return fail(options.output, failure, reason);
+  return whenWritten(options.output, status);
 }

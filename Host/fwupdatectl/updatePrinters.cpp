@@ -10,9 +10,11 @@
 #include <tuple>
 #include <utility>
 
+#include "Failures.h"
 #include "PrinterDirectory.h"
 #include "Reports.h"
 #include "Signals.h"
+#include "Terminal.h"
 #include "ToolHost.h"
 #include "UpdateRun.h"
 #include "commands.h"
@@ -183,7 +185,7 @@ class Counting final : public UpdateReport {
   explicit Counting(const Options& options) {
     if (options.output == Options::Output::Json) {
       mShown = std::make_unique<JsonReport>(std::cout);
-    } else if (options.output == Options::Output::Text && isatty(STDOUT_FILENO) == 1) {
+    } else if (options.output == Options::Output::Text && isCapableTerminal(STDOUT_FILENO)) {
       mShown = std::make_unique<TerminalReport>(std::cout, terminalColumns());
     } else {
       mShown = std::make_unique<PlainReport>(std::cout, std::cerr,
@@ -192,7 +194,7 @@ class Counting final : public UpdateReport {
     mVerbose = options.verbose;
   }
 
-  int status() const { return mFailures == 0 ? kDone : kFailed; }
+  int status() const { return mFailures.status(); }
 
   void began(const Target& printer) override { mShown->began(printer); }
   void told(const Target& printer, const nlohmann::ordered_json& event) override {
@@ -202,14 +204,14 @@ class Counting final : public UpdateReport {
     if (mVerbose) mShown->logged(printer, line);
   }
   void ended(const Target& printer, const UpdateResult& result) override {
-    if (result.outcome == UpdateResult::Outcome::Failed) ++mFailures;
+    if (result.outcome == UpdateResult::Outcome::Failed) mFailures.add(result.isNotPermitted);
     mShown->ended(printer, result);
   }
 
  private:
   std::unique_ptr<UpdateReport> mShown;
   bool mVerbose = false;
-  std::size_t mFailures = 0;
+  Failures mFailures;
 };
 
 int update(ToolHost& host, const Options& options, const Printers& printers) {

@@ -388,7 +388,7 @@ std::optional<FailureCause> usbCause(std::string_view text) {
   const auto row = std::ranges::find_if(kUsbRows, [&](const UsbRow& each) {
     return hasResult(text, each.result) && text.starts_with(each.beginning);
   });
-  return FailureCause{nullptr, row->cause, row->nextStep, {}};
+  return FailureCause{nullptr, row->cause, row->nextStep, {}, row->cause == kNotPermitted};
 }
 
 // The first of the entries for which `find` finds something.

@@ -20,6 +20,7 @@ struct FailureCause {
   const char* cause = nullptr;     // empty when the log says nothing
   const char* nextStep = nullptr;
   std::string subject;
+  bool isNotPermitted = false;  // this user may not use the printer's device
 };
 
 // None when the table knows none of the entries: then nothing in them is an error of a download.

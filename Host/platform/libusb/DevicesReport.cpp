@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdio>
 #include <system_error>
+#include <tuple>
 
 #include "platform/libusb/SysfsAttribute.h"
 
@@ -23,31 +24,53 @@ std::string threeDigits(const std::string& number) {
   return std::string(number.size() < 3 ? 3 - number.size() : 0, '0') + number;
 }
 
-std::string describeNode(const std::filesystem::path& nodes, const std::string& bus,
-                         const std::string& device) {
-  const std::filesystem::path node = nodes / threeDigits(bus) / threeDigits(device);
+void readNode(ReportedUsbDevice& device) {
   struct stat state {};
-  if (stat(node.c_str(), &state) != 0) return "no device node";
+  if (stat(device.node.c_str(), &state) != 0) return;
   std::array<char, 16> mode{};
   static_cast<void>(std::snprintf(mode.data(), mode.size(), "%04o", state.st_mode & 07777U));
-  const bool mayOpen = access(node.c_str(), R_OK | W_OK) == 0;
-  return std::string("device node ") + mode.data() + (mayOpen ? ", may be opened" : ", no right");
+  device.mode = mode.data();
+  device.mayBeOpened = access(device.node.c_str(), R_OK | W_OK) == 0;
 }
 
 // A device's interfaces stand beside it: 1-2:1.0 belongs to 1-2.
-std::string describeInterfaces(const std::filesystem::path& devices, const std::string& device) {
-  std::vector<std::string> names;
+std::vector<ReportedUsbDevice::Interface> interfacesOf(const std::filesystem::path& device) {
+  std::vector<ReportedUsbDevice::Interface> interfaces;
   std::error_code none;
-  for (const auto& each : std::filesystem::directory_iterator(devices, none)) {
-    const std::string name = each.path().filename().string();
-    if (name.starts_with(device + ':')) names.push_back(name);
+  for (const auto& each : std::filesystem::directory_iterator(device.parent_path(), none)) {
+    const std::filesystem::path& directory = each.path();
+    if (!directory.filename().string().starts_with(device.filename().string() + ':')) continue;
+    interfaces.push_back(
+        {directory, attribute(directory, "bInterfaceClass"), readSysfsDriver(directory)});
   }
-  std::ranges::sort(names);
-  std::string text;
-  for (const std::string& name : names) {
-    const std::string driver = readSysfsDriver(devices / name);
-    text += ", interface of class " + attribute(devices / name, "bInterfaceClass") + " with " +
-            (driver.empty() ? "no driver" : "driver " + driver);
+  std::ranges::sort(interfaces, {}, &ReportedUsbDevice::Interface::directory);
+  return interfaces;
+}
+
+ReportedUsbDevice readDevice(const std::filesystem::path& directory,
+                             const std::filesystem::path& nodes) {
+  ReportedUsbDevice device;
+  device.vendor = attribute(directory, "idVendor");
+  device.product = attribute(directory, "idProduct");
+  device.name = attribute(directory, "manufacturer") + ' ' + attribute(directory, "product");
+  device.serial = attribute(directory, "serial");
+  device.node = nodes / threeDigits(attribute(directory, "busnum")) /
+                threeDigits(attribute(directory, "devnum"));
+  readNode(device);
+  device.interfaces = interfacesOf(directory);
+  return device;
+}
+
+std::string describe(const ReportedUsbDevice& device) {
+  std::string text = device.vendor + ':' + device.product + ", ";
+  if (device.mode.empty()) {
+    text += "no device node";
+  } else {
+    text += "device node " + device.mode + (device.mayBeOpened ? ", may be opened" : ", no right");
+  }
+  for (const ReportedUsbDevice::Interface& each : device.interfaces) {
+    text += ", interface of class " + each.usbClass + " with " +
+            (each.driver.empty() ? "no driver" : "driver " + each.driver);
   }
   return text;
 }
@@ -60,21 +83,30 @@ std::string libusbVersion() {
          std::to_string(version->micro);
 }
 
+std::vector<ReportedUsbDevice> findUsbDevices(std::uint16_t vendor,
+                                              const std::filesystem::path& devices,
+                                              const std::filesystem::path& nodes) {
+  std::array<char, 8> wanted{};
+  static_cast<void>(std::snprintf(wanted.data(), wanted.size(), "%04x", vendor));
+  std::vector<ReportedUsbDevice> found;
+  std::error_code none;
+  for (const auto& each : std::filesystem::directory_iterator(devices, none)) {
+    if (attribute(each.path(), "idVendor") != wanted.data()) continue;
+    found.push_back(readDevice(each.path(), nodes));
+  }
+  std::ranges::sort(found, {}, [](const ReportedUsbDevice& device) {
+    return std::tie(device.vendor, device.product, device.node);
+  });
+  return found;
+}
+
 std::vector<std::string> describeUsbDevices(std::uint16_t vendor,
                                             const std::filesystem::path& devices,
                                             const std::filesystem::path& nodes) {
-  std::array<char, 8> wanted{};
-  static_cast<void>(std::snprintf(wanted.data(), wanted.size(), "%04x", vendor));
   std::vector<std::string> lines;
-  std::error_code none;
-  for (const auto& each : std::filesystem::directory_iterator(devices, none)) {
-    const std::filesystem::path& device = each.path();
-    if (attribute(device, "idVendor") != wanted.data()) continue;
-    lines.push_back(std::string(wanted.data()) + ':' + attribute(device, "idProduct") + ", " +
-                    describeNode(nodes, attribute(device, "busnum"), attribute(device, "devnum")) +
-                    describeInterfaces(devices, device.filename().string()));
+  for (const ReportedUsbDevice& device : findUsbDevices(vendor, devices, nodes)) {
+    lines.push_back(describe(device));
   }
-  std::ranges::sort(lines);
   return lines;
 }
 

@@ -31,6 +31,15 @@ TEST(FwupdatectlCommandLine, WhatIsMissingOrUnknownIsAUsageError) {
   expectUsageError("restart", "The following argument was not expected: restart\n");
   expectUsageError("list --wait soon", "--wait: ");
   expectUsageError("update --all --jobs 0", "--jobs: ");
+  expectUsageError("list --wait nan", "SECONDS: nan is no time\n");
+  expectUsageError("list --watch --versions", "--watch excludes --versions\n");
+  expectUsageError("list --timeout 3", "--timeout requires --versions\n");
+}
+
+TEST(FwupdatectlCommandLine, EmptyTextNamesNoPrinter) {
+  expectUsageError("update --yes \"\"", "PRINTER: an empty text names no printer\n");
+  expectUsageError("update --yes Office \"\"", "PRINTER: an empty text names no printer\n");
+  expectUsageError("update --yes --serial \"\"", "--serial: an empty text names no printer\n");
 }
 
 TEST(FwupdatectlCommandLine, AddressesAreIPv4WithAPort) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <nlohmann/json.hpp>
 
 #include "Announcement.h"
 #include "JsonSchema.h"
@@ -42,6 +43,46 @@ TEST_F(FwupdatectlDiscovered, AreListedByName) {
               testing::ElementsAre(row("Attic\xEF\xBF\xBD", attic), row("Office", office)));
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(FwupdatectlDiscovered, AreAskedForTheirVersions) {
+  VirtualPrinterProcess attic(announced("Attic"));
+  std::vector<std::string> current = announced("Cellar");
+  current.insert(current.end(), {"--fwver", "00000200"});
+  VirtualPrinterProcess cellar(current);
+  std::vector<std::string> malformed = announced("Office");
+  malformed.insert(malformed.end(), {"--fault", "data-length=0"});
+  VirtualPrinterProcess office(malformed);
+  std::vector<std::string> silent = announced("Yard");
+  silent.insert(silent.end(), {"--fault", "silence@id-request"});
+  VirtualPrinterProcess yard(silent);
+
+  const Outcome outcome = tool("list --wait 5 --versions --timeout 1 --verbose");
+  const auto answered = [](const std::string& name, const std::string& cells) {
+    return testing::MatchesRegex(name + "\tnetwork\t[0-9.]+:[0-9]+\t" + cells);
+  };
+  EXPECT_THAT(linesOf(outcome.output),
+              testing::ElementsAre(answered("Attic", "100\t200 \\(product.brand.bin\\)"),
+                                   answered("Cellar", "200\tup to date"),
+                                   answered("Office", "\\?\t\\?"), answered("Yard", "\\?\t\\?")));
+  EXPECT_THAT(outcome.errors, testing::ContainsRegex("Office \\([0-9.:]+\\): Assertion failed: "));
+  EXPECT_THAT(outcome.errors,
+              testing::ContainsRegex("Yard \\([0-9.:]+\\): The printer did not answer within 1 s"
+                                     "\\. Wait until it has finished its other work, then try "
+                                     "again."));
+  EXPECT_EQ(outcome.status, 1);
+  attic.stop();
+  EXPECT_TRUE(attic.entries("burn").empty());
+}
+
+TEST_F(FwupdatectlDiscovered, JsonHasTheVersionsAndTheFirmware) {
+  VirtualPrinterProcess office(announced("Office"));
+  const std::string output = tool("list --wait 5 --versions --json").output;
+  EXPECT_EQ(faultsOf(output), "");
+  auto line = nlohmann::ordered_json::parse(output);
+  for (const char* each : {"schema", "time", "printer"}) line.erase(each);
+  EXPECT_EQ(line.dump(), R"({"event":"printer","version":100,"would_be_updated":true,)"
+                         R"("firmware":{"file":"product.brand.bin","version":200}})");
 }
 
 TEST_F(FwupdatectlDiscovered, AreUpdatedByName) {

@@ -2,18 +2,12 @@
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
-#include <sstream>
 
-#include "ShellCommand.h"
-#include "VirtualPrinterProcess.h"
+#include "Tool.h"
 
 using testing::ElementsAre;
 
 namespace {
-
-std::string addressOf(const VirtualPrinterProcess& printer) {
-  return "127.0.0.1:" + std::to_string(printer.port());
-}
 
 Outcome ask(const std::string& address) {
   return runInShell("'" FWUPDATECTL
@@ -23,8 +17,7 @@ Outcome ask(const std::string& address) {
 
 std::vector<std::string> eventsOf(const std::string& output) {
   std::vector<std::string> events;
-  std::istringstream stream(output);
-  for (std::string line; std::getline(stream, line);) {
+  for (const std::string& line : linesOf(output)) {
     auto event = nlohmann::ordered_json::parse(line);
     for (const char* each : {"schema", "time"}) event.erase(each);
     events.push_back(event.dump());
