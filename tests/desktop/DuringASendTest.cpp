@@ -1,14 +1,17 @@
-// The window while the program hands an image to a printer that stops reading: it sends for five
-// seconds, and gives up.
+// The window while the program hands an image to a printer that stops reading, or reads slowly: it
+// sends for five seconds, and gives up.
 #include <gmock/gmock.h>
 #include <signal.h>
 
 #include <algorithm>
 #include <chrono>
 #include <iostream>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include "DesktopTest.h"
+#include "ScreenReader.h"
 
 namespace {
 
@@ -17,13 +20,13 @@ using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr char kBegins[] = "Async write request for 16777216 bytes.";
+constexpr char kEnds[] = "Finalising the firmware download...";
 constexpr char kFails[] = "General runtime error occurred during async task: Unable to write data";
 
 class DuringASend : public DesktopTest {
  protected:
-  DuringASend() {
-    mPrinter =
-        startPrinter("Office", {"--fault", "hang@mid-image", "--fault", "receive-buffer=65536"});
+  explicit DuringASend(const std::string& fault = "hang@mid-image") {
+    mPrinter = startPrinter("Office", {"--fault", fault, "--fault", "receive-buffer=65536"});
     const auto executable = copyInstallation();
     const auto image = output() / "product.brand.bin";
     desktop::ChildProcess make(
@@ -37,7 +40,7 @@ class DuringASend : public DesktopTest {
     EXPECT_TRUE(waitForLog(kBegins));
   }
 
-  bool isSending() const { return timesLogged(kFails) == 0; }
+  bool isSending() const { return timesLogged(kFails) == 0 && timesLogged(kEnds) == 0; }
 
   void expectEndAfterTheSend() {
     EXPECT_TRUE(isSending());
@@ -115,6 +118,24 @@ TEST_F(DuringASend, ProgramEndsWithTheScreen) {
   desktop().killServer();
   EXPECT_TRUE(isSending());
   EXPECT_EQ(program().waitForExit(40s), 1);
+}
+
+// The image takes the printer four to five seconds.
+class DuringASlowSend : public DuringASend {
+ protected:
+  DuringASlowSend() : DuringASend("slow=65536/19") {}
+};
+
+TEST_F(DuringASlowSend, BarIsSeenMoving) {
+  desktop::ScreenReader reader;
+  std::size_t values = 0;
+  while (isSending()) {
+    const std::size_t before = std::exchange(values, reader.values());
+    if (values > before) keepPicture(std::to_string(values));
+    desktop::pauseBriefly();
+  }
+  std::cout << values << " values of the bar\n";
+  EXPECT_GE(values, 2u);
 }
 
 }  // namespace
