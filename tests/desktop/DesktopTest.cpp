@@ -17,6 +17,7 @@ namespace {
 constexpr auto kPatience = 40s;
 constexpr auto kReadingTime = 1s;
 constexpr char kWindowTitle[] = "Printer Firmware Update";
+constexpr char kBegins[] = "Connecting to I/O transport...";
 
 path makeOutput() {
   const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
@@ -154,10 +155,12 @@ void DesktopTest::askForUpdate(const std::string& printer) {
   button("Download firmware");
 }
 
+// The progress may be gone before it is looked for.
 void DesktopTest::startUpdate(const std::string& printer) {
+  const std::size_t before = timesLogged(kBegins);
   askForUpdate(printer);
   answer("Download firmware");
-  progressBar();
+  EXPECT_TRUE(desktop::waitUntil([&] { return timesLogged(kBegins) > before; }, kPatience));
 }
 
 void DesktopTest::answer(const std::string& name) {

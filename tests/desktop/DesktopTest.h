@@ -67,7 +67,7 @@ class DesktopTest : public testing::Test {
   void answer(const std::string& name);
   void answerByKey(const std::string& keys, const std::string& name);
 
-  // Clicks the row, Download and the same in the question, and waits for the progress.
+  // Clicks the row, Download and the same in the question, and waits for the download to begin.
   void startUpdate(const std::string& printer);
   void askForUpdate(const std::string& printer);
 
