@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <ranges>
 
 #include "JsonLines.h"
 #include "legibleText.h"
@@ -79,6 +80,37 @@ std::string sentenceOf(const Target& printer, const UpdateResult& result) {
   return label + "failed: " + legibleText(result.cause) + nextStep;
 }
 
+std::string sentenceOf(const UpdateTally& tally) {
+  std::string sentence;
+  const auto add = [&](std::size_t count, const char* outcome) {
+    if (count == 0) return;
+    if (!sentence.empty()) sentence += ", ";
+    sentence += std::to_string(count) + " " + outcome;
+  };
+  add(tally.updated, "updated");
+  add(tally.upToDate, "up to date");
+  add(tally.failed, "failed");
+  add(tally.notStarted, "not started");
+  return sentence;
+}
+
+void UpdateTally::count(UpdateResult::Outcome outcome) {
+  switch (outcome) {
+    case UpdateResult::Outcome::Updated:
+      ++updated;
+      break;
+    case UpdateResult::Outcome::UpToDate:
+      ++upToDate;
+      break;
+    case UpdateResult::Outcome::Failed:
+      ++failed;
+      break;
+    case UpdateResult::Outcome::NotStarted:
+      ++notStarted;
+      break;
+  }
+}
+
 void PlainReport::began(const Target&) {}
 
 void PlainReport::told(const Target& printer, const ordered_json& event) {
@@ -95,6 +127,10 @@ void PlainReport::ended(const Target& printer, const UpdateResult& result) {
   if (isError || !mQuiet) {
     (isError ? mErrors : mResults) << sentenceOf(printer, result) << std::endl;
   }
+}
+
+void PlainReport::summed(const UpdateTally& tally) {
+  if (!mQuiet) mResults << sentenceOf(tally) << std::endl;
 }
 
 void JsonReport::began(const Target& printer) {
@@ -121,6 +157,13 @@ void JsonReport::ended(const Target& printer, const UpdateResult& result) {
   writeLine(mOut, jsonEvent("outcome", withPrinter(printer, members)));
 }
 
+void JsonReport::summed(const UpdateTally& tally) {
+  writeLine(mOut, jsonEvent("summary", {{"updated", tally.updated},
+                                        {"up_to_date", tally.upToDate},
+                                        {"failed", tally.failed},
+                                        {"not_started", tally.notStarted}}));
+}
+
 TerminalReport::Line* TerminalReport::lineOf(const Target& printer) {
   const auto found =
       std::ranges::find_if(mLines, [&](const Line& line) { return isSame(line.printer, printer); });
@@ -133,8 +176,15 @@ void TerminalReport::erase() {
 }
 
 void TerminalReport::draw() {
-  for (const Line& line : mLines) mTerminal << textOf(line) << '\n';
-  mDrawn = mLines.size();
+  // The cursor stands in the last row.
+  const std::size_t room = std::max<std::size_t>(mRows, 3) - 1;
+  const std::size_t shown = mLines.size() <= room ? mLines.size() : room - 1;
+  for (const Line& line : std::views::take(mLines, shown)) mTerminal << textOf(line) << '\n';
+  mDrawn = shown;
+  if (shown < mLines.size()) {
+    mTerminal << "and " << mLines.size() - shown << " more\n";
+    ++mDrawn;
+  }
   mTerminal << std::flush;
 }
 
@@ -188,4 +238,8 @@ void TerminalReport::ended(const Target& printer, const UpdateResult& result) {
   std::erase_if(mLines, [&](const Line& line) { return isSame(line.printer, printer); });
   mTerminal << sentenceOf(printer, result) << '\n';
   draw();
+}
+
+void TerminalReport::summed(const UpdateTally& tally) {
+  mTerminal << sentenceOf(tally) << std::endl;
 }

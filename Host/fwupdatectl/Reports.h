@@ -18,6 +18,7 @@ class PlainReport final : public UpdateReport {
   void told(const Target& printer, const nlohmann::ordered_json& event) override;
   void logged(const Target& printer, const std::string& line) override;
   void ended(const Target& printer, const UpdateResult& result) override;
+  void summed(const UpdateTally& tally) override;
 
  private:
   std::ostream& mResults;
@@ -34,22 +35,25 @@ class JsonReport final : public UpdateReport {
   void told(const Target& printer, const nlohmann::ordered_json& event) override;
   void logged(const Target&, const std::string&) override {}
   void ended(const Target& printer, const UpdateResult& result) override;
+  void summed(const UpdateTally& tally) override;
 
  private:
   std::ostream& mOut;
 };
 
 // For a person at a terminal: a line for each printer that is being updated, redrawn in place, with
-// its phase and a bar, below the outcomes of the others.
+// its phase and a bar, below the outcomes of the others. What is redrawn must not be higher than
+// the terminal: of more printers those that began first are shown.
 class TerminalReport final : public UpdateReport {
  public:
-  TerminalReport(std::ostream& terminal, std::size_t columns)
-      : mTerminal(terminal), mColumns(columns) {}
+  TerminalReport(std::ostream& terminal, std::size_t rows, std::size_t columns)
+      : mTerminal(terminal), mRows(rows), mColumns(columns) {}
 
   void began(const Target& printer) override;
   void told(const Target& printer, const nlohmann::ordered_json& event) override;
   void logged(const Target& printer, const std::string& line) override;
   void ended(const Target& printer, const UpdateResult& result) override;
+  void summed(const UpdateTally& tally) override;
 
  private:
   struct Line {
@@ -65,6 +69,7 @@ class TerminalReport final : public UpdateReport {
   std::string textOf(const Line& line) const;
 
   std::ostream& mTerminal;
+  std::size_t mRows;
   std::size_t mColumns;
   std::list<Line> mLines;
   std::size_t mDrawn = 0;
@@ -75,3 +80,6 @@ std::string labelOf(const Target& printer);
 
 // "Office (10.0.0.5:9100): updated to version 200 (was 100)".
 std::string sentenceOf(const Target& printer, const UpdateResult& result);
+
+// "950 updated, 50 failed".
+std::string sentenceOf(const UpdateTally& tally);

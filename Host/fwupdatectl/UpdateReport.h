@@ -2,6 +2,7 @@
 // a terminal, for a file, for a program.
 #pragma once
 
+#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -19,6 +20,17 @@ struct UpdateResult {
   std::string error{};          // the last one of the log; empty where there was none
 };
 
+// How many printers it ended in which way for.
+struct UpdateTally {
+  std::size_t updated = 0;
+  std::size_t upToDate = 0;
+  std::size_t failed = 0;
+  std::size_t notStarted = 0;
+
+  void count(UpdateResult::Outcome outcome);
+  std::size_t all() const { return updated + upToDate + failed + notStarted; }
+};
+
 class UpdateReport {
  public:
   virtual ~UpdateReport() = default;
@@ -29,4 +41,6 @@ class UpdateReport {
   // A line of its log, where the log is asked for.
   virtual void logged(const Target& printer, const std::string& line) = 0;
   virtual void ended(const Target& printer, const UpdateResult& result) = 0;
+  // After the last one of several printers.
+  virtual void summed(const UpdateTally& tally) = 0;
 };

@@ -173,10 +173,11 @@ Printers confirmed(const Printers& chosen, const Options& options) {
   return agreed;
 }
 
-std::size_t terminalColumns() {
+std::unique_ptr<UpdateReport> terminalReport() {
   winsize size{};
-  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return 80;
-  return size.ws_col;
+  const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
+  return std::make_unique<TerminalReport>(std::cout, isKnown && size.ws_row > 0 ? size.ws_row : 24,
+                                          isKnown && size.ws_col > 0 ? size.ws_col : 80);
 }
 
 // Passes on to the report that shows, and knows what the exit status has to say.
@@ -186,7 +187,7 @@ class Counting final : public UpdateReport {
     if (options.output == Options::Output::Json) {
       mShown = std::make_unique<JsonReport>(std::cout);
     } else if (options.output == Options::Output::Text && isCapableTerminal(STDOUT_FILENO)) {
-      mShown = std::make_unique<TerminalReport>(std::cout, terminalColumns());
+      mShown = terminalReport();
     } else {
       mShown = std::make_unique<PlainReport>(std::cout, std::cerr,
                                              options.output == Options::Output::Quiet);
@@ -205,13 +206,21 @@ class Counting final : public UpdateReport {
   }
   void ended(const Target& printer, const UpdateResult& result) override {
     if (result.outcome == UpdateResult::Outcome::Failed) mFailures.add(result.isNotPermitted);
+    mTally.count(result.outcome);
     mShown->ended(printer, result);
+  }
+  void summed(const UpdateTally& tally) override { mShown->summed(tally); }
+
+  // What there is to say when all have ended.
+  void finish() {
+    if (mTally.all() > 1) summed(mTally);
   }
 
  private:
   std::unique_ptr<UpdateReport> mShown;
   bool mVerbose = false;
   Failures mFailures;
+  UpdateTally mTally;
 };
 
 int update(ToolHost& host, const Options& options, const Printers& printers) {
@@ -226,6 +235,7 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
   });
   run.start([&host] { host.events().quitApplicationEventLoop(); });
   host.events().runApplicationEventLoop();
+  report.finish();
   if (report.status() != kDone && std::ranges::any_of(printers, isOnUsb)) giveBackPrinters();
   return run.isInterrupted() ? failByInterruption(options.output) : report.status();
 }

@@ -189,7 +189,7 @@ TEST(FwupdatectlJson, InterruptionIsAsDocumented) {
   EXPECT_EQ(faultsOf(lines), "");
   EXPECT_EQ(failureIn(lines),
             R"({"schema":1,"event":"failure","message":"Interrupted.","exit_status":130})");
-  EXPECT_THAT(eventsIn(lines), testing::EndsWith(" outcome failure"));
+  EXPECT_THAT(eventsIn(lines), testing::EndsWith(" outcome summary failure"));
 }
 
 }  // namespace
