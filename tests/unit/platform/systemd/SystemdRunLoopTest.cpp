@@ -5,6 +5,7 @@
 #include <array>
 #include <chrono>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "platform/systemd/SystemdEventLoop.h"
@@ -54,6 +55,30 @@ TEST_F(SystemdRunLoopTest, TimeThatIsOverAtItsStartIsDueAtOnce) {
   const auto end = mRunLoop->startTimer(milliseconds(10000), false, [&] { mLoop.quit(); });
   mLoop.run();
   EXPECT_TRUE(isDue);
+}
+
+TEST_F(SystemdRunLoopTest, RepeatingTimerComesAgainAfterItsDelay) {
+  std::string calls;
+  std::unique_ptr<platform::RunLoop::Timer> once;
+  const auto repeating = mRunLoop->startTimer(milliseconds(20), true, [&] {
+    calls += 'r';
+    if (once) return;
+    once = mRunLoop->startTimer(milliseconds(30), false, [&] {
+      calls += 'o';
+      mLoop.quit();
+    });
+  });
+  mLoop.run();
+  EXPECT_EQ(calls, "rro");
+}
+
+TEST_F(SystemdRunLoopTest, WaitDoesNotGiveUpBeforeItsTime) {
+  for (int i = 0; i < 10; ++i) {
+    const auto deadline = std::chrono::steady_clock::now() + milliseconds(1);
+    EXPECT_FALSE(
+        mRunLoop->waitUntilReady(mPipe[0], platform::RunLoop::Interest::Readable, deadline));
+    EXPECT_GE(std::chrono::steady_clock::now(), deadline);
+  }
 }
 
 }  // namespace
