@@ -154,6 +154,36 @@ TEST_F(DownloadProgressTest, PrinterThatTakesLongerToWriteIsNoSecret) {
   EXPECT_TRUE(isBusy());
 }
 
+TEST_F(DownloadProgressTest, VersionsAreAnAnswer) {
+  begin(DownloadPhase::ChoosingFirmware);
+  pass(20s);
+  mState.versionsKnown(100, 200);
+  pass(29999ms);
+  EXPECT_EQ(advice(), kUsualAdvice);
+}
+
+// Also in a language that is written the other way.
+TEST_F(DownloadProgressTest, AmountIsIsolated) {
+  begin(DownloadPhase::SendingFirmware);
+  mState.bytesHandedOver(0, 8'000'000);
+  EXPECT_EQ(mProgress->findChild<QLabel*>("phase")->text(), u"Sending \u20688.0 MB\u2069");
+}
+
+TEST_F(DownloadProgressTest, BarIsNeverMoreThanFull) {
+  bar().showPart(1.5);
+  EXPECT_THAT(bar().part(), DoubleEq(1));
+  bar().showPart(-1);
+  EXPECT_THAT(bar().part(), DoubleEq(0));
+}
+
+TEST_F(DownloadProgressTest, BarWithoutAnEndIsNotDrawnEmpty) {
+  bar().resize(200, 20);
+  bar().showPart(0);
+  const QImage empty = bar().grab().toImage();
+  bar().showBusy();
+  EXPECT_NE(bar().grab().toImage(), empty);
+}
+
 TEST_F(DownloadProgressTest, SilenceIsToldAfterHalfAMinute) {
   for (const DownloadPhase phase : {DownloadPhase::Connecting, DownloadPhase::AskingForVersion}) {
     begin(phase);

@@ -77,6 +77,11 @@ TEST_F(EmptyStateTest, TextThatDoesNotFitShowsItsBeginning) {
   EXPECT_LT(written().top(), 110);
 }
 
+TEST_F(EmptyStateTest, TitleAloneMayNotFitEither) {
+  EXPECT_TRUE(state("Title").fits(QRect(0, 0, 400, 40)));
+  EXPECT_FALSE(state("Title").fits(QRect(0, 0, 400, 8)));
+}
+
 TEST_F(EmptyStateTest, LinesBeginBelowEachOther) {
   draw(state("T\n\u2022 a line that is long\n\u2022 b"), QRect(0, 0, 400, 300));
   EXPECT_GT(written().left(), 100);

@@ -96,6 +96,11 @@ TEST_F(QtFailureAlert, LongUnknownErrorIsCut) {
   EXPECT_EQ(says("cause"), std::string(160, 'x') + "…");
 }
 
+TEST_F(QtFailureAlert, UnknownErrorThatIsCutByACharacterShowsIt) {
+  fail({std::string(161, 'x')});
+  EXPECT_EQ(says("cause"), std::string(160, 'x') + "…");
+}
+
 // Whoever holds the interface chooses its name.
 TEST_F(QtFailureAlert, NameOfTheHolderIsNoTemplate) {
   fail({"The printer's interface is in use by %1 (process 3)."});
@@ -173,6 +178,14 @@ TEST_F(QtFailureAlert, DetailsAreClosedAtFirstAndIssueNoCommand) {
   EXPECT_FALSE(log().isVisible());
   EXPECT_EQ(window("FailedSheet")->height(), height);
   EXPECT_TRUE(mCommands.empty());
+}
+
+TEST_F(QtFailureAlert, ArrowOfTheDetailsPointsWhereTheyOpen) {
+  fail({"Failed to load firmware file."});
+  const auto arrow = [this] { return details().icon().pixmap(details().iconSize()).toImage(); };
+  const QImage fromLeftToRight = arrow();
+  details().setLayoutDirection(Qt::RightToLeft);
+  EXPECT_NE(arrow(), fromLeftToRight);
 }
 
 TEST_F(QtFailureAlert, CloseStaysTheDefault) {

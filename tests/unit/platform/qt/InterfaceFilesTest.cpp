@@ -160,6 +160,12 @@ TEST_F(EmptyList, SaysNothingOnceThereIsARow) {
   EXPECT_FALSE(timer().isActive());
 }
 
+TEST_F(EmptyList, WaitsForNothingOnceThereIsARow) {
+  EXPECT_TRUE(timer().isActive());
+  fillList(1);
+  EXPECT_FALSE(timer().isActive());
+}
+
 TEST_F(EmptyList, LooksAgainForTenSecondsWhenTheLastRowHasGone) {
   tenSecondsPass();
   fillList(2);

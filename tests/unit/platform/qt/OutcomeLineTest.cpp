@@ -133,6 +133,11 @@ TEST_F(OutcomeLineTest, LongNamesAreCutToFitAndReadOutWhole) {
   }
   end(DownloadOutcome::Succeeded, Text::fromUtf8(std::string(63, 'W')));
   EXPECT_THAT(readOut(), StartsWith(std::string(63, 'W') + " (10.0.0.5) was updated"));
+  window("PrinterSelectWindow")->resize(300, 400);
+  settle();
+  EXPECT_THAT(shown(), testing::HasSubstr("W… ("));
+  EXPECT_THAT(readOut(), StartsWith(std::string(63, 'W') + " (10.0.0.5) was updated"));
+  EXPECT_EQ(platform::withoutMarks(line().toolTip()).toStdString(), readOut());
 }
 
 TEST_F(OutcomeLineTest, WiderWindowShowsTheWholeName) {

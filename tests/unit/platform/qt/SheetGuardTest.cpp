@@ -288,6 +288,38 @@ TEST_F(SheetGuardTest, ModifierThatIsLetGoInAnotherProgramIsForgotten) {
   EXPECT_THAT(mAnswers, ElementsAre("&Yes"));
 }
 
+// The sheet before took keys, and so this one was taken, too.
+TEST_F(SheetGuardTest, KeyThatIsHeldSinceASheetBeforeShutsOutUntilItIsLetGo) {
+  showQuietSheet();
+  press(Qt::Key_Return);
+  mSheet.hide();
+  mAnswers.clear();
+  keyDown(mMain, Qt::Key_Return);
+  showSheet();
+  pass(600ms);
+  click(mNo);
+  EXPECT_THAT(mAnswers, IsEmpty());
+  keyUp(mSheet, Qt::Key_Return);
+  pass(500ms);
+  click(mNo);
+  EXPECT_THAT(mAnswers, ElementsAre("&No"));
+}
+
+TEST_F(SheetGuardTest, KeyThatWasTakenAnswersOnceHoweverLongItIsHeld) {
+  showQuietSheet();
+  keyDown(mSheet, Qt::Key_Escape);
+  keyDown(mSheet, Qt::Key_Escape, {}, true);
+  EXPECT_THAT(mAnswers, ElementsAre("cancelled"));
+}
+
+TEST_F(SheetGuardTest, EndOfAKeyThatNobodyKnewOfMakesKeysWaitAgain) {
+  showQuietSheet();
+  press(Qt::Key_Tab);
+  keyUp(mSheet, Qt::Key_Return);
+  press(Qt::Key_Return);
+  EXPECT_THAT(mAnswers, IsEmpty());
+}
+
 TEST_F(SheetGuardTest, HeldMouseButtonShutsOutUntilItIsLetGo) {
   QTest::mousePress(mMain.windowHandle(), Qt::RightButton);
   showSheet();
