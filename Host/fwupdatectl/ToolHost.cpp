@@ -5,6 +5,7 @@
 
 #include "Branding.h"
 #include "Log.h"
+#include "platform/DeviceLocks.h"
 #include "platform/Files.h"
 #include "platform/Network.h"
 #include "platform/ServiceDiscovery.h"
@@ -16,6 +17,7 @@
 #include "platform/headless/HeadlessToolkit.h"
 #include "platform/libusb/LibusbRegistry.h"
 #include "platform/posix/PosixBundle.h"
+#include "platform/posix/PosixDeviceLocks.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixNetwork.h"
 #include "platform/posix/PosixStatusTable.h"
@@ -38,7 +40,8 @@ ToolHost::ToolHost(bool mirror)
       mRunLoop(platform::makeSystemdRunLoop(mLoop)),
       mEvents(mLoop, *mRunLoop),
       mFiles(platform::makePosixFiles()),
-      mNetwork(platform::makePosixNetwork(*mRunLoop)) {
+      mNetwork(platform::makePosixNetwork(*mRunLoop)),
+      mDeviceLocks(platform::makePosixDeviceLocks()) {
   mObservers.add(mLogHistory);
   mSurfaces = {.statuses = mStatuses.get(),
                .systemLog = &mLogHistory,
@@ -47,6 +50,7 @@ ToolHost::ToolHost(bool mirror)
                .runLoop = mRunLoop.get(),
                .events = &mEvents,
                .network = mNetwork.get(),
+               .deviceLocks = mDeviceLocks.get(),
                .downloadObserver = &mObservers,
                .logHistory = &mLogHistory};
   install();

@@ -16,6 +16,7 @@
 
 namespace platform {
 class Bundle;
+class DeviceLocks;
 class Files;
 class HeadlessToolkit;
 class Network;
@@ -61,6 +62,7 @@ class ToolHost {
   std::unique_ptr<platform::Files> mFiles;
   std::unique_ptr<platform::Network> mNetwork;
   platform::DiscoveryStatus mDiscoveryStatus;
+  std::unique_ptr<platform::DeviceLocks> mDeviceLocks;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::UsbRegistry> mUsb;
   std::unique_ptr<platform::DownloadObserver> mPowerLock;

@@ -1,4 +1,6 @@
 // The entry point of the tool: reads the command line and does what it asks for.
+#include <sys/prctl.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <clocale>
@@ -147,7 +149,9 @@ bool parse(int argc, char** argv, Options& options, int& status) {
   }
 }
 
+// Started by a link of the kernel's, which is no name to be known by.
 int work(ToolHost& host, const Options& options) {
+  prctl(PR_SET_NAME, "fwupdatectl");
   const Signals signals(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
   const auto order = nlohmann::ordered_json::parse(options.order);
   const Target target = targetFromJson(order);

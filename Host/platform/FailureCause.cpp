@@ -364,6 +364,32 @@ std::optional<FailureCause> holderIn(std::string_view text) {
       std::string(text.substr(kByDriver.size()))};
 }
 
+// Who sends to the network printer already; nothing when the entry is about something else.
+std::optional<FailureCause> lockHolderIn(std::string_view text) {
+  constexpr std::string_view kHeld = "The printer is in use by ";
+  constexpr std::string_view kProcess = "process ";
+  if (!text.starts_with(kHeld)) return std::nullopt;
+  text.remove_prefix(kHeld.size());
+  if (text.ends_with('.')) text.remove_suffix(1);
+  FailureCause held{
+      nullptr,
+      //: Why a download failed. %1 is the name of a program and the number of its process, for
+      //: example "fwupdate (812)".
+      TRANSLATABLE("FailureCause", "The program %1 is using this printer."),
+      //: What to do when another program of this computer is updating the same printer.
+      TRANSLATABLE("FailureCause", "Wait until it has finished, then try again."),
+      std::string(text)};
+  const std::size_t process = held.subject.rfind(kProcess);
+  if (process == std::string::npos) {
+    held.cause =
+        //: Why a download failed: which program it is, is not known.
+        TRANSLATABLE("FailureCause", "Another program is using this printer.");
+  } else {
+    held.subject.erase(process, kProcess.size());
+  }
+  return held;
+}
+
 // The printer's answer to the firmware, in a dump.
 bool isRefusal(std::string_view text) {
   constexpr std::string_view kBurnAnswer = "ACL Response: prefix=00ac; cmd ID=000f; cmdStatus=";
@@ -446,6 +472,7 @@ std::optional<FailureCause> findCause(const std::vector<LogHistory::Entry>& entr
   if (auto held = firstOf(entries, [](const auto& entry) { return holderIn(entry.text); })) {
     return held;
   }
+  if (auto held = firstOfErrors(entries, lockHolderIn)) return held;
   if (auto usb = firstOfErrors(entries, usbCause)) return usb;
   for (const Row& row : kRows) {
     if (auto cause = causeWith(entries, row)) return cause;

@@ -5,6 +5,7 @@
 namespace platform {
 
 class Bundle;
+class DeviceLocks;
 class Diagnostics;
 class DiscoveryStatus;
 class DownloadObserver;
@@ -33,6 +34,7 @@ struct Platform {
   ServiceDiscovery* services = nullptr;
   UsbRegistry* usb = nullptr;
   Toolkit* toolkit = nullptr;
+  DeviceLocks* deviceLocks = nullptr;            // null: nobody else is kept out
   DiscoveryStatus* discoveryStatus = nullptr;    // null: nobody knows
   Diagnostics* diagnostics = nullptr;            // null: nobody is told of the machine
   DownloadObserver* downloadObserver = nullptr;  // null: nobody watches

@@ -464,6 +464,21 @@
         <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
         <translation>لم يُرسَل أي شيء إلى الطابعة.</translation>
     </message>
+    <message>
+        <source>The program %1 is using this printer.</source>
+        <extracomment>Why a download failed. %1 is the name of a program and the number of its process, for example &quot;fwupdate (812)&quot;.</extracomment>
+        <translation>يستخدم البرنامج %1 هذه الطابعة.</translation>
+    </message>
+    <message>
+        <source>Wait until it has finished, then try again.</source>
+        <extracomment>What to do when another program of this computer is updating the same printer.</extracomment>
+        <translation>انتظر حتى ينتهي، ثم حاول مرة أخرى.</translation>
+    </message>
+    <message>
+        <source>Another program is using this printer.</source>
+        <extracomment>Why a download failed: which program it is, is not known.</extracomment>
+        <translation>يستخدم برنامج آخر هذه الطابعة.</translation>
+    </message>
 </context>
 <context>
     <name>Localizable</name>

@@ -456,6 +456,21 @@
         <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
         <translation>An den Drucker wurde nichts gesendet.</translation>
     </message>
+    <message>
+        <source>The program %1 is using this printer.</source>
+        <extracomment>Why a download failed. %1 is the name of a program and the number of its process, for example &quot;fwupdate (812)&quot;.</extracomment>
+        <translation>Das Programm %1 benutzt diesen Drucker.</translation>
+    </message>
+    <message>
+        <source>Wait until it has finished, then try again.</source>
+        <extracomment>What to do when another program of this computer is updating the same printer.</extracomment>
+        <translation>Warten Sie, bis es fertig ist, und versuchen Sie es dann noch einmal.</translation>
+    </message>
+    <message>
+        <source>Another program is using this printer.</source>
+        <extracomment>Why a download failed: which program it is, is not known.</extracomment>
+        <translation>Ein anderes Programm benutzt diesen Drucker.</translation>
+    </message>
 </context>
 <context>
     <name>Localizable</name>

@@ -454,6 +454,21 @@
         <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
         <translation>프린터에 아무것도 보내지 않았습니다.</translation>
     </message>
+    <message>
+        <source>The program %1 is using this printer.</source>
+        <extracomment>Why a download failed. %1 is the name of a program and the number of its process, for example &quot;fwupdate (812)&quot;.</extracomment>
+        <translation>프로그램 %1이(가) 이 프린터를 사용하고 있습니다.</translation>
+    </message>
+    <message>
+        <source>Wait until it has finished, then try again.</source>
+        <extracomment>What to do when another program of this computer is updating the same printer.</extracomment>
+        <translation>끝날 때까지 기다린 다음 다시 시도하십시오.</translation>
+    </message>
+    <message>
+        <source>Another program is using this printer.</source>
+        <extracomment>Why a download failed: which program it is, is not known.</extracomment>
+        <translation>다른 프로그램이 이 프린터를 사용하고 있습니다.</translation>
+    </message>
 </context>
 <context>
     <name>Localizable</name>

@@ -458,6 +458,21 @@
         <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
         <translation>Nic nie zostało wysłane do drukarki.</translation>
     </message>
+    <message>
+        <source>The program %1 is using this printer.</source>
+        <extracomment>Why a download failed. %1 is the name of a program and the number of its process, for example &quot;fwupdate (812)&quot;.</extracomment>
+        <translation>Program %1 używa tej drukarki.</translation>
+    </message>
+    <message>
+        <source>Wait until it has finished, then try again.</source>
+        <extracomment>What to do when another program of this computer is updating the same printer.</extracomment>
+        <translation>Poczekaj, aż skończy, a następnie spróbuj ponownie.</translation>
+    </message>
+    <message>
+        <source>Another program is using this printer.</source>
+        <extracomment>Why a download failed: which program it is, is not known.</extracomment>
+        <translation>Inny program używa tej drukarki.</translation>
+    </message>
 </context>
 <context>
     <name>Localizable</name>

@@ -454,6 +454,21 @@
         <extracomment>Headline of a download that ended because the file with the firmware is damaged.</extracomment>
         <translation>Yazıcıya hiçbir şey gönderilmedi.</translation>
     </message>
+    <message>
+        <source>The program %1 is using this printer.</source>
+        <extracomment>Why a download failed. %1 is the name of a program and the number of its process, for example &quot;fwupdate (812)&quot;.</extracomment>
+        <translation>%1 programı bu yazıcıyı kullanıyor.</translation>
+    </message>
+    <message>
+        <source>Wait until it has finished, then try again.</source>
+        <extracomment>What to do when another program of this computer is updating the same printer.</extracomment>
+        <translation>Bitmesini bekleyip yeniden deneyin.</translation>
+    </message>
+    <message>
+        <source>Another program is using this printer.</source>
+        <extracomment>Why a download failed: which program it is, is not known.</extracomment>
+        <translation>Başka bir program bu yazıcıyı kullanıyor.</translation>
+    </message>
 </context>
 <context>
     <name>Localizable</name>

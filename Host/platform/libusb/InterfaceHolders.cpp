@@ -3,15 +3,14 @@
 #include <dirent.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
-#include <fstream>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <system_error>
 
+#include "platform/ProcessName.h"
 #include "platform/libusb/SysfsAttribute.h"
 
 namespace fs = std::filesystem;
@@ -27,8 +26,6 @@ struct CloseDirectory {
 using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
 constexpr std::size_t kMaxPrograms = 3;
-constexpr std::size_t kMaxNameLength = 255;  // of a file
-constexpr std::size_t kCutNameLength = 15;   // of the kernel's names of processes
 
 // A process's number; nothing for the other things in /proc.
 std::optional<int> processNumber(const std::string& name) {
@@ -37,33 +34,6 @@ std::optional<int> processNumber(const std::string& name) {
   const auto [stop, error] = std::from_chars(name.data(), end, number);
   if (error != std::errc() || stop != end || number <= 0) return std::nullopt;
   return number;
-}
-
-// A program chooses its name itself.
-std::string printable(std::string name) {
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-  return name;
-}
-
-std::string readStart(const fs::path& file) {
-  std::string text(kMaxNameLength, '\0');
-  std::ifstream stream(file, std::ios::binary);
-  stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(stream.gcount()));
-  if (text.ends_with('\n')) text.pop_back();
-  return text;
-}
-
-// The kernel's name of a process is cut; where it is, the program's file has the whole of it.
-std::string nameOf(const fs::path& process) {
-  const std::string name = readStart(process / "comm");
-  if (!name.empty() && name.size() < kCutNameLength) return printable(name);
-  std::error_code none;
-  std::string file = fs::read_symlink(process / "exe", none).filename().string();
-  constexpr std::string_view kDeleted = " (deleted)";
-  if (file.ends_with(kDeleted)) file.resize(file.size() - kDeleted.size());
-  return printable(file.starts_with(name) ? file : name);
 }
 
 // Whether the process has the node open. Links only are read, never what they lead to, which may be
@@ -92,7 +62,7 @@ std::vector<InterfaceHolder> findPrograms(std::string_view node, const fs::path&
     if (found.size() == kMaxPrograms || Clock::now() >= deadline) break;
     const std::optional<int> number = processNumber(entry->path().filename().string());
     if (!number || *number == getpid() || !hasOpen(entry->path(), node, deadline)) continue;
-    const std::string name = nameOf(entry->path());
+    const std::string name = programName(entry->path());
     if (!name.empty()) found.push_back({InterfaceHolder::Kind::Program, name, *number});
   }
   return found;

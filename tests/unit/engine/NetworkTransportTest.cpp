@@ -1,7 +1,11 @@
 #include <cstring>
+#include <memory>
+#include <optional>
 #include <stdexcept>
+#include <vector>
 
 #include "EngineFixture.h"
+#include "FakeDeviceLocks.h"
 #include "FirmwareDownloader.h"
 #include "Log.h"
 #include "NetworkTransport.h"
@@ -249,6 +253,61 @@ TEST_F(NetworkTransportTest, DestructionLogsAndThenClosesTheSocket) {
   EXPECT_THAT(log.entries(), ElementsAre(LogEntry{5, "Cleaning up network transport."}));
   EXPECT_FALSE(mNetwork.isOpen());
   EXPECT_FALSE(mNetwork.arrives(octets("abcd")));
+}
+
+// A transport whose printer may be another program's.
+class LockedNetworkTransportTest : public EngineFixture {
+ protected:
+  LockedNetworkTransportTest() {
+    platform::Platform locking = surfaces();
+    locking.systemLog = platform::current().systemLog;
+    locking.deviceLocks = &mLocks;
+    mScope.emplace(locking);
+  }
+
+  FakeDeviceLocks mLocks;
+  std::optional<platform::PlatformScope> mScope;
+  FirmwareDownloader mDownloader;
+};
+
+TEST_F(LockedNetworkTransportTest, LockIsHeldFromTheConnectionToItsEnd) {
+  auto transport = std::make_unique<NetworkTransport>(kAddress, mDownloader);
+  EXPECT_EQ(mLocks.held(), 0u);
+  transport->connect();
+  EXPECT_EQ(mLocks.held(), 1u);
+  EXPECT_TRUE(mNetwork.isConnecting());
+  transport.reset();
+  EXPECT_EQ(mLocks.held(), 0u);
+}
+
+TEST_F(LockedNetworkTransportTest, PrinterThatIsInUseEndsTheDownloadBeforeAnythingIsSent) {
+  mLocks.setHolder("fwupdatectl (process 812)");
+  downloadFirmwareThroughNetwork(kAddress, mDownloader);
+  EXPECT_FALSE(mNetwork.isConnecting());
+  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 15", "close"));
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
+  EXPECT_THAT(mLog.entries(),
+              ElementsAre(LogEntry{5, "Connecting to I/O transport..."},
+                          LogEntry{3,
+                                   "General runtime error occurred during async task: The printer "
+                                   "is in use by fwupdatectl (process 812)."},
+                          LogEntry{5, "Cleaning up network transport."}));
+}
+
+TEST_F(LockedNetworkTransportTest, LockIsGivenBackByADownloadThatFails) {
+  downloadFirmwareThroughNetwork(kAddress, mDownloader);
+  EXPECT_EQ(mLocks.held(), 1u);
+  mNetwork.setSendResult(-1);
+  EXPECT_TRUE(mNetwork.connectionEnds());
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
+  EXPECT_EQ(mLocks.held(), 0u);
+}
+
+TEST_F(LockedNetworkTransportTest, PrinterThatCannotBeLockedIsConnectedTo) {
+  const platform::Data ipv6 = platform::makeData(std::vector<std::uint8_t>(28, 30));
+  NetworkTransport transport(ipv6, mDownloader);
+  transport.connect();
+  EXPECT_TRUE(mNetwork.isConnecting());
 }
 
 // A whole download over the transport.

@@ -163,6 +163,23 @@ TEST(FailureCause, HolderWithoutANameIsAnotherProgram) {
   }
 }
 
+TEST(FailureCause, WhoUpdatesAPrinterIsNamedWithItsProcess) {
+  const auto heldBy = [&](const std::string& holder) {
+    return causeOfFailure(
+        errors({"General runtime error occurred during async task: The printer is in use by " +
+                holder + "."}),
+        false);
+  };
+  const FailureCause tool = heldBy("fwupdatectl (process 812)");
+  EXPECT_STREQ(tool.cause, "The program %1 is using this printer.");
+  EXPECT_STREQ(tool.nextStep, "Wait until it has finished, then try again.");
+  EXPECT_EQ(tool.subject, "fwupdatectl (812)");
+  EXPECT_EQ(heldBy("a (process 3) tool (process 41)").subject, "a (process 3) tool (41)");
+  const FailureCause unknown = heldBy("another program");
+  EXPECT_STREQ(unknown.cause, "Another program is using this printer.");
+  EXPECT_STREQ(unknown.nextStep, "Wait until it has finished, then try again.");
+}
+
 TEST(FailureCause, PrintersRefusalIsToldFromAnAnswerThatIsNone) {
   const std::string error = "The firmware download failed on the printer.";
   const auto answered = [&](const std::string& dump) {

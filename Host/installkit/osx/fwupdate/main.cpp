@@ -13,6 +13,7 @@
 #include "LogOptions.h"
 #include "UI.h"
 #include "describeFirmwareFiles.h"
+#include "platform/DeviceLocks.h"
 #include "platform/Diagnostics.h"
 #include "platform/DiscoveryStatus.h"
 #include "platform/DownloadObserver.h"
@@ -31,6 +32,7 @@
 #include "platform/libusb/LibusbRegistry.h"
 #include "platform/posix/HostDescription.h"
 #include "platform/posix/PosixBundle.h"
+#include "platform/posix/PosixDeviceLocks.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixNetwork.h"
 #include "platform/posix/PosixStatusTable.h"
@@ -127,6 +129,7 @@ class Host {
         mApplication(
             platform::makeQtApplication("fwupdate", *logSurfaces.bundle, &reportNoDisplay)),
         mNetwork(platform::makePosixNetwork(mApplication->runLoop())),
+        mDeviceLocks(platform::makePosixDeviceLocks()),
         mServices(platform::makeAvahiServiceDiscovery(mApplication->runLoop(), Branding::sModelStr,
                                                       &mDiscoveryStatus)),
         mUsb(platform::makeLibusbRegistry(mApplication->runLoop(), &logError)),
@@ -157,6 +160,7 @@ class Host {
     surfaces.runLoop = &mApplication->runLoop();
     surfaces.events = &mApplication->events();
     surfaces.network = mNetwork.get();
+    surfaces.deviceLocks = mDeviceLocks.get();
     surfaces.services = mServices.get();
     surfaces.usb = mUsb.get();
     surfaces.toolkit = &mApplication->toolkit();
@@ -171,6 +175,7 @@ class Host {
   std::unique_ptr<platform::Files> mFiles;
   std::unique_ptr<platform::QtApplication> mApplication;
   std::unique_ptr<platform::Network> mNetwork;
+  std::unique_ptr<platform::DeviceLocks> mDeviceLocks;
   platform::DiscoveryStatus mDiscoveryStatus;
   std::unique_ptr<platform::ServiceDiscovery> mServices;
   std::unique_ptr<platform::LibusbRegistry> mUsb;

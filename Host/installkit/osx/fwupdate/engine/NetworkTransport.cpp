@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 #include "FirmwareDownloader.h"
@@ -18,6 +19,16 @@ constexpr unsigned long kReadAndWriteCallbacks =
 constexpr unsigned long kAllCallbacks = kReadAndWriteCallbacks | StreamSocket::kConnectCallback;
 constexpr double kSendTimeoutSeconds = 5.0;
 
+// Throws when another program is at it.
+std::unique_ptr<platform::DeviceLock> lockPrinter(const platform::Data& address) {
+  platform::DeviceLocks* const locks = platform::current().deviceLocks;
+  if (locks == nullptr) return nullptr;
+  std::string holder;
+  auto lock = locks->lock(address, holder);
+  if (!holder.empty()) throw std::runtime_error("The printer is in use by " + holder + ".");
+  return lock;
+}
+
 }  // namespace
 
 NetworkTransport::NetworkTransport(const platform::Data& address, FirmwareDownloader& downloader)
@@ -32,6 +43,7 @@ NetworkTransport::~NetworkTransport() {
 }
 
 void NetworkTransport::connect() {
+  mLock = lockPrinter(mAddress);
   if (mSocket->connectInBackground(mAddress) != 0) {
     throw std::runtime_error("Unable to connect to socket");
   }

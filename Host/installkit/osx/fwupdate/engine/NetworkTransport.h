@@ -9,6 +9,7 @@
 #include "IoTransport.h"
 #include "RawDataCollector.h"
 #include "platform/Data.h"
+#include "platform/DeviceLocks.h"
 #include "platform/Network.h"
 
 class FirmwareDownloader;
@@ -23,7 +24,8 @@ class NetworkTransport : public IoTransport {
   NetworkTransport(const NetworkTransport&) = delete;
   NetworkTransport& operator=(const NetworkTransport&) = delete;
 
-  // A connection that cannot be made shows in the next write.
+  // A connection that cannot be made shows in the next write. Throws std::runtime_error when it
+  // cannot be tried, or when another program of this computer is at the printer.
   void connect() override;
 
   void read(void* buffer, std::size_t length) override;
@@ -50,6 +52,7 @@ class NetworkTransport : public IoTransport {
 
   FirmwareDownloader& mDownloader;
   const platform::Data mAddress;
+  std::unique_ptr<platform::DeviceLock> mLock;  // until the connection is closed
   std::unique_ptr<platform::StreamSocket> mSocket;
   ReadRequest mReadRequest;
   RawDataCollector mReceived;

@@ -1,0 +1,85 @@
+// Two runs of the tool that want the same printer.
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <regex>
+#include <string>
+
+#include "ShellCommand.h"
+#include "ToolProcess.h"
+#include "VirtualPrinterProcess.h"
+
+namespace {
+
+class FwupdatectlLock : public testing::Test {
+ protected:
+  std::string label() const { return mAddress + " (" + mAddress + "): "; }
+
+  Outcome update(const std::string& arguments = {}) const {
+    return runInShell("'" FWUPDATECTL "' update --yes --quiet " + arguments + " --address " +
+                      mAddress + " </dev/null");
+  }
+
+  void startFirst() {
+    mFirst.emplace(FWUPDATECTL, "update --yes --address " + mAddress);
+    mFirst->readUntil(label() + "asking for its version");
+  }
+
+  // The printer never answers it.
+  void endFirst() {
+    mFirst->signal(SIGTERM);
+    mFirst->signal(SIGINT);  // another one, since two of one kind may arrive as one
+    mFirst->readUntil("status 130");
+  }
+
+  // The process that a second run names as the one that is at the printer.
+  pid_t holder() const {
+    const Outcome second = update();
+    std::smatch found;
+    const std::regex named(
+        R"(failed: The program fwupdatectl \(([0-9]+)\) is using this printer\. )"
+        R"(Wait until it has finished, then try again\.\n$)");
+    EXPECT_TRUE(std::regex_search(second.errors, found, named)) << second.errors;
+    EXPECT_EQ(second.status, 1);
+    return found.empty() ? -1 : std::stoi(found[1]);
+  }
+
+  VirtualPrinterProcess mPrinter{
+      {"--fault", "silence@id-request", "--faulty-conversations", "1", "--burn-seconds", "0.1"}};
+  const std::string mAddress = "127.0.0.1:" + std::to_string(mPrinter.port());
+  std::optional<ToolProcess> mFirst;
+};
+
+TEST_F(FwupdatectlLock, SecondDoesNotStartAndSaysWhoIsAtThePrinter) {
+  startFirst();
+  std::ifstream arguments("/proc/" + std::to_string(holder()) + "/cmdline");
+  EXPECT_THAT((std::string{std::istreambuf_iterator<char>(arguments), {}}),
+              testing::HasSubstr(mAddress));
+  endFirst();
+  mPrinter.stop();
+  EXPECT_EQ(mPrinter.entries("connected").size(), 1u);
+}
+
+TEST_F(FwupdatectlLock, LogSaysItInFull) {
+  startFirst();
+  EXPECT_THAT(
+      update("--verbose").errors,
+      testing::ContainsRegex("General runtime error occurred during async task: The printer "
+                             "is in use by fwupdatectl \\(process [0-9]+\\)\\.\n"));
+  endFirst();
+}
+
+TEST_F(FwupdatectlLock, EndsWithAKilledProcess) {
+  startFirst();
+  ASSERT_EQ(kill(holder(), SIGKILL), 0);
+  mFirst->readUntil(label() + "failed: The update ended unexpectedly: Killed.");
+  const Outcome next = update();
+  EXPECT_EQ(next.errors, "");
+  EXPECT_EQ(next.status, 0);
+  mPrinter.waitFor("burn");
+}
+
+}  // namespace
