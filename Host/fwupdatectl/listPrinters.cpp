@@ -138,6 +138,7 @@ std::vector<Found> lookForPrinters(ToolHost& host, const Options& options) {
 
 void askForVersions(ToolHost& host, const Options& options, std::vector<Found>& printers) {
   std::vector<Target> targets;
+  targets.reserve(printers.size());
   for (const Found& each : printers) targets.push_back(each.printer);
   VersionQueries queries(host.runLoop(), targets, options.patience,
                          [&printers](std::size_t place, const VersionQuery::Answer& answer) {
