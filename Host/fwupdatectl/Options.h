@@ -26,6 +26,9 @@ struct Options {
   bool all = false;
   bool yes = false;
   std::size_t jobs = 8;
+  std::chrono::milliseconds timeout{0};  // of one download; 0 for none
+  bool verify = false;
+  std::chrono::milliseconds returnWait{120000};  // for a printer to be back
 
   std::string file;   // show
   std::string order;  // worker

@@ -28,6 +28,7 @@ std::string phaseOf(const ordered_json& event) {
   if (phase == "choosing-firmware") return "choosing its firmware";
   if (phase == "sending-firmware") return "sending the firmware";
   if (phase == "burning-firmware") return "the printer is writing its memory";
+  if (phase == "waiting-for-return") return "waiting until it is back";
   return {};
 }
 
@@ -68,6 +69,10 @@ std::string sentenceOf(const Target& printer, const UpdateResult& result) {
   const std::string before = std::to_string(result.versionBefore);
   switch (result.outcome) {
     case UpdateResult::Outcome::Updated:
+      if (result.versionAfter) {
+        return label + "now runs version " + std::to_string(*result.versionAfter) + " (was " +
+               before + ")";
+      }
       return label + "updated to version " + version + " (was " + before + ")";
     case UpdateResult::Outcome::UpToDate:
       return label + "up to date (version " + before + ")";
@@ -151,6 +156,7 @@ void JsonReport::ended(const Target& printer, const UpdateResult& result) {
     members["version_before"] = result.versionBefore;
     members["version_of_firmware"] = result.versionOfFirmware;
   }
+  if (result.versionAfter) members["version_after"] = *result.versionAfter;
   if (!result.cause.empty()) members["cause"] = result.cause;
   if (!result.nextStep.empty()) members["next_step"] = result.nextStep;
   if (result.isNotPermitted) members["not_permitted"] = true;

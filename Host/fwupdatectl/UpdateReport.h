@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 
 #include "Target.h"
@@ -14,6 +15,7 @@ struct UpdateResult {
   Outcome outcome = Outcome::Failed;
   unsigned int versionBefore = 0;  // both 0 where they did not become known
   unsigned int versionOfFirmware = 0;
+  std::optional<unsigned int> versionAfter{};  // where it was asked for when the printer was back
   std::string cause{};  // of a failure, and what to do about it: each a sentence, or empty
   std::string nextStep{};
   bool isNotPermitted = false;  // this user may not use the printer's device

@@ -3,7 +3,9 @@
 #include <system_error>
 #include <utility>
 
+#include "JsonLines.h"
 #include "causeOfDeath.h"
+#include "inSeconds.h"
 
 namespace {
 
@@ -13,11 +15,11 @@ constexpr const char* kInterruption =
 }  // namespace
 
 UpdateRun::UpdateRun(platform::RunLoop& runLoop, UpdateReport& report, std::vector<Target> targets,
-                     std::size_t jobs)
+                     Settings settings)
     : mRunLoop(runLoop),
       mReport(report),
       mWaiting(targets.begin(), targets.end()),
-      mJobsAtOnce(jobs) {}
+      mSettings(std::move(settings)) {}
 
 UpdateRun::~UpdateRun() = default;
 
@@ -27,7 +29,7 @@ void UpdateRun::start(std::function<void()> done) {
 }
 
 void UpdateRun::startJobs() {
-  while (!mWaiting.empty() && mJobs.size() < mJobsAtOnce) {
+  while (!mWaiting.empty() && mJobs.size() < mSettings.jobs) {
     const Target next = std::move(mWaiting.front());
     mWaiting.pop_front();
     startJob(next);
@@ -47,6 +49,10 @@ void UpdateRun::startJob(const Target& target) {
             [this, &job](const nlohmann::ordered_json& event) { told(job, event); },
             [this, &job](const std::string& line) { logged(job, line); },
             [this, number](int status) { ended(number, status); }});
+    if (mSettings.timeout) {
+      job.limit = std::make_unique<DownloadLimit>(mRunLoop, *mSettings.timeout,
+                                                  [&job] { job.process->terminate(); });
+    }
   } catch (const std::system_error& error) {
     job.result.cause = error.what();
     mReport.ended(target, job.result);
@@ -56,6 +62,7 @@ void UpdateRun::startJob(const Target& target) {
 
 void UpdateRun::told(Job& job, const nlohmann::ordered_json& event) {
   const std::string kind = event.value("event", "");
+  if (job.limit) job.limit->told(event);
   if (kind == "versions") {
     job.result.versionBefore = event.value("version_before", 0U);
     job.result.versionOfFirmware = event.value("version_of_firmware", 0U);
@@ -80,17 +87,54 @@ void UpdateRun::logged(Job& job, const std::string& line) {
 }
 
 void UpdateRun::ended(std::size_t number, int status) {
-  const auto job = mJobs.extract(number);
-  UpdateResult& result = job.mapped().result;
+  Job& job = mJobs.at(number);
+  UpdateResult& result = job.result;
   if (status != 0) {
     result.outcome = UpdateResult::Outcome::Failed;
     if (mIsTerminated) {
       result.cause = kInterruption;
       result.nextStep.clear();
+    } else if (job.limit && job.limit->isOver()) {
+      const nlohmann::ordered_json why = toJson(job.limit->cause());
+      result.cause = why.at("cause");
+      result.nextStep = why.at("next_step");
     }
     if (result.cause.empty()) result.cause = causeOfDeath("The update", status, result.error);
   }
-  mReport.ended(job.mapped().target, result);
+  job.limit.reset();
+  if (result.outcome == UpdateResult::Outcome::Updated && mSettings.returnWait && !mIsTerminated) {
+    awaitReturn(number);
+  } else {
+    finish(number);
+  }
+}
+
+void UpdateRun::awaitReturn(std::size_t number) {
+  Job& job = mJobs.at(number);
+  mReport.told(job.target, jsonEvent("phase", {{"phase", "waiting-for-return"},
+                                               {"bound_ms", mSettings.returnWait->count()}}));
+  job.watch = std::make_unique<ReturnWatch>(
+      mRunLoop, job.target, job.result.versionOfFirmware, mSettings.locate, *mSettings.returnWait,
+      [this, number](std::optional<unsigned int> version) { returned(number, version); });
+}
+
+void UpdateRun::returned(std::size_t number, std::optional<unsigned int> version) {
+  UpdateResult& result = mJobs.at(number).result;
+  result.versionAfter = version;
+  if (!version) {
+    result.cause = "The printer did not come back within " + inSeconds(*mSettings.returnWait) + ".";
+    result.nextStep = "Check that the printer is switched on and connected, then update it again.";
+  } else if (*version < result.versionOfFirmware) {
+    result.cause = "The printer came back with version " + std::to_string(*version) + ".";
+    result.nextStep = "Switch the printer off and on, then try again.";
+  }
+  if (!result.cause.empty()) result.outcome = UpdateResult::Outcome::Failed;
+  finish(number);
+}
+
+void UpdateRun::finish(std::size_t number) {
+  const auto job = mJobs.extract(number);
+  mReport.ended(job.mapped().target, job.mapped().result);
   startJobs();
 }
 
@@ -104,5 +148,15 @@ void UpdateRun::startNoMore() {
 void UpdateRun::terminate() {
   startNoMore();
   mIsTerminated = true;
-  for (const auto& [number, job] : mJobs) job.process->terminate();
+  std::vector<std::size_t> updated;
+  for (const auto& [number, job] : mJobs) {
+    job.process->terminate();
+    if (job.watch) updated.push_back(number);
+  }
+  for (const std::size_t number : updated) {
+    UpdateResult& result = mJobs.at(number).result;
+    result.outcome = UpdateResult::Outcome::Failed;
+    result.cause = "Interrupted before the printer was back.";
+    finish(number);
+  }
 }

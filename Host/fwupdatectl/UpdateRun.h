@@ -1,13 +1,17 @@
 // Updates printers, each in a process of its own, some of them at a time.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "DownloadLimit.h"
+#include "ReturnWatch.h"
 #include "Target.h"
 #include "UpdateReport.h"
 #include "WorkerProcess.h"
@@ -15,9 +19,17 @@
 
 class UpdateRun {
  public:
+  struct Settings {
+    std::size_t jobs = 1;
+    std::optional<std::chrono::milliseconds> timeout{};  // of one download
+    // How long a printer that has restarted is waited for; not at all when there is none.
+    std::optional<std::chrono::milliseconds> returnWait{};
+    ReturnWatch::Locate locate{};
+  };
+
   // `runLoop` and `report` must outlive it.
   UpdateRun(platform::RunLoop& runLoop, UpdateReport& report, std::vector<Target> targets,
-            std::size_t jobs);
+            Settings settings);
   ~UpdateRun();
 
   // `done` is called from the loop when no printer is left.
@@ -36,6 +48,8 @@ class UpdateRun {
     Target target;
     UpdateResult result;
     std::unique_ptr<WorkerProcess> process;
+    std::unique_ptr<DownloadLimit> limit;
+    std::unique_ptr<ReturnWatch> watch;
   };
 
   void startJobs();
@@ -43,11 +57,14 @@ class UpdateRun {
   void told(Job& job, const nlohmann::ordered_json& event);
   void logged(Job& job, const std::string& line);
   void ended(std::size_t number, int status);
+  void awaitReturn(std::size_t number);
+  void returned(std::size_t number, std::optional<unsigned int> version);
+  void finish(std::size_t number);
 
   platform::RunLoop& mRunLoop;
   UpdateReport& mReport;
   std::deque<Target> mWaiting;
-  std::size_t mJobsAtOnce;
+  Settings mSettings;
   std::map<std::size_t, Job> mJobs;  // by their numbers
   std::size_t mLastNumber = 0;
   bool mIsInterrupted = false;

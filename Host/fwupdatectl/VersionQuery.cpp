@@ -1,24 +1,11 @@
 #include "VersionQuery.h"
 
-#include <array>
-#include <cstdio>
 #include <utility>
 
 #include "causeOfDeath.h"
+#include "inSeconds.h"
 
 using nlohmann::ordered_json;
-
-namespace {
-
-// "10 s", "0.5 s".
-std::string inSeconds(std::chrono::milliseconds time) {
-  std::array<char, 32> text{};
-  static_cast<void>(
-      std::snprintf(text.data(), text.size(), "%g s", std::chrono::duration<double>(time).count()));
-  return text.data();
-}
-
-}  // namespace
 
 VersionQuery::VersionQuery(platform::RunLoop& runLoop, const Target& printer,
                            std::chrono::milliseconds patience,

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <system_error>
 #include <utility>
@@ -16,6 +17,9 @@
 using nlohmann::ordered_json;
 
 namespace {
+
+// A process may be in a send, which takes 5 seconds at most.
+constexpr std::chrono::seconds kLongestEnd{8};
 
 void check(int error) {
   if (error != 0)
@@ -87,7 +91,9 @@ ordered_json orderOf(const Target& target, WorkerProcess::Work work) {
 
 WorkerProcess::WorkerProcess(platform::RunLoop& runLoop, const Target& target, Work work,
                              Listener listener)
-    : mListener(std::move(listener)), mProcess(spawn(orderOf(target, work), mEvents, mLog)) {
+    : mRunLoop(runLoop),
+      mListener(std::move(listener)),
+      mProcess(spawn(orderOf(target, work), mEvents, mLog)) {
   mEvents.startReading(runLoop, [this] { readEvents(); });
   mLog.startReading(runLoop, [this] { readLog(); });
   mProcessDescriptor = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
@@ -101,10 +107,11 @@ WorkerProcess::~WorkerProcess() {
   if (mProcessDescriptor >= 0) close(mProcessDescriptor);
 }
 
-void WorkerProcess::terminate() const {
-  if (!mProcessWatch) return;
+void WorkerProcess::terminate() {
+  if (!mProcessWatch || mEndByForce) return;
   kill(mProcess, SIGTERM);
   kill(mProcess, SIGCONT);  // one that is stopped could not heed it
+  mEndByForce = mRunLoop.startTimer(kLongestEnd, false, [this] { kill(mProcess, SIGKILL); });
 }
 
 void WorkerProcess::readEvents() {
@@ -125,6 +132,7 @@ void WorkerProcess::processEnded() {
   if (waitpid(mProcess, &status, WNOHANG) != mProcess) return;
   mStatus = WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
   mProcessWatch.reset();
+  mEndByForce.reset();
   endWhenAllIsRead();
 }
 

@@ -31,8 +31,8 @@ class WorkerProcess {
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-  // Asks it to end at once, in good order.
-  void terminate() const;
+  // Asks it to end at once, in good order, and ends it by force where it does not.
+  void terminate();
 
  private:
   void readEvents();
@@ -40,11 +40,13 @@ class WorkerProcess {
   void processEnded();
   void endWhenAllIsRead();
 
+  platform::RunLoop& mRunLoop;
   Listener mListener;
   Pipe mEvents;
   Pipe mLog;
   pid_t mProcess = -1;
   int mProcessDescriptor = -1;
   std::unique_ptr<platform::RunLoop::Watch> mProcessWatch;
+  std::unique_ptr<platform::RunLoop::Timer> mEndByForce;
   int mStatus = 0;
 };

@@ -89,6 +89,12 @@ void addUpdate(CLI::App& app, Options& options) {
   update->add_option("-j,--jobs", options.jobs, "Update so many at a time (8)")
       ->type_name("N")
       ->check(CLI::Range(1, 1000));
+  addSeconds(*update, "--timeout", options.timeout,
+             "Give up a download that takes longer (0: never)");
+  update->add_flag("--verify", options.verify,
+                   "Wait until each printer is back, and ask for its version");
+  addSeconds(*update, "--verify-wait", options.returnWait,
+             "Wait so long for a printer to be back (120)");
   addWait(*update, options);
   addOutput(*update, options);
   update->add_flag_callback(

@@ -223,9 +223,33 @@ class Counting final : public UpdateReport {
   UpdateTally mTally;
 };
 
+bool isAnnounced(const Target& printer) {
+  return printer.connection == Target::Connection::Network && printer.name != printer.address;
+}
+
+// Where a printer is by now, as far as one alone is announced by its name.
+Target located(const Target& printer, const PrinterDirectory* directory) {
+  if (directory == nullptr || !isAnnounced(printer)) return printer;
+  Printers same = named(directory->printers(), printer.name);
+  std::erase_if(same, [](const Target& each) { return !isAnnounced(each); });
+  return same.size() == 1 ? same.front() : printer;
+}
+
 int update(ToolHost& host, const Options& options, const Printers& printers) {
   Counting report(options);
-  UpdateRun run(host.runLoop(), report, printers, options.jobs);
+  // Those that were found by their announcements may come back with another address.
+  std::unique_ptr<PrinterDirectory> directory;
+  if (options.verify && std::ranges::any_of(printers, isAnnounced)) {
+    directory =
+        std::make_unique<PrinterDirectory>(host, [](PrinterDirectory::Change, const Target&) {});
+  }
+  UpdateRun::Settings settings{.jobs = options.jobs};
+  if (options.timeout.count() > 0) settings.timeout = options.timeout;
+  if (options.verify) settings.returnWait = options.returnWait;
+  settings.locate = [&directory](const Target& printer) {
+    return located(printer, directory.get());
+  };
+  UpdateRun run(host.runLoop(), report, printers, std::move(settings));
   const Signals signals(host.runLoop(), [&] {
     if (run.isInterrupted()) {
       run.terminate();

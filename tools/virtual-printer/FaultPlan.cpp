@@ -75,6 +75,8 @@ constexpr Kind kKinds[] = {
 
     {FaultKind::FailBurn, "fail-burn", Where::Nowhere, Value::OptionalNumber, 2, Medium::Any,
      "burns, fails, keeps the old firmware and answers with this status"},
+    {FaultKind::ForgetBurn, "forget-burn", Where::Nowhere, Value::None, 0, Medium::Any,
+     "burns, says that all is well, and comes back with the old firmware"},
     {FaultKind::Refuse, "refuse", Where::Nowhere, Value::None, 0, Medium::Network,
      "is announced, but refuses connections"},
     {FaultKind::Slow, "slow", Where::Nowhere, Value::Pace, 0, Medium::Network,

@@ -45,6 +45,7 @@ enum class FaultKind {
   BadUtf8,
   // The rest.
   FailBurn,
+  ForgetBurn,
   Refuse,
   Slow,
   ReceiveBuffer,

@@ -142,11 +142,15 @@ void Printer::restart() {
 void Printer::comeBack() {
   mRestartTimer.reset();
   const std::string version = *std::exchange(mBurnedVersion, std::nullopt);
-  mSettings.fwver = version;
-  if (mSettings.deviceId) mSettings.deviceId = withVersion(*mSettings.deviceId, version);
+  if (!faultsOf(mConversationsBegun).find(FaultKind::ForgetBurn)) takeVersion(version);
   start();
   ++mTally.returns;
   changed();
+}
+
+void Printer::takeVersion(const std::string& version) {
+  mSettings.fwver = version;
+  if (mSettings.deviceId) mSettings.deviceId = withVersion(*mSettings.deviceId, version);
 }
 
 void Printer::changed() {

@@ -99,6 +99,7 @@ class Printer {
   void restartIfBurned();
   void restart();
   void comeBack();
+  void takeVersion(const std::string& version);
   void changed();
 
   PrinterSettings mSettings;

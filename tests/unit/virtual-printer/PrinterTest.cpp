@@ -129,6 +129,16 @@ TEST_F(RestartTest, FailedBurnKeepsThePrinterWhereItIs) {
   EXPECT_EQ(printer().tally().burnsFailed, 1u);
 }
 
+TEST_F(RestartTest, ForgottenBurnBringsTheOldFirmwareBack) {
+  mSettings.deviceId = "MDL:K;FWVER:00000100;";
+  fault("forget-burn");
+  burn();
+  EXPECT_EQ(printer().tally().burned, 1u);
+  advance(10s);
+  EXPECT_EQ(takeJournal().back(), "ready device_id=\"MDL:K;FWVER:00000100;\"");
+  EXPECT_EQ(printer().tally().returns, 1u);
+}
+
 TEST_F(RestartTest, StoppingCancelsTheReturn) {
   burn();
   mConversation->hostFinished();
