@@ -84,4 +84,34 @@ TEST_F(InterruptionTest, WhoLooksElsewhereIsNotified) {
                   "R&amp;D.* was updated to version 200[.] [|] desktop-entry [|] fwupdate [|] -1"));
 }
 
+// How services of the computer and the desktop behave, and what the log says of it.
+struct Unwilling {
+  std::string how;
+  std::string why;
+};
+
+class UnwillingServices : public DesktopTest, public testing::WithParamInterface<Unwilling> {
+ protected:
+  BusServices mSystem{PrivateBus::Kind::System, {"login1=" + GetParam().how}};
+  BusServices mDesktop{PrivateBus::Kind::Session,
+                       {"screensaver=" + GetParam().how, "notifications=" + GetParam().how}};
+};
+
+TEST_P(UnwillingServices, HoldNoDownloadUp) {
+  const auto printer = startPrinter("Office", {"--burn-seconds", "7"});
+  startProgram();
+  startUpdate("Office");
+  const std::string entry = "Unable to keep the computer awake during downloads: " + GetParam().why;
+  EXPECT_TRUE(waitForLog(entry));
+  labelWith("Office (");
+  labelWith(" was updated to version 200 at ");
+  EXPECT_EQ(timesLogged(entry), 1u);
+}
+
+INSTANTIATE_TEST_SUITE_P(That, UnwillingServices,
+                         testing::Values(Unwilling{"waits", "no answer"},
+                                         Unwilling{"refuses",
+                                                   "org.freedesktop.DBus.Error.AccessDenied"}),
+                         [](const auto& unwilling) { return unwilling.param.how; });
+
 }  // namespace
