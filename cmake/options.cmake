@@ -15,6 +15,25 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(fw_options INTERFACE -Wno-restrict)
 endif()
 
+# What foreign bytes could do with a mistake of ours is kept small: Debian's hardening, with the
+# stronger checks of copies, of jumps, and of the standard library's containers. The sanitizers have
+# checks of their own, and without optimization the compiler knows no sizes.
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT FWUPDATE_SANITIZE)
+  target_compile_options(fw_options INTERFACE
+    -fstack-protector-strong -fstack-clash-protection
+    $<$<NOT:$<CONFIG:Debug>>:SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3>)
+  target_compile_definitions(fw_options INTERFACE _GLIBCXX_ASSERTIONS)
+  target_link_options(fw_options INTERFACE -Wl,-z,relro -Wl,-z,now)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i.86")
+    target_compile_options(fw_options INTERFACE -fcf-protection)
+  elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64")
+    target_compile_options(fw_options INTERFACE -mbranch-protection=standard)
+  endif()
+endif()
+
 if(FWUPDATE_SANITIZE)
   target_compile_options(fw_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
