@@ -150,7 +150,7 @@ TEST_F(FwupdatectlOnUsb, WithoutARightOnTheDeviceItIsListedAndNotUpdated) {
   const std::string nobody = "setpriv --reuid=65534 --regid=65534 --clear-groups";
   EXPECT_EQ(tool("list --wait 0.2", nobody).output, "Veltra KX350T\tUSB\tVP000001\n");
   const Outcome outcome = tool(kUpdateBySerial, nobody);
-  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.status, 4);
   EXPECT_EQ(outcome.errors,
             kLabel +
                 "failed: You are not permitted to use the printer’s USB connection. Unplug the "
