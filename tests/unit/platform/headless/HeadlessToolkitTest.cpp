@@ -58,6 +58,27 @@ TEST_F(HeadlessToolkitTest, ControlIsTheSameEachTime) {
   EXPECT_EQ(mToolkit.controlOwner(mList), mWindow);
 }
 
+TEST_F(HeadlessToolkitTest, EachWindowHasControlsOfItsOwn) {
+  WindowRef other = WindowRef::None;
+  EXPECT_EQ(mToolkit.createWindowFromNib(platform::NibRef::None, platform::Text(), other), noErr);
+  ControlRef control = ControlRef::None;
+  EXPECT_EQ(mToolkit.getControlById(other, {"list"_4cc, 0}, control), noErr);
+  EXPECT_NE(control, mList);
+  EXPECT_EQ(mToolkit.addDataBrowserItem(control, 1), platform::errControlNotFound);
+  EXPECT_THAT(mTold, ElementsAre());
+}
+
+TEST_F(HeadlessToolkitTest, NothingIsSelectedAndNothingIsWide) {
+  platform::ItemId first = 7;
+  platform::ItemId last = 7;
+  EXPECT_EQ(mToolkit.getSelectionAnchor(mList, first, last), noErr);
+  EXPECT_EQ(first, 0u);
+  EXPECT_EQ(last, 0u);
+  std::uint16_t width = 7;
+  EXPECT_EQ(mToolkit.getNamedColumnWidth(mList, "lcNm"_4cc, width), noErr);
+  EXPECT_EQ(width, 0);
+}
+
 TEST_F(HeadlessToolkitTest, ControlKeepsWhatRidesOnIt) {
   int value = 0;
   void* found = &value;
