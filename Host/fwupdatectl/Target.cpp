@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "hostNames.h"
+
 namespace {
 
 constexpr std::uint16_t kRawPort = 9100;
@@ -35,8 +37,9 @@ std::string completeAddress(const std::string& text) {
   const std::size_t colon = text.find(':');
   const std::string host = text.substr(0, colon);
   in_addr parsed{};
-  if (inet_pton(AF_INET, host.c_str(), &parsed) != 1) {
-    throw std::invalid_argument("\"" + host + "\" is no IPv4 address, like 10.0.0.5");
+  if (inet_pton(AF_INET, host.c_str(), &parsed) != 1 && !isHostName(host)) {
+    throw std::invalid_argument("\"" + host +
+                                "\" is no IPv4 address, like 10.0.0.5, and no host name");
   }
   const std::uint16_t port =
       colon == std::string::npos ? kRawPort : portFrom(text.substr(colon + 1));

@@ -13,11 +13,12 @@ struct Target {
   Connection connection = Connection::Network;
   std::string name;
   std::string serial;   // USB
-  std::string address;  // network: "10.0.0.5:9100"
+  std::string address;  // network: "10.0.0.5:9100", "office.example:9100"
 };
 
 // Ports are 9100 where none is given. Throws std::invalid_argument, with a sentence for the user,
-// for what is no IPv4 address with a port from 1 to 65535: IPv6 is not spoken by the product.
+// for what is no IPv4 address or host name with a port from 1 to 65535: IPv6 is not spoken by the
+// product.
 std::string completeAddress(const std::string& text);
 
 // The socket address record (see platform/Network.h) of a complete address.

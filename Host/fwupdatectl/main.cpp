@@ -19,6 +19,7 @@
 #include "Worker.h"
 #include "commands.h"
 #include "failure.h"
+#include "hostNames.h"
 #include "runAndReport.h"
 #include "standardStreams.h"
 
@@ -158,9 +159,11 @@ bool parse(int argc, char** argv, Options& options, int& status) {
 // Started by a link of the kernel's, which is no name to be known by.
 int work(ToolHost& host, const Options& options) {
   prctl(PR_SET_NAME, "fwupdatectl");
-  const Signals signals(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
   const auto order = nlohmann::ordered_json::parse(options.order);
-  const Target target = targetFromJson(order);
+  Target target = targetFromJson(order);
+  // A signal that comes meanwhile ends the process: nothing has begun yet.
+  target.address = resolvedAddress(target.address);
+  const Signals signals(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
   return order.value("work", "update") == "version" ? runVersionWorker(host, target)
                                                     : runWorker(host, target);
 }

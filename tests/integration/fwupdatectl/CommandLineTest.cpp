@@ -42,12 +42,14 @@ TEST(FwupdatectlCommandLine, EmptyTextNamesNoPrinter) {
   expectUsageError("update --yes --serial \"\"", "--serial: an empty text names no printer\n");
 }
 
-TEST(FwupdatectlCommandLine, AddressesAreIPv4WithAPort) {
+TEST(FwupdatectlCommandLine, AddressesAreIPv4OrHostNamesWithAPort) {
   const auto rejected = [](const std::string& address, const std::string& sentence) {
     expectUsageError("update --yes --address " + address, "fwupdatectl: " + sentence + "\n");
   };
   rejected("fe80::1", "\"fe80::1\" is an IPv6 address: printers are reached by IPv4");
-  rejected("office", "\"office\" is no IPv4 address, like 10.0.0.5");
+  rejected("10.0.5", "\"10.0.5\" is no IPv4 address, like 10.0.0.5, and no host name");
+  rejected("of,fice", "\"of,fice\" is no IPv4 address, like 10.0.0.5, and no host name");
+  rejected("office:0", "\"0\" is no port: give a number from 1 to 65535");
   rejected("10.0.0.5:0", "\"0\" is no port: give a number from 1 to 65535");
   rejected("10.0.0.5:65536", "\"65536\" is no port: give a number from 1 to 65535");
   rejected("10.0.0.5:", "\"\" is no port: give a number from 1 to 65535");

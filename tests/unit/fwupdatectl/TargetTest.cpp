@@ -12,13 +12,22 @@ using Bytes = std::vector<std::uint8_t>;
 TEST(Target, AddressGetsThePortOfPrinters) {
   EXPECT_EQ(completeAddress("10.0.0.5"), "10.0.0.5:9100");
   EXPECT_EQ(completeAddress("10.0.0.5:631"), "10.0.0.5:631");
+  EXPECT_EQ(completeAddress("office"), "office:9100");
+  EXPECT_EQ(completeAddress("office-2.example:631"), "office-2.example:631");
 }
 
 TEST(Target, WhatIsNoAddressIsRefused) {
-  for (const char* text : {"", "office", "10.0.0", "10.0.0.256", "::1", "[::1]:9100", "10.0.0.5:",
-                           "10.0.0.5:0", "10.0.0.5:65536", "10.0.0.5:9100x", ":9100"}) {
+  for (const char* text :
+       {"", "of fice", "-office", ".", "..", "10.0.0", "10.0.0.256", "2130706433", "0x7f000001",
+        "office.0X7F", "127.1.", "::1", "[::1]:9100", "10.0.0.5:", "10.0.0.5:0", "10.0.0.5:65536",
+        "10.0.0.5:9100x", ":9100", "office:"}) {
     EXPECT_THROW(completeAddress(text), std::invalid_argument) << text;
   }
+}
+
+TEST(Target, NameOfAHostIsNoLongerThanNamesAre) {
+  EXPECT_EQ(completeAddress(std::string(253, 'a')), std::string(253, 'a') + ":9100");
+  EXPECT_THROW(completeAddress(std::string(254, 'a')), std::invalid_argument);
 }
 
 TEST(Target, AddressIsARecord) {
