@@ -82,19 +82,24 @@ class Told final : public platform::DownloadObserver {
   }
   void downloadEnded(DownloadOutcome outcome) noexcept override {
     mOutcome = outcome;
-    if (outcome == DownloadOutcome::Failed) sayWhy();
-    say("outcome", {{"outcome", nameOf(outcome)}});
-  }
-
- private:
-  void sayWhy() const noexcept {
     try {
-      const platform::FailureCause why = platform::causeOfFailure(
-          platform::current().logHistory->entriesOfDownload(), mFirmwareWasSent);
-      say("cause", toJson(why));
+      const auto why = whyNotUpdated();
+      if (why) mOutcome = DownloadOutcome::Failed;
+      if (why) say("cause", toJson(*why));
     } catch (const std::bad_alloc&) {
       // The outcome is told, and the log has the reason.
     }
+    say("outcome", {{"outcome", nameOf(*mOutcome)}});
+  }
+
+ private:
+  // A printer seems to be up to date where the file with its firmware is damaged and has no
+  // version. A script must not take that for success.
+  std::optional<platform::FailureCause> whyNotUpdated() const {
+    const auto entries = platform::current().logHistory->entriesOfDownload();
+    if (mOutcome == DownloadOutcome::UpToDate) return platform::causeOfNothingToDo(entries);
+    if (mOutcome == DownloadOutcome::Succeeded) return std::nullopt;
+    return platform::causeOfFailure(entries, mFirmwareWasSent);
   }
 
   static void say(const char* event, const ordered_json& members) noexcept {

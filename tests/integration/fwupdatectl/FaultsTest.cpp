@@ -198,4 +198,24 @@ TEST_F(FwupdatectlFaults, ImageThatIsNotTakenInTimeIsAFailure) {
   EXPECT_EQ(outcome.status, 1);
 }
 
+// It has no version that could be newer than the printer's.
+TEST_F(FwupdatectlFaults, DamagedFirmwareDoesNotLeaveAPrinterUpToDate) {
+  const TemporaryDirectory directory;
+  const std::string tree = directory.path().string();
+  ASSERT_EQ(runInShell("cd '" + tree +
+                       "' && mkdir -p bin share/fwupdate && cp '" FWUPDATECTL
+                       "' bin && head -c 4096 /dev/zero >share/fwupdate/product.brand.bin")
+                .status,
+            0);
+  VirtualPrinterProcess printer({});
+  const std::string address = addressOf(printer);
+  const Outcome outcome = runInShell(
+      "'" + tree + "/bin/fwupdatectl' update --yes --quiet --address " + address + " </dev/null");
+  EXPECT_EQ(outcome.errors,
+            address + " (" + address +
+                "): failed: The file with the firmware is damaged. Install the printer\u2019s "
+                "firmware again, then try again.\n");
+  EXPECT_EQ(outcome.status, 1);
+}
+
 }  // namespace
