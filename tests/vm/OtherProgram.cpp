@@ -10,9 +10,9 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
+#include <string>
 
 #include "UsbSysfs.h"
 
@@ -22,8 +22,8 @@ std::string nodeOf(const std::string& serial) {
   const std::filesystem::path device = usbDevice(serial);
   std::array<char, 64> name;
   std::snprintf(name.data(), name.size(), "/dev/bus/usb/%03d/%03d",
-                std::atoi(usbAttribute(device / "busnum").c_str()),
-                std::atoi(usbAttribute(device / "devnum").c_str()));
+                std::stoi(usbAttribute(device / "busnum")),
+                std::stoi(usbAttribute(device / "devnum")));
   return name.data();
 }
 

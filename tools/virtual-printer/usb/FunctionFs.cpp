@@ -39,7 +39,7 @@ struct FunctionFs::Setup {
 
 FunctionFs::FunctionFs(EventLoop& loop, const std::string& function,
                        const UsbDescriptors& descriptors, Handlers handlers)
-    : mHandlers(std::move(handlers)), mPrinterInterface(descriptors.printerInterface) {
+    : mHandlers(std::move(handlers)) {
   mount(function);
   try {
     mControl =

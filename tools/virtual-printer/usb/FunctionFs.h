@@ -43,7 +43,6 @@ class FunctionFs {
   void answer(const Setup& setup);
 
   Handlers mHandlers;
-  std::uint8_t mPrinterInterface;
   std::filesystem::path mDirectory;
   FileDescriptor mControl;
   std::unique_ptr<EventLoop::Watch> mWatch;

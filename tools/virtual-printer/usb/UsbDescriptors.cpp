@@ -81,7 +81,6 @@ void addInterfaces(Builder& builder, const UsbShape& shape, UsbDescriptors& resu
     result.vendor = builder.addInterface(kVendorClass, 0, 0, shape.inPipeFirst);
   }
   if (shape.hasPrinterInterface) {
-    result.printerInterface = builder.interfaces();
     result.printer =
         builder.addInterface(kPrinterClass, kPrinterSubClass, kBidirectional, shape.inPipeFirst);
   }

@@ -25,7 +25,6 @@ struct UsbDescriptors {
   std::vector<std::uint8_t> strings;
   UsbPipeFiles printer;  // names are empty where there is no such interface
   UsbPipeFiles vendor;
-  std::uint8_t printerInterface = 0;
 };
 
 UsbDescriptors describeInterfaces(const UsbShape& shape);

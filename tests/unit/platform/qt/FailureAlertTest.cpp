@@ -21,7 +21,6 @@ using platform::DownloadOutcome;
 using platform::DownloadPhase;
 using platform::Text;
 using testing::EndsWith;
-using testing::HasSubstr;
 
 namespace {
 

@@ -37,7 +37,7 @@ class QtQuitting : public QtWindows {
     return {
         {"menu", [this] { action("quit"_4cc)->trigger(); }},
         {"key",
-         [this] {
+         [] {
            QWidget* active = QApplication::activeWindow();
            ASSERT_NE(active, nullptr);
            QTest::simulateEvent(active->windowHandle(), true, Qt::Key_Q, Qt::ControlModifier, {},

@@ -49,12 +49,12 @@ class SheetGuardTest : public testing::Test {
     mYes->setDefault(true);
     mSheet.setProperty("cancelCommand", "No  ");
     mSheet.whenCommanded([this](platform::FourCharCode) { mAnswers.emplace_back("cancelled"); });
-    mApplication.settle();
+    GuiApplication::settle();
   }
 
   void showSheet() {
     mSheet.showOver(mMain);
-    mApplication.settle();
+    GuiApplication::settle();
   }
 
   void showQuietSheet() {
@@ -85,7 +85,7 @@ class SheetGuardTest : public testing::Test {
 
   void click(QPushButton* button) {
     QTest::mouseClick(mSheet.windowHandle(), Qt::LeftButton, {}, button->geometry().center());
-    mApplication.settle();
+    GuiApplication::settle();
   }
 
   // A button that is not clicked with the mouse goes down for a moment first.
@@ -357,9 +357,9 @@ TEST_F(SheetGuardTest, TimeBeforeTheSheetIsOnTheScreenDoesNotCount) {
 TEST_F(SheetGuardTest, KeysWaitAgainWhenTheKeyboardComesLate) {
   showQuietSheet();
   mMain.activateWindow();
-  mApplication.settle();
+  GuiApplication::settle();
   mSheet.activateWindow();
-  mApplication.settle();
+  GuiApplication::settle();
   press(Qt::Key_Return);
   EXPECT_THAT(mAnswers, IsEmpty());
   pass(500ms);
@@ -370,9 +370,9 @@ TEST_F(SheetGuardTest, KeysWaitAgainWhenTheKeyboardComesLate) {
 TEST_F(SheetGuardTest, ClickThatAlsoBringsTheKeyboardCounts) {
   showQuietSheet();
   mMain.activateWindow();
-  mApplication.settle();
+  GuiApplication::settle();
   mSheet.activateWindow();
-  mApplication.settle();
+  GuiApplication::settle();
   click(mYes);
   EXPECT_THAT(mAnswers, ElementsAre("&Yes"));
 }
@@ -381,7 +381,7 @@ TEST_F(SheetGuardTest, EachAppearanceHasItsOwnQuietTime) {
   showQuietSheet();
   press(Qt::Key_Tab);
   mSheet.hide();
-  mApplication.settle();
+  GuiApplication::settle();
   pass(500ms);
   showSheet();
   press(Qt::Key_Return);
