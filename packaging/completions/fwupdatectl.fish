@@ -31,6 +31,9 @@ complete -c fwupdatectl -n '__fwupdatectl_in update' -x -l serial -d 'A printer 
     -a '(__fwupdatectl_listed 3)'
 complete -c fwupdatectl -n '__fwupdatectl_in update' -s y -l yes -d 'Do not ask'
 complete -c fwupdatectl -n '__fwupdatectl_in update' -x -s j -l jobs -d 'Update so many at a time'
+complete -c fwupdatectl -n '__fwupdatectl_in update' -x -l timeout -d 'End each after so long'
+complete -c fwupdatectl -n '__fwupdatectl_in update' -l verify -d 'Ask for the version afterwards'
+complete -c fwupdatectl -n '__fwupdatectl_in update' -x -l verify-wait -d 'Wait so long for it'
 complete -c fwupdatectl -n '__fwupdatectl_in update' -l quiet -d 'Tell only of failures'
 complete -c fwupdatectl -n '__fwupdatectl_in update' -a '(__fwupdatectl_listed 1)'
 

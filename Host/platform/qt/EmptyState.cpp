@@ -7,7 +7,7 @@
 namespace platform {
 namespace {
 
-constexpr int kPictureSize = 64;
+constexpr int kLargePicture = 64;
 constexpr qreal kPictureOpacity = 0.6;
 
 constexpr int kTitleFlags = Qt::AlignHCenter | Qt::TextWordWrap;
@@ -59,13 +59,13 @@ EmptyState::Layout EmptyState::layoutIn(const QRect& room) const {
     layout.lines.moveLeft(wide.center().x() - layout.lines.width() / 2);
     height += gap + layout.lines.height();
   }
-  const int withPicture = height + kPictureSize + gap;
+  const int withPicture = height + kLargePicture + gap;
   const bool hasPicture = !mPicture.isNull() && withPicture <= room.height();
   int top = std::max(room.top(), room.center().y() - (hasPicture ? withPicture : height) / 2);
   if (hasPicture) {
     layout.picture =
-        QRect(room.left() + (room.width() - kPictureSize) / 2, top, kPictureSize, kPictureSize);
-    top += kPictureSize + gap;
+        QRect(room.left() + (room.width() - kLargePicture) / 2, top, kLargePicture, kLargePicture);
+    top += kLargePicture + gap;
   }
   layout.title.moveTop(top);
   layout.lines.moveTop(layout.title.bottom() + 1 + gap);

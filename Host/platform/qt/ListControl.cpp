@@ -19,12 +19,12 @@ namespace platform {
 namespace {
 
 constexpr int kVisibleRows = 8;
-constexpr int kPictureSize = 24;
+constexpr int kRowPicture = 24;
 constexpr int kSmallestColumnCharacters = 4;
 constexpr std::chrono::seconds kPatience{10};
 
 int comfortableHeight(const QFontMetrics& font) {
-  return std::max(font.height() * 3 / 2, kPictureSize + font.height() / 3);
+  return std::max(font.height() * 3 / 2, kRowPicture + font.height() / 3);
 }
 
 // Rows that are easy to read and to hit.
@@ -92,7 +92,7 @@ ListControl::ListControl(QWidget* parent) : QTreeView(parent), mSelection(&mMode
   setItemsExpandable(false);
   setUniformRowHeights(true);
   setItemDelegate(new Rows(this));
-  setIconSize(QSize(kPictureSize, kPictureSize));
+  setIconSize(QSize(kRowPicture, kRowPicture));
   setAllColumnsShowFocus(true);
   auto* const columns = new Header(this);
   setHeader(columns);

@@ -62,7 +62,7 @@ TEST(FwupdatectlOptions, AreThoseOfTheCompletions) {
   EXPECT_EQ(optionsIn(packaged("completions/fwupdatectl")), allOptions());
   EXPECT_EQ(optionsIn(packaged("completions/_fwupdatectl")), allOptions());
   Options fish;
-  static const std::regex option("-l ([a-z]+)");
+  static const std::regex option("-l ([a-z-]+)");
   const std::string text = packaged("completions/fwupdatectl.fish");
   for (std::sregex_iterator each(text.begin(), text.end(), option), end; each != end; ++each) {
     fish.insert("--" + each->str(1));

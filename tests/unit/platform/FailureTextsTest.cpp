@@ -81,6 +81,11 @@ const std::set<std::string> kHoldersOfTexts{
     "UsbInterface.cpp: message",
     "UsbInterface.cpp: const char* operation",
     "QuillUsbDeviceImpl.cpp: ifMissing",
+    // Sentences of the tool, which it says as they stand.
+    "hostNames.cpp: name + \" has IPv6 addresses only: printers are reached by IPv4.\"",
+    "hostNames.cpp: name + \" is not known.\"",
+    "hostNames.cpp: name + \" cannot be looked up: \" + gai_strerror",
+    "updatePrinters.cpp: sentence",
 };
 
 std::string contentsOf(const std::filesystem::path& file) {
