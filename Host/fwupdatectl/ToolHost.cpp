@@ -1,5 +1,6 @@
 #include "ToolHost.h"
 
+#include <chrono>
 #include <ostream>
 #include <string>
 
@@ -27,6 +28,9 @@
 namespace {
 
 void logError(const std::string& entry) { Log<3>() << entry << std::flush; }
+
+// No window waits meanwhile.
+constexpr std::chrono::seconds kSearchForHolders{1};
 
 void logNotice(const std::string& entry) { Log<5>() << entry << std::flush; }
 
@@ -66,7 +70,7 @@ void ToolHost::useLocks() {
 }
 
 void ToolHost::useUsb() {
-  mUsb = platform::makeLibusbRegistry(*mRunLoop, &logError);
+  mUsb = platform::makeLibusbRegistry(*mRunLoop, &logError, kSearchForHolders);
   mSurfaces.usb = mUsb.get();
   install();
 }
