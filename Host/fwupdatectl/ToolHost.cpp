@@ -30,7 +30,7 @@ namespace {
 void logError(const std::string& entry) { Log<3>() << entry << std::flush; }
 
 // No window waits meanwhile.
-constexpr std::chrono::seconds kSearchForHolders{1};
+constexpr std::chrono::seconds kHolderSearchTime{1};
 
 void logNotice(const std::string& entry) { Log<5>() << entry << std::flush; }
 
@@ -70,7 +70,7 @@ void ToolHost::useLocks() {
 }
 
 void ToolHost::useUsb() {
-  mUsb = platform::makeLibusbRegistry(*mRunLoop, &logError, kSearchForHolders);
+  mUsb = platform::makeLibusbRegistry(*mRunLoop, &logError, kHolderSearchTime);
   mSurfaces.usb = mUsb.get();
   install();
 }

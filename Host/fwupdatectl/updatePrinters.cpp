@@ -73,7 +73,7 @@ constexpr std::chrono::milliseconds kSecondLook{1000};
 
 // Waits until those are found that are asked for, and a moment longer, or until the time is over:
 // for all printers, until no more of them are to be expected.
-Printers lookForPrinters(ToolHost& host, const Options& options) {
+Printers printersThatAreThere(ToolHost& host, const Options& options) {
   const Signals signals(host.runLoop(), [&] {
     isInterrupted = true;
     host.events().quitApplicationEventLoop();
@@ -137,7 +137,7 @@ Printers choose(ToolHost& host, const Options& options) {
     chosen.push_back({Target::Connection::Network, address, {}, address});
   }
   if (!options.all && options.names.empty() && options.serials.empty()) return chosen;
-  const Printers found = lookForPrinters(host, options);
+  const Printers found = printersThatAreThere(host, options);
   if (isInterrupted) return {};
   if (options.all) {
     chosen.insert(chosen.end(), found.begin(), found.end());
