@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <ranges>
 
 #include "JsonLines.h"
 #include "legibleText.h"
@@ -185,8 +184,10 @@ void TerminalReport::draw() {
   // The cursor stands in the last row.
   const std::size_t room = std::max<std::size_t>(mRows, 3) - 1;
   const std::size_t shown = mLines.size() <= room ? mLines.size() : room - 1;
-  for (const Line& line : std::views::take(mLines, shown)) mTerminal << textOf(line) << '\n';
-  mDrawn = shown;
+  mDrawn = 0;
+  for (auto line = mLines.begin(); mDrawn < shown; ++line, ++mDrawn) {
+    mTerminal << textOf(*line) << '\n';
+  }
   if (shown < mLines.size()) {
     mTerminal << "and " << mLines.size() - shown << " more\n";
     ++mDrawn;
