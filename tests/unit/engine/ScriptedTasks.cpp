@@ -1,6 +1,7 @@
 #include "ScriptedTasks.h"
 
 #include "AsyncTasks.h"
+#include "QueryTasks.h"
 
 namespace {
 
@@ -33,3 +34,4 @@ AsyncTaskResult WaitForFirmwareBurnResponseTask::operator()() {
 AsyncTaskResult HandleFirmwareBurnResponseTask::operator()() {
   return run("HandleFirmwareBurnResponseTask");
 }
+AsyncTaskResult TellDeviceIdTask::operator()() { return run("TellDeviceIdTask"); }
