@@ -33,13 +33,14 @@ class DeviceLocksContract : public testing::TestWithParam<Provider> {
  protected:
   // Of this process alone, since tests run at the same time.
   static std::vector<std::uint8_t> record(std::uint8_t family = 2) {
-    const int number = getpid();
+    const auto number = static_cast<std::uint32_t>(getpid());
     std::vector<std::uint8_t> bytes(16);
     bytes[0] = 16;
     bytes[1] = family;
     bytes[2] = 0x23;
     bytes[3] = 0x8C;
-    for (int at = 0; at < 4; ++at) bytes[4 + at] = static_cast<std::uint8_t>(number >> (8 * at));
+    for (std::size_t at = 0; at < 4; ++at)
+      bytes[4 + at] = static_cast<std::uint8_t>(number >> (8 * at));
     return bytes;
   }
 

@@ -62,8 +62,7 @@ class Holding {
     if (mProcess == 0) {
       std::string holder;
       const auto lock = platform::makePosixDeviceLocks()->lock(address, holder);
-      const ssize_t written = write(ready[1], lock ? "y" : "n", 1);
-      while (written == 1) pause();
+      if (write(ready[1], lock ? "y" : "n", 1) == 1) pause();  // until it is killed
       _exit(1);
     }
     char answer = 0;
