@@ -58,7 +58,7 @@ TEST_F(EmptyStateTest, PictureStandsAboveTheTextInTheMiddle) {
   EXPECT_EQ(pictured().size(), QSize(64, 64));
   EXPECT_LT(pictured().bottom(), written().top());
   EXPECT_NEAR(pictured().center().x(), 200, 1);
-  EXPECT_NEAR((pictured().top() + written().bottom()) / 2, 150, 12);
+  EXPECT_NEAR((pictured().top() + written().bottom()) / 2.0, 150, 12);
 }
 
 TEST_F(EmptyStateTest, PictureMakesRoomForTheText) {
