@@ -177,20 +177,22 @@ TEST_F(FwupdatectlFaults, HaveTheirOutcomesWhileOthersAreSilent) {
   running.readUntil("status 130");
 }
 
-// More than the connection itself holds.
-TEST_F(FwupdatectlFaults, ImageThatIsNotTakenInTimeIsAFailure) {
+// A copy of the tool, with what `image` writes as its firmware, updates the printer at `address`.
+Outcome updateWithImage(const std::string& image, const std::string& address) {
   const TemporaryDirectory directory;
   const std::string tree = directory.path().string();
-  ASSERT_EQ(runInShell("cd '" + tree +
-                       "' && mkdir -p bin share/fwupdate && cp '" FWUPDATECTL
-                       "' bin && { head -c 16M /dev/zero; cat '" DEMO_FIRMWARE
-                       "'; } >share/fwupdate/product.brand.bin")
-                .status,
-            0);
+  return runInShell("cd '" + tree +
+                    "' && mkdir -p bin share/fwupdate && cp '" FWUPDATECTL "' bin && " + image +
+                    " >share/fwupdate/product.brand.bin && bin/fwupdatectl update --yes " +
+                    "--quiet --address " + address + " </dev/null");
+}
+
+// More than the connection itself holds.
+TEST_F(FwupdatectlFaults, ImageThatIsNotTakenInTimeIsAFailure) {
   VirtualPrinterProcess printer({"--fault", "slow=4096/100"});
   const std::string address = addressOf(printer);
-  const Outcome outcome = runInShell(
-      "'" + tree + "/bin/fwupdatectl' update --yes --quiet --address " + address + " </dev/null");
+  const Outcome outcome =
+      updateWithImage("{ head -c 16M /dev/zero; cat '" DEMO_FIRMWARE "'; }", address);
   EXPECT_EQ(outcome.errors,
             address + " (" + address +
                 "): failed: The printer stopped taking data. Switch the printer off and on, "
@@ -200,17 +202,9 @@ TEST_F(FwupdatectlFaults, ImageThatIsNotTakenInTimeIsAFailure) {
 
 // It has no version that could be newer than the printer's.
 TEST_F(FwupdatectlFaults, DamagedFirmwareDoesNotLeaveAPrinterUpToDate) {
-  const TemporaryDirectory directory;
-  const std::string tree = directory.path().string();
-  ASSERT_EQ(runInShell("cd '" + tree +
-                       "' && mkdir -p bin share/fwupdate && cp '" FWUPDATECTL
-                       "' bin && head -c 4096 /dev/zero >share/fwupdate/product.brand.bin")
-                .status,
-            0);
   VirtualPrinterProcess printer({});
   const std::string address = addressOf(printer);
-  const Outcome outcome = runInShell(
-      "'" + tree + "/bin/fwupdatectl' update --yes --quiet --address " + address + " </dev/null");
+  const Outcome outcome = updateWithImage("head -c 4096 /dev/zero", address);
   EXPECT_EQ(outcome.errors,
             address + " (" + address +
                 "): failed: The file with the firmware is damaged. Install the printer\u2019s "
