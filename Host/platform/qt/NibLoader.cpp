@@ -1,7 +1,9 @@
 #include "platform/qt/NibLoader.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QStyle>
 #include <QUiLoader>
 
@@ -54,6 +56,15 @@ class NibLoader final : public QUiLoader {
   }
 };
 
+// A loader that is made while Qt knows where plug-ins are loads all that Designer has for widgets,
+// and with them, where it is installed, Qt Quick. There are none of those widgets in our files.
+std::unique_ptr<NibLoader> makeLoader() {
+  const QStringList places = QCoreApplication::libraryPaths();
+  const auto restore = qScopeGuard([&places] { QCoreApplication::setLibraryPaths(places); });
+  QCoreApplication::setLibraryPaths({});
+  return std::make_unique<NibLoader>();
+}
+
 constexpr int kPictureSize = 48;
 
 void setPicture(QLabel& label, const QString& directory) {
@@ -77,9 +88,7 @@ void alignWithWindow(QLabel& label) {
 std::unique_ptr<QWidget> loadInterfaceFile(const QString& path, const QString& pictures) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return nullptr;
-  NibLoader loader;
-  loader.clearPluginPaths();
-  std::unique_ptr<QWidget> window(loader.load(&file));
+  std::unique_ptr<QWidget> window(makeLoader()->load(&file));
   if (window == nullptr) return nullptr;
   for (QLabel* label : window->findChildren<QLabel*>()) {
     setPicture(*label, pictures);

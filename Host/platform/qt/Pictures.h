@@ -7,7 +7,7 @@
 
 namespace platform {
 
-// In all its sizes; empty when there is no such picture.
+// In all its sizes, each read when it is first drawn; empty when there is no such picture.
 QIcon pictureNamed(const QString& name, const QString& directory);
 
 }  // namespace platform
