@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFontInfo>
 #include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
@@ -104,6 +105,16 @@ void expectAllToFit(const Language& language, Tour::Size size) {
 TEST_P(WindowsIn, TextsFit) { expectAllToFit(GetParam(), Tour::Size::Normal); }
 
 TEST_P(WindowsIn, TextsFitInDoubleSize) { expectAllToFit(GetParam(), Tour::Size::DoubleScale); }
+
+// However wide the characters of its script are on average.
+TEST_P(WindowsIn, NoWindowIsWiderThanInOtherLanguages) {
+  Tour tour(GetParam());
+  tour.visit([](const std::string&) {
+    for (const QWidget* window : Tour::openWindows()) {
+      EXPECT_LE(window->width(), 52 * window->fontInfo().pixelSize()) << nameOf(*window, "");
+    }
+  });
+}
 
 // The texts by which the keyboard reaches something in an open window or menu.
 QStringList textsWithKeys(const QWidget& window) {

@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include "platform/Diagnostics.h"
+#include "platform/qt/Em.h"
 
 namespace platform {
 
@@ -34,7 +35,7 @@ void HelpWindow::setUp(const QString& resources, const Diagnostics* diagnostics)
     connect(field, &QLineEdit::returnPressed, this,
             [=, this] { search(*field, *document, false); });
   }
-  const QSize wanted(property("characters").toInt() * fontMetrics().averageCharWidth(),
+  const QSize wanted(property("ems").toInt() * emOf(*this),
                      property("lines").toInt() * fontMetrics().lineSpacing());
   resize(wanted.boundedTo(screen()->availableSize() * 9 / 10));
 }

@@ -4,7 +4,7 @@
 //   "fact"          on a label with "%1" in its text: what stands there, "version" or "libraries"
 //   "foundNothing"  on a label: shown when the document does not have what stands in the field
 //   "closes"        on a button
-//   "characters", "lines"   on the window: its size, so that it grows with the font
+//   "ems", "lines"   on the window: its size, so that it grows with the font
 #pragma once
 
 #include <QDialog>

@@ -13,6 +13,7 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/qt/Em.h"
 #include "platform/qt/QtText.h"
 
 namespace platform {
@@ -20,7 +21,7 @@ namespace {
 
 constexpr int kVisibleRows = 8;
 constexpr int kRowPicture = 24;
-constexpr int kSmallestColumnCharacters = 4;
+constexpr int kSmallestColumnEms = 2;
 constexpr std::chrono::seconds kPatience{10};
 
 int comfortableHeight(const QFontMetrics& font) {
@@ -128,7 +129,7 @@ void ListControl::setUpColumns() {
   mWidths.assign(columns.size(), 0);
   mModel.setColumns(std::move(columns));
 
-  header()->setMinimumSectionSize(kSmallestColumnCharacters * fontMetrics().averageCharWidth());
+  header()->setMinimumSectionSize(kSmallestColumnEms * emOf(*this));
   describePlaceholder();
   setSortingEnabled(true);
   header()->setSortIndicator(-1, Qt::AscendingOrder);
@@ -196,7 +197,7 @@ void ListControl::fitColumns() {
   if (wanted == 0) return;
   int others = 0;
   for (int column = mModel.columnCount() - 1; column >= 0; --column) {
-    const int whole = widthInCharacters(column) * fontMetrics().averageCharWidth();
+    const int whole = widthInEms(column) * emOf(*this);
     const int fitting =
         std::max(std::min(whole, whole * room / wanted), header()->sectionSizeHint(column));
     setColumnWidthOf(column, wrapped(column > 0 ? fitting : std::max(0, room - others)));
@@ -205,11 +206,11 @@ void ListControl::fitColumns() {
 }
 
 int ListControl::wantedWidth() const {
-  int characters = 0;
+  int ems = 0;
   for (int column = 0; column < mModel.columnCount(); ++column) {
-    characters += widthInCharacters(column);
+    ems += widthInEms(column);
   }
-  return characters * fontMetrics().averageCharWidth();
+  return ems * emOf(*this);
 }
 
 QSize ListControl::sizeHint() const {
@@ -309,8 +310,8 @@ void ListControl::noteSelection() {
   if (mObserver.selectionChanged) mObserver.selectionChanged();
 }
 
-int ListControl::widthInCharacters(int column) const {
-  const QString name = charactersOf(mModel.propertyAt(column)) + "Characters";
+int ListControl::widthInEms(int column) const {
+  const QString name = charactersOf(mModel.propertyAt(column)) + "Ems";
   return property(name.toLatin1().constData()).toInt();
 }
 

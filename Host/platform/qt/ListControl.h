@@ -1,9 +1,9 @@
 // The list control of an interface file (a QTreeView there). Its columns stand in the file as
 // dynamic properties: "columns" names their codes ("lcNm lcTy lcId"); "<code>Title" and
-// "<code>Characters" give each one's title and its width in average characters, so that it grows
-// with the font. While there is no row, "placeholderText" is shown, and after ten seconds "advice",
-// with "adviceWithoutDaemon" below it where the host has no daemon that finds printers.
-// "rowPicture" names the picture of a printer. Owned by its window.
+// "<code>Ems" give each one's title and its width in ems of the font. While there is no row,
+// "placeholderText" is shown, and after ten seconds "advice", with "adviceWithoutDaemon" below it
+// where the host has no daemon that finds printers. "rowPicture" names the picture of a printer.
+// Owned by its window.
 #pragma once
 
 #include <QIcon>
@@ -96,7 +96,7 @@ class ListControl : public QTreeView {
 
   void noteSelection();
   bool selectsCurrentRow(int key);
-  int widthInCharacters(int column) const;
+  int widthInEms(int column) const;
   int wantedWidth() const;
   void noteUserWidth(int column, int width);
   void waitForRows();

@@ -79,9 +79,7 @@ void OutcomeLine::resizeEvent(QResizeEvent* event) {
 
 QString OutcomeLine::fitting() const {
   if (mSentence.isEmpty()) return {};
-  const auto isTooLong = [font = fontMetrics()](const QString& word) {
-    return isLongWord(word, font);
-  };
+  const auto isTooLong = [this](const QString& word) { return isLongWord(word, *this); };
   QString name = mPrinter;
   QString info = mInfo;
   for (;;) {

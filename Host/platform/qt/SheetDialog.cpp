@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "platform/qt/Em.h"
 #include "platform/qt/ListControl.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/ShownLine.h"
@@ -14,7 +15,7 @@
 namespace platform {
 namespace {
 
-constexpr int kWidthInCharacters = 70;
+constexpr int kWidthInEms = 35;
 
 }  // namespace
 
@@ -116,8 +117,7 @@ void SheetDialog::keepOnScreen() {
 void SheetDialog::fitToContents() {
   if (layout() == nullptr) return;
   layout()->activate();
-  const int wanted = std::min(kWidthInCharacters * fontMetrics().averageCharWidth(),
-                              screen()->availableSize().width());
+  const int wanted = std::min(kWidthInEms * emOf(*this), screen()->availableSize().width());
   const int width = std::max(wanted, layout()->totalMinimumSize().width());
   const int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width)
                                                    : layout()->totalSizeHint().height();
