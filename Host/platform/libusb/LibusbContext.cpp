@@ -1,6 +1,7 @@
 #include "platform/libusb/LibusbContext.h"
 
 #include <poll.h>
+#include <signal.h>
 #include <sys/time.h>
 
 #include <utility>
@@ -21,7 +22,14 @@ LibusbDevice shareDevice(libusb_device* device) {
 
 std::shared_ptr<LibusbContext> LibusbContext::create(RunLoop& runLoop) {
   libusb_context* context = nullptr;
-  if (libusb_init(&context) != LIBUSB_SUCCESS) return nullptr;
+  // A thread that the library starts takes no signal: those are the program's.
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, &before);
+  const int result = libusb_init(&context);
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  if (result != LIBUSB_SUCCESS) return nullptr;
   return std::shared_ptr<LibusbContext>(new LibusbContext(runLoop, context));
 }
 

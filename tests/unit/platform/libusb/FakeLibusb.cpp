@@ -1,5 +1,7 @@
 #include "FakeLibusb.h"
 
+#include <signal.h>
+
 #include <algorithm>
 
 namespace {
@@ -11,7 +13,12 @@ FakeLibusb* current = nullptr;
 FakeLibusb::FakeLibusb() { current = this; }
 FakeLibusb::~FakeLibusb() { current = nullptr; }
 
-int LIBUSB_CALL libusb_init(libusb_context**) { return current->initResult; }
+int LIBUSB_CALL libusb_init(libusb_context**) {
+  sigset_t blocked;
+  pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+  current->threadsTakeSignals = sigismember(&blocked, SIGINT) == 0;
+  return current->initResult;
+}
 void LIBUSB_CALL libusb_exit(libusb_context*) {}
 
 int LIBUSB_CALL libusb_hotplug_register_callback(libusb_context*, int, int, int, int, int,

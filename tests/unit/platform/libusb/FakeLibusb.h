@@ -26,4 +26,6 @@ struct FakeLibusb {
   int initResult = LIBUSB_SUCCESS;
   int hotplugResult = LIBUSB_SUCCESS;
   bool hasPollfds = true;
+
+  bool threadsTakeSignals = true;  // those that were started with it
 };

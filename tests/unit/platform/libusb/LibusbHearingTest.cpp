@@ -1,5 +1,6 @@
 // What the registry says when libusb cannot tell it of arrivals or of the ends of transfers.
 #include <gtest/gtest.h>
+#include <signal.h>
 
 #include "FakeLibusb.h"
 #include "FakeRunLoop.h"
@@ -42,6 +43,14 @@ TEST_F(LibusbHearingTest, WithoutHotPlugThereIsNothingToHear) {
 TEST_F(LibusbHearingTest, WithoutDescriptorsThereIsNothingToHear) {
   mLibusb.hasPollfds = false;
   EXPECT_EQ(watch(), platform::kIOReturnNoResources);
+}
+
+TEST_F(LibusbHearingTest, ThreadsOfLibusbTakeNoSignals) {
+  watch();
+  EXPECT_FALSE(mLibusb.threadsTakeSignals);
+  sigset_t blocked;
+  pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+  EXPECT_EQ(sigismember(&blocked, SIGINT), 0);
 }
 
 }  // namespace
