@@ -1,39 +1,11 @@
 #include "Reports.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
-
 #include "JsonLines.h"
 #include "legibleText.h"
 
 using nlohmann::ordered_json;
 
 namespace {
-
-std::string megabytes(std::size_t bytes) {
-  std::array<char, 32> text{};
-  static_cast<void>(
-      std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6));
-  return text.data();
-}
-
-// Empty for an event that begins no phase.
-std::string phaseOf(const ordered_json& event) {
-  if (event.value("event", "") != "phase") return {};
-  const std::string phase = event.value("phase", "");
-  if (phase == "connecting") return "connecting";
-  if (phase == "asking-for-version") return "asking for its version";
-  if (phase == "choosing-firmware") return "choosing its firmware";
-  if (phase == "sending-firmware") return "sending the firmware";
-  if (phase == "burning-firmware") return "the printer is writing its memory";
-  if (phase == "waiting-for-return") return "waiting until it is back";
-  return {};
-}
-
-bool isSame(const Target& a, const Target& b) {
-  return a.name == b.name && a.address == b.address && a.serial == b.serial;
-}
 
 const char* nameOf(UpdateResult::Outcome outcome) {
   switch (outcome) {
@@ -56,6 +28,18 @@ ordered_json withPrinter(const Target& printer, const ordered_json& members) {
 }
 
 }  // namespace
+
+std::string phaseOf(const ordered_json& event) {
+  if (event.value("event", "") != "phase") return {};
+  const std::string phase = event.value("phase", "");
+  if (phase == "connecting") return "connecting";
+  if (phase == "asking-for-version") return "asking for its version";
+  if (phase == "choosing-firmware") return "choosing its firmware";
+  if (phase == "sending-firmware") return "sending the firmware";
+  if (phase == "burning-firmware") return "the printer is writing its memory";
+  if (phase == "waiting-for-return") return "waiting until it is back";
+  return {};
+}
 
 std::string labelOf(const Target& printer) {
   const std::string& place = printer.serial.empty() ? printer.address : printer.serial;
@@ -167,86 +151,4 @@ void JsonReport::summed(const UpdateTally& tally) {
                                         {"up_to_date", tally.upToDate},
                                         {"failed", tally.failed},
                                         {"not_started", tally.notStarted}}));
-}
-
-TerminalReport::Line* TerminalReport::lineOf(const Target& printer) {
-  const auto found =
-      std::ranges::find_if(mLines, [&](const Line& line) { return isSame(line.printer, printer); });
-  return found == mLines.end() ? nullptr : &*found;
-}
-
-void TerminalReport::erase() {
-  if (mDrawn > 0) mTerminal << "\x1B[" << mDrawn << "A\x1B[J";
-  mDrawn = 0;
-}
-
-void TerminalReport::draw() {
-  // The cursor stands in the last row.
-  const std::size_t room = std::max<std::size_t>(mRows, 3) - 1;
-  const std::size_t shown = mLines.size() <= room ? mLines.size() : room - 1;
-  mDrawn = 0;
-  for (auto line = mLines.begin(); mDrawn < shown; ++line, ++mDrawn) {
-    mTerminal << textOf(*line) << '\n';
-  }
-  if (shown < mLines.size()) {
-    mTerminal << "and " << mLines.size() - shown << " more\n";
-    ++mDrawn;
-  }
-  mTerminal << std::flush;
-}
-
-std::string TerminalReport::textOf(const Line& line) const {
-  constexpr std::size_t kBar = 20;
-  std::string text = labelOf(line.printer) + ": " + line.phase;
-  if (line.total > 0) {
-    const std::size_t done = kBar * line.bytes / line.total;
-    text += " [" + std::string(done, '#') + std::string(kBar - done, '-') + "] " +
-            megabytes(line.bytes) + " of " + megabytes(line.total);
-  }
-  while (columnsOf(text) >= mColumns) {
-    do {
-      text.pop_back();
-    } while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80);
-  }
-  return text;
-}
-
-void TerminalReport::began(const Target& printer) {
-  erase();
-  mLines.push_back({printer, "starting"});
-  draw();
-}
-
-void TerminalReport::told(const Target& printer, const ordered_json& event) {
-  Line* const line = lineOf(printer);
-  if (line == nullptr) return;
-  const std::string phase = phaseOf(event);
-  if (!phase.empty()) {
-    line->phase = phase;
-    line->bytes = line->total = 0;
-  } else if (event.value("event", "") == "progress") {
-    line->bytes = event.value("bytes", std::size_t{0});
-    line->total = event.value("total", std::size_t{0});
-  } else {
-    return;
-  }
-  erase();
-  draw();
-}
-
-void TerminalReport::logged(const Target& printer, const std::string& line) {
-  erase();
-  mTerminal << labelOf(printer) << ": " << legibleText(line) << '\n';
-  draw();
-}
-
-void TerminalReport::ended(const Target& printer, const UpdateResult& result) {
-  erase();
-  std::erase_if(mLines, [&](const Line& line) { return isSame(line.printer, printer); });
-  mTerminal << sentenceOf(printer, result) << '\n';
-  draw();
-}
-
-void TerminalReport::summed(const UpdateTally& tally) {
-  mTerminal << sentenceOf(tally) << std::endl;
 }

@@ -1,11 +1,12 @@
-// SIGINT, SIGTERM and SIGHUP as calls from the loop, for as long as it lives. One that the program
-// was started with ignored (nohup) stays ignored. To be made before what starts threads, as access
-// to USB does: a thread that was there before takes a signal for itself, and the program ends.
+// Signals as calls from the loop, for as long as it lives: those that end a program (SIGINT,
+// SIGTERM and SIGHUP), or others. One that the program was started with ignored (nohup) stays
+// ignored. A thread that was there before and does not block them takes a signal for itself.
 #pragma once
 
 #include <signal.h>
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 
 #include "platform/RunLoop.h"
@@ -14,6 +15,8 @@ class Signals {
  public:
   // Throws std::system_error when the host has no descriptors left.
   Signals(platform::RunLoop& runLoop, std::function<void()> arrived);
+  Signals(platform::RunLoop& runLoop, std::initializer_list<int> numbers,
+          std::function<void(int)> arrived);
   ~Signals();
   Signals(const Signals&) = delete;
   Signals& operator=(const Signals&) = delete;
@@ -21,7 +24,7 @@ class Signals {
  private:
   void take();
 
-  std::function<void()> mArrived;
+  std::function<void(int)> mArrived;
   sigset_t mPrevious{};
   int mDescriptor = -1;
   std::unique_ptr<platform::RunLoop::Watch> mWatch;

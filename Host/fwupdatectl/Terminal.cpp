@@ -1,5 +1,6 @@
 #include "Terminal.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -17,6 +18,21 @@ std::string_view environment(const char* name) {
 bool isCapableTerminal(int descriptor) {
   const std::string_view kind = environment("TERM");
   return isatty(descriptor) == 1 && !kind.empty() && kind != "dumb";
+}
+
+TerminalSize sizeOfTerminal(int descriptor) {
+  TerminalSize size;
+  winsize known{};
+  if (ioctl(descriptor, TIOCGWINSZ, &known) != 0) return size;
+  if (known.ws_row > 0) size.rows = known.ws_row;
+  if (known.ws_col > 0) size.columns = known.ws_col;
+  return size;
+}
+
+// A terminal that is not the one of this session knows nothing of its jobs.
+bool isInForeground(int descriptor) {
+  const pid_t foreground = tcgetpgrp(descriptor);
+  return foreground < 0 || foreground == getpgrp();
 }
 
 Paint::Paint(int descriptor)

@@ -39,7 +39,8 @@ void logNotice(const std::string& entry) { Log<5>() << entry << std::flush; }
 ToolHost::ToolHost(bool mirror)
     : mStatuses(platform::makePosixStatusTable()),
       mSystemLog(platform::makePosixSystemLog()),
-      mLogHistory(*mSystemLog),
+      mLog(*mSystemLog),
+      mLogHistory(mLog),
       mBundle(platform::makePosixBundle()),
       mRunLoop(platform::makeSystemdRunLoop(mLoop)),
       mEvents(mLoop, *mRunLoop),

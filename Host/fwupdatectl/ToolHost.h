@@ -2,9 +2,12 @@
 // log comes first, so that whatever the rest cannot do is in it.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
+#include "InterruptingLog.h"
 #include "LogOptions.h"
 #include "platform/DiscoveryStatus.h"
 #include "platform/DownloadObserver.h"
@@ -40,6 +43,11 @@ class ToolHost {
   // Is told of downloads from now on, and must outlive them.
   void add(platform::DownloadObserver& observer) { mObservers.add(observer); }
 
+  // Is told before and after an entry of the log goes to standard error, until others are given.
+  void aroundLog(std::function<void()> before, std::function<void()> after) {
+    mLog.tell(std::move(before), std::move(after));
+  }
+
   // Keeps the computer awake during downloads.
   void useLocks();
 
@@ -54,6 +62,7 @@ class ToolHost {
 
   std::unique_ptr<platform::StatusTable> mStatuses;
   std::unique_ptr<platform::SystemLog> mSystemLog;
+  InterruptingLog mLog;
   platform::LogHistory mLogHistory;
   std::unique_ptr<platform::Bundle> mBundle;
   platform::SystemdEventLoop mLoop;

@@ -10,6 +10,9 @@ namespace {
 
 constexpr const char* kReplacement = "\xEF\xBF\xBD";
 
+constexpr const char* kEllipsis = "\xE2\x80\xA6";
+constexpr std::size_t kEllipsisColumns = 1;
+
 struct Range {
   char32_t first;
   char32_t last;
@@ -27,6 +30,19 @@ bool isLegible(char32_t character) {
     if (character >= range.first && character <= range.last) return false;
   }
   return true;
+}
+
+struct Shown {
+  std::size_t columns;
+  std::size_t bytes;
+};
+
+// The character at the front of a text that is not empty.
+Shown firstShown(std::string_view text) {
+  const auto character = platform::firstUtf8Character(text);
+  if (!character) return {1, 1};
+  const int width = wcwidth(static_cast<wchar_t>(character->character));
+  return {width < 0 ? 1 : static_cast<std::size_t>(width), character->bytes};
 }
 
 }  // namespace
@@ -49,10 +65,23 @@ std::string legibleText(std::string_view text) {
 std::size_t columnsOf(std::string_view text) {
   std::size_t columns = 0;
   while (!text.empty()) {
-    const auto character = platform::firstUtf8Character(text);
-    const int width = character ? wcwidth(static_cast<wchar_t>(character->character)) : 1;
-    columns += width < 0 ? 1 : static_cast<std::size_t>(width);
-    text.remove_prefix(character ? character->bytes : 1);
+    const Shown first = firstShown(text);
+    columns += first.columns;
+    text.remove_prefix(first.bytes);
   }
   return columns;
+}
+
+std::string cutText(std::string_view text, std::size_t columns) {
+  if (columnsOf(text) <= columns) return std::string(text);
+  if (columns == 0) return {};
+  std::size_t used = kEllipsisColumns;
+  std::size_t end = 0;
+  while (true) {
+    const Shown next = firstShown(text.substr(end));
+    if (used + next.columns > columns) break;
+    used += next.columns;
+    end += next.bytes;
+  }
+  return std::string(text.substr(0, end)) + kEllipsis;
 }

@@ -11,3 +11,6 @@ std::string legibleText(std::string_view text);
 
 // How many columns of a terminal a legible text takes.
 std::size_t columnsOf(std::string_view text);
+
+// As much of a legible text as so many columns hold, with an ellipsis where something is left out.
+std::string cutText(std::string_view text, std::size_t columns);

@@ -1,10 +1,10 @@
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <tuple>
@@ -15,6 +15,8 @@
 #include "Reports.h"
 #include "Signals.h"
 #include "Terminal.h"
+#include "TerminalReport.h"
+#include "TerminalSession.h"
 #include "ToolHost.h"
 #include "UpdateRun.h"
 #include "commands.h"
@@ -167,27 +169,31 @@ Printers confirmed(const Printers& chosen, const Options& options) {
     std::cerr << "Download new firmware to " << labelOf(each)
               << "? Nobody can print on it meanwhile. [y/N] " << std::flush;
     std::string answer;
-    if (!std::getline(std::cin, answer)) break;
+    if (!std::getline(std::cin, answer)) {
+      std::cerr << '\n';
+      break;
+    }
     if (answer == "y" || answer == "Y" || answer == "yes") agreed.push_back(each);
   }
   return agreed;
 }
 
-std::unique_ptr<UpdateReport> terminalReport() {
-  winsize size{};
-  const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0;
-  return std::make_unique<TerminalReport>(std::cout, isKnown && size.ws_row > 0 ? size.ws_row : 24,
-                                          isKnown && size.ws_col > 0 ? size.ws_col : 80);
+// Somebody else's screen is not drawn on.
+TerminalSize screen() {
+  return isInForeground(STDOUT_FILENO) ? sizeOfTerminal(STDOUT_FILENO) : TerminalSize{0, 0};
 }
 
 // Passes on to the report that shows, and knows what the exit status has to say.
 class Counting final : public UpdateReport {
  public:
-  explicit Counting(const Options& options) {
+  Counting(ToolHost& host, const Options& options, std::size_t printers) {
     if (options.output == Options::Output::Json) {
       mShown = std::make_unique<JsonReport>(std::cout);
     } else if (options.output == Options::Output::Text && isCapableTerminal(STDOUT_FILENO)) {
-      mShown = terminalReport();
+      auto report = std::make_unique<TerminalReport>(std::cout, std::cerr, screen, printers);
+      mTerminal.emplace(host, *report);
+      mOnTerminal = report.get();
+      mShown = std::move(report);
     } else {
       mShown = std::make_unique<PlainReport>(std::cout, std::cerr,
                                              options.output == Options::Output::Quiet);
@@ -211,6 +217,10 @@ class Counting final : public UpdateReport {
   }
   void summed(const UpdateTally& tally) override { mShown->summed(tally); }
 
+  void interrupted() {
+    if (mOnTerminal != nullptr) mOnTerminal->interrupted();
+  }
+
   // What there is to say when all have ended.
   void finish() {
     if (mTally.all() > 1) summed(mTally);
@@ -218,6 +228,8 @@ class Counting final : public UpdateReport {
 
  private:
   std::unique_ptr<UpdateReport> mShown;
+  TerminalReport* mOnTerminal = nullptr;  // mShown, where it is one
+  std::optional<TerminalSession> mTerminal;
   bool mVerbose = false;
   Failures mFailures;
   UpdateTally mTally;
@@ -236,7 +248,7 @@ Target located(const Target& printer, const PrinterDirectory* directory) {
 }
 
 int update(ToolHost& host, const Options& options, const Printers& printers) {
-  Counting report(options);
+  Counting report(host, options, printers.size());
   // Those that were found by their announcements may come back with another address.
   std::unique_ptr<PrinterDirectory> directory;
   if (options.verify && std::ranges::any_of(printers, isAnnounced)) {
@@ -255,6 +267,7 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
       run.terminate();
     } else {
       run.startNoMore();
+      report.interrupted();
     }
   });
   run.start([&host] { host.events().quitApplicationEventLoop(); });

@@ -46,4 +46,18 @@ TEST(LegibleText, WideCharactersTakeTwoColumns) {
   std::setlocale(LC_CTYPE, "C");
 }
 
+TEST(LegibleText, IsCutAtAWholeCharacterWithItsAccents) {
+  ASSERT_NE(std::setlocale(LC_CTYPE, "C.UTF-8"), nullptr);
+  EXPECT_EQ(cutText("Office", 6), "Office");
+  EXPECT_EQ(cutText("Office", 5), "Offi\u2026");
+  EXPECT_EQ(cutText("\u4E8B\u52A1\u5BA4", 6), "\u4E8B\u52A1\u5BA4");
+  EXPECT_EQ(cutText("\u4E8B\u52A1\u5BA4", 5), "\u4E8B\u52A1\u2026");
+  EXPECT_EQ(cutText("\u4E8B\u52A1\u5BA4", 4), "\u4E8B\u2026");
+  EXPECT_EQ(cutText("e\u0301e\u0301e\u0301", 2), "e\u0301\u2026");
+  EXPECT_EQ(cutText("Office", 1), "\u2026");
+  EXPECT_EQ(cutText("Office", 0), "");
+  EXPECT_EQ(cutText("", 0), "");
+  std::setlocale(LC_CTYPE, "C");
+}
+
 }  // namespace
