@@ -1,7 +1,9 @@
 #include "DesktopTest.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -9,6 +11,7 @@
 using namespace std::chrono_literals;
 using desktop::ChildProcess;
 using desktop::Node;
+using std::chrono::steady_clock;
 using std::filesystem::path;
 
 namespace {
@@ -64,6 +67,17 @@ path DesktopTest::copyInstallation() {
 
 void DesktopTest::startProgramAt(const path& executable,
                                  const ChildProcess::Environment& environment) {
+  launch(executable, environment);
+  waitForActive(kWindowTitle);
+}
+
+void DesktopTest::startProgramUnseen() {
+  launch(INSTALLED_PROGRAM, {});
+  EXPECT_TRUE(
+      desktop::waitUntil([&] { return mDesktop.windowSize(kWindowTitle).has_value(); }, kPatience));
+}
+
+void DesktopTest::launch(const path& executable, const ChildProcess::Environment& environment) {
   ChildProcess::Environment all = mDesktop.environment();
   if (mCompositor) {
     const ChildProcess::Environment& added = mCompositor->environment();
@@ -74,7 +88,6 @@ void DesktopTest::startProgramAt(const path& executable,
   all.emplace_back("LC_ALL", "C.UTF-8");
   mProgram = std::make_unique<ChildProcess>(std::vector<std::string>{executable.string(), "-e"},
                                             mOutput / "program.log", all);
-  waitForActive(kWindowTitle);
 }
 
 Node DesktopTest::find(const std::string& what, const std::function<bool(const Node&)>& condition) {
@@ -206,6 +219,24 @@ std::size_t DesktopTest::timesLogged(const std::string& entry) const {
 
 bool DesktopTest::waitForLog(const std::string& entry) {
   return desktop::waitUntil([&] { return timesLogged(entry) > 0; }, kPatience);
+}
+
+int DesktopTest::answersUntil(const std::function<bool()>& condition) {
+  const Node window =
+      find("the window", [](const Node& node) { return node.name() == kWindowTitle; });
+  int answers = 0;
+  steady_clock::duration slowest{};
+  const auto isOver = [&] {
+    const auto asked = steady_clock::now();
+    EXPECT_EQ(window.name(), kWindowTitle);
+    slowest = std::max(slowest, steady_clock::now() - asked);
+    ++answers;
+    return condition();
+  };
+  EXPECT_TRUE(desktop::waitUntil(isOver, kPatience));
+  std::cout << answers << " answers, the slowest after "
+            << std::chrono::duration<double, std::milli>(slowest).count() << " ms\n";
+  return answers;
 }
 
 void replaceFirmware(const path& executable, const path& firmware) {

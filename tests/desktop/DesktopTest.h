@@ -40,6 +40,9 @@ class DesktopTest : public testing::Test {
   void startProgramAt(const std::filesystem::path& executable,
                       const desktop::ChildProcess::Environment& environment = {});
 
+  // Waits only until the X server has its window, which assistive technology may not find.
+  void startProgramUnseen();
+
   // What is on the screen. Each waits for it, and fails the test when it does not come.
   desktop::Node button(const std::string& name);
   desktop::Node enabledButton(const std::string& name);
@@ -76,6 +79,9 @@ class DesktopTest : public testing::Test {
   // The program's log entries so far, without the identity before each.
   std::vector<std::string> log() const;
   bool waitForLog(const std::string& entry);
+
+  // Asks the window for its name again and again until `condition` holds; how often it answered.
+  int answersUntil(const std::function<bool()>& condition);
   std::size_t timesLogged(const std::string& entry) const;
 
   bool programRuns() { return !program().exitStatus(); }
@@ -87,6 +93,8 @@ class DesktopTest : public testing::Test {
   desktop::Node find(const std::string& what,
                      const std::function<bool(const desktop::Node&)>& condition);
   void answer(const std::string& name, const std::function<void()>& act);
+  void launch(const std::filesystem::path& executable,
+              const desktop::ChildProcess::Environment& environment);
 
   std::filesystem::path mOutput;
   desktop::VirtualDesktop mDesktop;

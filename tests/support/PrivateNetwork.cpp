@@ -61,6 +61,7 @@ int runOnPeer(std::vector<std::string> command) {
 
 void startBus() { call({"--start-bus"}); }
 void stopBus() { call({"--stop-bus"}); }
+void signalBus(const std::string& signal) { call({"--signal-bus", signal}); }
 
 void startDaemon(const std::vector<std::string>& serverOptions) {
   std::vector<std::string> arguments{"--start-daemon"};

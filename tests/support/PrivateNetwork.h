@@ -19,6 +19,7 @@ int runOnPeer(std::vector<std::string> command);
 // The calls of private-network itself. Each throws std::runtime_error when it fails.
 void startBus();
 void stopBus();
+void signalBus(const std::string& signal);
 void startDaemon(const std::vector<std::string>& serverOptions = {});
 void stopDaemon(const std::string& signal = "TERM");
 void startPeersDaemon();

@@ -1,6 +1,5 @@
 #include "platform/dbus/BusConnection.h"
 
-#include <cstdlib>
 #include <string>
 #include <utility>
 
@@ -9,26 +8,6 @@ namespace {
 
 // So many messages at a time, that the window has its turn between them.
 constexpr int kMessagesAtOnce = 16;
-
-std::string chosenBy(const char* variable) {
-  const char* const value = std::getenv(variable);
-  return value == nullptr ? "" : value;
-}
-
-std::string addressOfSystemBus() {
-  const std::string chosen = chosenBy("DBUS_SYSTEM_BUS_ADDRESS");
-  return chosen.empty() ? SYSTEM_BUS_ADDRESS : chosen;
-}
-
-// Empty outside of a session.
-std::string addressOfSessionBus() {
-  std::string chosen = chosenBy("DBUS_SESSION_BUS_ADDRESS");
-  const std::string runtimeDirectory = chosenBy("XDG_RUNTIME_DIR");
-  if (!chosen.empty() || runtimeDirectory.empty()) return chosen;
-  const std::unique_ptr<char, decltype(&dbus_free)> path(
-      dbus_address_escape_value((runtimeDirectory + "/bus").c_str()), dbus_free);
-  return path == nullptr ? "" : std::string("unix:path=") + path.get();
-}
 
 }  // namespace
 
@@ -61,8 +40,8 @@ BusConnection::~BusConnection() {
 }
 
 bool BusConnection::open() {
-  const std::string address = mBus == Bus::System ? addressOfSystemBus() : addressOfSessionBus();
-  if (!address.starts_with("unix:")) return false;
+  const std::string address = addressOf(mBus);
+  if (!isOfThisMachine(address)) return false;
   mConnection = dbus_connection_open_private(address.c_str(), nullptr);
   if (mConnection == nullptr) return false;
   dbus_connection_set_watch_functions(

@@ -15,11 +15,10 @@
 
 #include "platform/DeferredCalls.h"
 #include "platform/RunLoop.h"
+#include "platform/dbus/BusAddress.h"
 #include "platform/dbus/BusMessage.h"
 
 namespace platform {
-
-enum class Bus { System, Session };
 
 class BusConnection {
  public:
@@ -39,9 +38,7 @@ class BusConnection {
   BusConnection(const BusConnection&) = delete;
   BusConnection& operator=(const BusConnection&) = delete;
 
-  // False when the bus has no address, or nobody listens there. A bus is reached by a socket of
-  // this machine: at another kind of address the library would wait for a network or for a new
-  // process.
+  // False when the bus has no address on this machine, or nobody listens there.
   bool open();
 
   // False when the message cannot be queued; null messages are not. The reply may never come.

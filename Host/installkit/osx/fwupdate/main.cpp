@@ -1,5 +1,6 @@
 // The entry point: chooses who provides the platform, and runs the program on it. The log comes
 // first, so that whatever the rest cannot do is in it.
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <memory>
@@ -28,6 +29,7 @@
 #include "platform/avahi/DaemonVersion.h"
 #include "platform/dbus/DesktopNotifier.h"
 #include "platform/dbus/PowerLock.h"
+#include "platform/dbus/SilentSessionBus.h"
 #include "platform/libusb/DevicesReport.h"
 #include "platform/libusb/LibusbRegistry.h"
 #include "platform/posix/HostDescription.h"
@@ -186,8 +188,17 @@ class Host {
   platform::DownloadObservers mDownloadObservers;
 };
 
+// Qt would wait for it, and there would be no window.
+void leaveSilentSessionBus() {
+  constexpr std::chrono::seconds kPatience{5};
+  if (platform::leaveSilentSessionBus(kPatience)) {
+    logNotice("Unable to use the session bus: no answer");
+  }
+}
+
 // The platform outlives everything that reaches it.
 void runUpdater() {
+  leaveSilentSessionBus();
   Host host(platform::current());
   const platform::PlatformScope scope(host.surfaces());
   FirmwareDownloader downloader;
