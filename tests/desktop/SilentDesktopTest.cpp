@@ -154,4 +154,18 @@ TEST_F(SilentDesktop, NotificationDaemonHangs) {
   EXPECT_EQ(program().waitForExit(20s), 0) << program().output();
 }
 
+TEST_F(SilentDesktop, ProcessesCannotBeRead) {
+  mPrinter = startPrinter("Office", {"--burn-seconds", "2"});
+  const auto executable = copyInstallation();
+  const auto withoutProcesses = output() / "program";
+  std::ofstream(withoutProcesses) << "#!/bin/sh\n"
+                                     "exec unshare --mount sh -c '\n"
+                                     "  mount -t tmpfs none /proc && exec \"$0\" \"$@\"' "
+                                  << executable << " \"$@\"\n";
+  std::filesystem::permissions(withoutProcesses, std::filesystem::perms::owner_all);
+  startProgramAt(withoutProcesses);
+  startUpdate("Office");
+  expectUpdate();
+}
+
 }  // namespace

@@ -1,5 +1,7 @@
 #include "platform/posix/PosixBundle.h"
 
+#include <sys/auxv.h>
+
 #include <system_error>
 #include <utility>
 
@@ -35,9 +37,11 @@ class PosixBundle : public Bundle {
 
 }  // namespace
 
+// The kernel tells a program by which file it was started also where /proc may not be read.
 std::unique_ptr<Bundle> makePosixBundle() {
   std::error_code ignored;
-  return makePosixBundle(std::filesystem::read_symlink("/proc/self/exe", ignored));
+  const auto* const file = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
+  return makePosixBundle(std::filesystem::canonical(file, ignored));
 }
 
 std::unique_ptr<Bundle> makePosixBundle(path executable) {
