@@ -49,7 +49,7 @@ TEST_F(UsbFromTheWindow, AnAttachedPrinterIsUpdatedWithoutAQuestion) {
   cell("USB");
   keepPicture("1-list");
   download("VP000001");
-  progressBar();
+  EXPECT_TRUE(waitForLog("Connecting to I/O transport..."));
   EXPECT_FALSE(isOnScreen("push button", "Download firmware"));
   labelWith("Veltra KX350T (VP000001)");
   keepPicture("2-progress");
