@@ -91,6 +91,8 @@ void Conversation::imageReceived(std::size_t count) {
 
 void Conversation::handle(const ProtocolEvent& event) {
   if (const auto* half = std::get_if<HalfReceived>(&event)) reach(middleOf(half->message));
+  if (std::holds_alternative<ImageBegun>(event)) reach(Step::FirstImageByte);
+  if (std::holds_alternative<ImageNearlyIn>(event)) reach(Step::LastImageByte);
   if (const auto* whole = std::get_if<Received>(&event)) handleMessage(*whole);
   if (const auto* wrong = std::get_if<Violation>(&event)) handleViolation(*wrong);
   pump();

@@ -235,8 +235,10 @@ Violation PrinterProtocol::violation(std::uint8_t got) {
 std::span<std::uint8_t> PrinterProtocol::imageSpace() {
   if (mState != State::Image) return {};
   const std::size_t size = mImage.bytes().size();
-  const std::size_t half = (size + 1) / 2;
-  const std::size_t end = mImageReceived < half ? half : size;
+  std::size_t end = size;
+  for (const std::size_t mark : {size - 1, (size + 1) / 2, std::size_t{1}}) {
+    if (mImageReceived < mark) end = mark;
+  }
   return mImage.bytes().subspan(mImageReceived, end - mImageReceived);
 }
 
@@ -249,7 +251,10 @@ std::optional<ProtocolEvent> PrinterProtocol::imageReceived(std::size_t count) {
     mLastMessage = messageName(Message::Image);
     return Received{Message::Image, {}};
   }
-  if (count > 0 && mImageReceived == (size + 1) / 2) return HalfReceived{Message::Image};
+  if (count == 0) return std::nullopt;
+  if (mImageReceived == (size + 1) / 2) return HalfReceived{Message::Image};
+  if (mImageReceived == 1) return ImageBegun{};
+  if (mImageReceived == size - 1) return ImageNearlyIn{};
   return std::nullopt;
 }
 

@@ -31,6 +31,10 @@ struct HalfReceived {
   Message message;
 };
 
+// The first byte of an image of at least three is in, or all of it but its last byte.
+struct ImageBegun {};
+struct ImageNearlyIn {};
+
 // The message is in, and correct. `bytes` are its bytes, but for the image.
 struct Received {
   Message message;
@@ -47,7 +51,7 @@ struct Violation {
   std::string text;  // all of that in a sentence
 };
 
-using ProtocolEvent = std::variant<HalfReceived, Received, Violation>;
+using ProtocolEvent = std::variant<HalfReceived, ImageBegun, ImageNearlyIn, Received, Violation>;
 
 class PrinterProtocol {
  public:

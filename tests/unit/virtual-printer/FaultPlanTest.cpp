@@ -38,7 +38,7 @@ TEST(FaultPlanTest, KnowsEveryStepByItsName) {
     plan.add("reset@" + std::string(stepName(step)));
     EXPECT_EQ(plan.at(step).size(), 1u) << stepName(step);
   }
-  EXPECT_EQ(allSteps().size(), 18u);
+  EXPECT_EQ(allSteps().size(), 20u);
 }
 
 TEST(FaultPlanTest, FaultWithoutAStepHoldsForEveryReply) {

@@ -34,6 +34,8 @@ class PrinterProtocolTest : public testing::Test {
     if (const auto* half = std::get_if<HalfReceived>(&event)) {
       return "half " + std::string(messageName(half->message));
     }
+    if (std::holds_alternative<ImageBegun>(event)) return "first byte of image";
+    if (std::holds_alternative<ImageNearlyIn>(event)) return "all but the last byte of image";
     if (const auto* whole = std::get_if<Received>(&event)) {
       return "whole " + std::string(messageName(whole->message));
     }
@@ -59,9 +61,10 @@ class RepeatedProtocolTest : public PrinterProtocolTest {
 };
 
 const std::vector<std::string> kWholeUpdate{
-    "half status-off",  "whole status-off",  "half id-request", "whole id-request",
-    "half burn-header", "whole burn-header", "half image",      "whole image",
-    "half uel",         "whole uel"};
+    "half status-off",     "whole status-off", "half id-request",
+    "whole id-request",    "half burn-header", "whole burn-header",
+    "first byte of image", "half image",       "all but the last byte of image",
+    "whole image",         "half uel",         "whole uel"};
 
 TEST_F(PrinterProtocolTest, AcceptsAnUpdateInOnePiece) {
   EXPECT_EQ(feed(kStatusOff + kIdRequest + kBurnHeader + kImage + kUel), kWholeUpdate);
@@ -94,15 +97,19 @@ TEST_F(PrinterProtocolTest, KeepsTheImageUntilItIsTaken) {
   EXPECT_THAT(mProtocol.takeImage().bytes(), IsEmpty());
 }
 
-TEST_F(PrinterProtocolTest, ImageSpaceEndsAtTheHalfAndAtTheEnd) {
+TEST_F(PrinterProtocolTest, ImageSpaceEndsWhereAFaultMayStrike) {
   EXPECT_THAT(mProtocol.imageSpace(), IsEmpty());
   feed(kStatusOff + kIdRequest + kBurnHeader);
-  EXPECT_EQ(mProtocol.imageSpace().size(), 13u);
-  EXPECT_FALSE(mProtocol.imageReceived(10));
+  EXPECT_EQ(mProtocol.imageSpace().size(), 1u);
+  EXPECT_EQ(textOf(*mProtocol.imageReceived(1)), "first byte of image");
+  EXPECT_EQ(mProtocol.imageSpace().size(), 12u);
+  EXPECT_FALSE(mProtocol.imageReceived(9));
   EXPECT_EQ(mProtocol.imageSpace().size(), 3u);
   EXPECT_EQ(textOf(*mProtocol.imageReceived(3)), "half image");
-  EXPECT_EQ(mProtocol.imageSpace().size(), 13u);
-  EXPECT_EQ(textOf(*mProtocol.imageReceived(13)), "whole image");
+  EXPECT_EQ(mProtocol.imageSpace().size(), 12u);
+  EXPECT_EQ(textOf(*mProtocol.imageReceived(12)), "all but the last byte of image");
+  EXPECT_EQ(mProtocol.imageSpace().size(), 1u);
+  EXPECT_EQ(textOf(*mProtocol.imageReceived(1)), "whole image");
   EXPECT_THAT(mProtocol.imageSpace(), IsEmpty());
   EXPECT_EQ(mProtocol.bytesReceived(), 34u + 59 + 50 + 26);
 }
@@ -110,6 +117,11 @@ TEST_F(PrinterProtocolTest, ImageSpaceEndsAtTheHalfAndAtTheEnd) {
 TEST_F(PrinterProtocolTest, ImageOfOneByteHasNoHalf) {
   feed(kStatusOff + kIdRequest + with(kBurnHeader, 49, 1));
   EXPECT_THAT(feed(Bytes{0xff}), ElementsAre("whole image"));
+}
+
+TEST_F(PrinterProtocolTest, ImageOfTwoBytesHasAHalfAlone) {
+  feed(kStatusOff + kIdRequest + with(kBurnHeader, 49, 2));
+  EXPECT_THAT(feed(Bytes{1, 2}), ElementsAre("half image", "whole image"));
 }
 
 TEST_F(PrinterProtocolTest, SaysWhereTheStreamStands) {
@@ -185,7 +197,7 @@ TEST_F(PrinterProtocolTest, ImageMustNotBeEmpty) {
 
 TEST_F(PrinterProtocolTest, ImageMustFitIntoTheFlash) {
   feed(kStatusOff + kIdRequest + with(with(kBurnHeader, 48, 0x10), 49, 0x00));
-  EXPECT_EQ(mProtocol.imageSpace().size(), 2048u);
+  EXPECT_EQ(mProtocol.position(), "in image at 0 of 4096");
   mProtocol = PrinterProtocol({kFlashSize});
   EXPECT_EQ(violationIn(kStatusOff + kIdRequest + with(with(kBurnHeader, 48, 0x10), 49, 1)).text,
             "burn-header, offset 46: the image length is 4097, expected 1 to 4096");
