@@ -1,0 +1,165 @@
+#include "Application.h"
+
+#include "FirmwareDownloader.h"
+#include "UI.h"
+#include "platform/posix/PosixDeviceLocks.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/PosixNetwork.h"
+#include "runAndReport.h"
+
+using namespace platform::literals;
+
+namespace {
+
+constexpr const char* kWindow = "PrinterSelectWindow";
+constexpr platform::ControlId kList{"lPrn"_4cc, 0};
+constexpr platform::ControlId kDownloadButton{0, 2};
+constexpr platform::ControlId kFirstButton{"btn "_4cc, 1};
+
+platform::Data record(const std::vector<std::string>& strings) {
+  std::vector<std::uint8_t> bytes;
+  for (const std::string& string : strings) {
+    bytes.push_back(static_cast<std::uint8_t>(string.size()));
+    bytes.insert(bytes.end(), string.begin(), string.end());
+  }
+  return platform::makeData(std::move(bytes));
+}
+
+platform::Data loopback(std::uint16_t port) {
+  return platform::makeData({16, 2, static_cast<std::uint8_t>(port >> 8),
+                             static_cast<std::uint8_t>(port), 127, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0,
+                             0});
+}
+
+}  // namespace
+
+Application::Application(const std::string& resources, platform::Files* files)
+    : mFiles(platform::makePosixFiles()),
+      mNetwork(platform::makePosixNetwork(mLoop)),
+      mLocks(platform::makePosixDeviceLocks()),
+      mToolkit([this](const platform::EventTarget& target, const platform::Event& event) {
+        return mEvents.send(target, event);
+      }),
+      mObserver([this](const std::string& call) {
+        if (call.starts_with("began ")) ++mWatched;
+        if (call.starts_with("ended ")) --mWatched;
+      }),
+      mLog(surfaces(files)) {
+  mBundle.setResourcesDirectory(resources);
+  mStrings.define("NETWORK_PRINTER_CONFIRMATION", "Update?");
+}
+
+Application::~Application() = default;
+
+platform::Platform Application::surfaces(platform::Files* files) {
+  platform::Platform surfaces;
+  surfaces.bundle = &mBundle;
+  surfaces.strings = &mStrings;
+  surfaces.files = files != nullptr ? files : mFiles.get();
+  surfaces.runLoop = &mLoop;
+  surfaces.events = &mEvents;
+  surfaces.network = mNetwork.get();
+  surfaces.services = &mServices;
+  surfaces.usb = &mUsb;
+  surfaces.toolkit = &mToolkit;
+  surfaces.deviceLocks = mLocks.get();
+  surfaces.downloadObserver = &mObserver;
+  return surfaces;
+}
+
+int Application::run(const std::function<void()>& user) {
+  mEvents.whenIdle([&] {
+    settle();
+    user();
+    mEvents.processCommand({0, platform::kQuitCommand, 0, 0});
+    return false;
+  });
+  const int status = runAndReport([] {
+    FirmwareDownloader downloader;
+    UI ui(downloader);
+    ui.run();
+  });
+  mEvents.whenIdle({});
+  mLoop.runAllLater();
+  return status;
+}
+
+void Application::announce(const std::string& name, std::uint16_t port) {
+  FakeNetService::Announcement announcement;
+  announcement.name = name;
+  announcement.txt = record({"usb_MFG=Veltra", "usb_MDL=KX350T"});
+  announcement.addresses = std::make_shared<const std::vector<platform::Data>>(1, loopback(port));
+  mServices.announce(std::move(announcement));
+  settle();
+}
+
+void Application::settle() {
+  do {
+    mLoop.runAllLater();
+  } while (mEvents.deliverNext());
+}
+
+bool Application::select(unsigned row) {
+  settle();
+  const bool isSelected = mToolkit.screen().select(kWindow, kList, row);
+  mLog.takeEntries();
+  mEvents.takeCommands();
+  return isSelected;
+}
+
+bool Application::pressDownload() { return mToolkit.screen().press(kWindow, kDownloadButton); }
+
+bool Application::pressYes() {
+  return mToolkit.screen().press("ConfirmDownloadSheet", kFirstButton);
+}
+
+bool Application::closeAlert() {
+  for (const char* alert : {"FailedSheet", "UpToDateSheet"}) {
+    if (mToolkit.screen().isVisible(alert)) {
+      return mToolkit.screen().press(alert, kFirstButton);
+    }
+  }
+  return false;
+}
+
+bool Application::chooseQuit() { return mToolkit.screen().chooseMenuItem(platform::kQuitCommand); }
+
+bool Application::download() {
+  if (!pressDownload()) return false;
+  return !mToolkit.screen().isVisible("ConfirmDownloadSheet") || pressYes();
+}
+
+std::string Application::onScreen() {
+  std::string seen;
+  for (const char* name :
+       {kWindow, "ConfirmDownloadSheet", "ProgressSheet", "FailedSheet", "UpToDateSheet"}) {
+    if (!mToolkit.screen().isVisible(name)) continue;
+    const bool blocked = mToolkit.screen().isBlocked(name);
+    seen += (seen.empty() ? "" : " ") + (blocked ? "[" + std::string(name) + "]" : name);
+  }
+  return seen;
+}
+
+bool Application::runUntil(const std::function<bool()>& done) {
+  return mLoop.runUntil([&] {
+    mEvents.deliverAll();
+    return done();
+  });
+}
+
+void Application::pass(std::chrono::milliseconds time) {
+  mLoop.advance(time);
+  settle();
+}
+
+std::string Application::outcome() const {
+  for (const std::string& command : mEvents.commands()) {
+    if (command == "DlOk" || command == "DlNo" || command == "DlUd") return command;
+  }
+  return "";
+}
+
+std::string Application::held() const {
+  return std::to_string(mLoop.enabledWatches()) + " watches, " + std::to_string(mLoop.timers()) +
+         " timers, " + std::to_string(mWatched) + " updates";
+}

@@ -1,0 +1,88 @@
+// The whole program but for its pixels: the window, its sheets and its list as the toolkit double
+// has them, both finders, the engine, and below it real sockets, files and locks. Time stands still
+// until it is turned. A test is its user.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "FakeBundle.h"
+#include "FakeEvents.h"
+#include "FakeLocalizedStrings.h"
+#include "FakeRunLoop.h"
+#include "FakeServiceDiscovery.h"
+#include "FakeToolkit.h"
+#include "FakeUsbRegistry.h"
+#include "LogRecorder.h"
+#include "RecordingObserver.h"
+#include "platform/DeviceLocks.h"
+#include "platform/Files.h"
+#include "platform/Network.h"
+
+class Application {
+ public:
+  // The firmware files stand in `resources`. `files` takes the place of the real ones.
+  explicit Application(const std::string& resources, platform::Files* files = nullptr);
+  ~Application();
+
+  // Runs the program, and in its event loop `user`, after which it quits. Returns its exit status.
+  int run(const std::function<void()>& user);
+
+  // The printers that there are.
+  void announce(const std::string& name, std::uint16_t port);
+  void withdraw(const std::string& name) { mServices.withdraw(name); }
+  FakeUsbRegistry& usb() { return mUsb; }
+
+  // What the user does. False when it cannot be done. Rows are numbered from 1, by their arrival.
+  // Log and outcome are forgotten with the selection.
+  bool select(unsigned row);
+  bool pressDownload();
+  bool pressYes();
+  bool closeAlert();
+  bool chooseQuit();
+
+  // Presses Download, and Yes if that is asked. False when that cannot be done.
+  bool download();
+
+  // What the user sees: the windows from the bottom up, "[PrinterSelectWindow] ProgressSheet".
+  // Those in brackets take no input.
+  std::string onScreen();
+
+  // Lets the program do what there is to do at once.
+  void settle();
+  // Lets it do what there is to do until then; false when it takes too long.
+  bool runUntil(const std::function<bool()>& done);
+  // The same with time passing, as far as it says.
+  void pass(std::chrono::milliseconds time);
+
+  // "DlOk", "DlUd", "DlNo"; empty before there is one. Since the last selection.
+  std::string outcome() const;
+
+  // The log since the last selection, as "PRIORITY TEXT".
+  std::vector<std::string> log() const { return mLog.lines(); }
+
+  // What is held and must have been given back when an update is over, in words: watches of
+  // descriptors, timers, and observers that were not told of an end.
+  std::string held() const;
+
+ private:
+  platform::Platform surfaces(platform::Files* files);
+
+  FakeBundle mBundle;
+  FakeLocalizedStrings mStrings;
+  FakeRunLoop mLoop;
+  FakeEvents mEvents;
+  std::unique_ptr<platform::Files> mFiles;
+  std::unique_ptr<platform::Network> mNetwork;
+  std::unique_ptr<platform::DeviceLocks> mLocks;
+  FakeServiceDiscovery mServices;
+  FakeUsbRegistry mUsb;
+  FakeToolkit mToolkit;
+  int mWatched = 0;  // updates begun and not ended, as an observer sees it
+  RecordingObserver mObserver;
+  LogRecorder mLog;
+  std::function<void()> mUser;
+};

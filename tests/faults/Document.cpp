@@ -1,0 +1,220 @@
+#include "Document.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "Cell.h"
+#include "NetworkCells.h"
+#include "UsbCells.h"
+
+namespace {
+
+struct Section {
+  const char* table;
+  const char* title;
+  const char* about;
+};
+
+constexpr Section kSections[] = {
+    {"freezes", "Network: the cable is pulled, or the printer freezes",
+     "Nothing comes back any more, and nothing is taken. A network printer is waited for as long "
+     "as "
+     "its user likes, since burning may take long: Quit ends the waiting."},
+    {"is silent", "Network: the printer works on, and is not heard",
+     "It takes what it is sent, and nothing comes back. Once it has everything it burns, heard or "
+     "not."},
+    {"closes", "Network: the printer closes the connection",
+     "The first message after that is sent into the void, and the next one fails. When the program "
+     "has no more to send it waits, as for a silent printer."},
+    {"breaks", "Network: the connection breaks",
+     "A printer that is switched off and on, or a router that forgets the connection, does this "
+     "(TCP: RST). The very next message fails."},
+    {"ends its side", "Network: the printer says that it will say nothing more",
+     "It ends its own direction of the connection (TCP: FIN), and takes what it is sent."},
+    {"pieces", "Network: in pieces, merged, late",
+     "How the bytes are cut and when they come makes no difference."},
+    {"large firmware", "Network: a firmware of many megabytes",
+     "All others here have 28 bytes, which the system takes at once. A large one it takes only as "
+     "fast as the printer, and a message that is not taken within five seconds has failed."},
+    {"surplus", "Network: bytes that nobody asked for",
+     "They come first in whatever is read next."},
+    {"response", "Network: the printer does not answer as such a printer does",
+     "A device that is not the printer that it said it was must not get a byte of firmware: the "
+     "program ends itself, at once. Lengths that do not fit are as harmless as they can be."},
+    {"device ID", "Network: what stands in the device ID",
+     "Model, variant (`LIC`) and version decide what is sent, and whether anything is."},
+    {"burn reply", "Network: the printer's last answer",
+     "Anything but a clear success is a failure, whatever the printer has done."},
+    {"unplugged", "USB: the cable is pulled",
+     "The printer leaves the list, and is a new row when it returns. It has power of its own: once "
+     "it has everything it burns on, with or without a cable."},
+    {"no answer in time", "USB: nothing happens in time",
+     "A message may take 0.2 seconds, an answer 20, and the answer to the firmware 3 seconds for "
+     "each started 64 KiB."},
+    {"stalls", "USB: the printer stalls a pipe", "The stall is cleared before the next transfer."},
+    {"bus errors", "USB: bus errors", "Bad cables and hubs."},
+    {"refused by the system", "USB: the system refuses a transfer",
+     "Another program takes the interface between two steps, or memory is short."},
+    {"not opened", "USB: the printer cannot be opened",
+     "Nothing is sent. A printer whose interface was opened and could not be examined has to be "
+     "plugged in anew."},
+    {"short writes", "USB: the printer takes less than it is sent",
+     "A transfer that the system calls complete counts as complete."},
+    {"packets", "USB: packets of any size", "How answers are cut makes no difference."},
+    {"surplus on USB", "USB: bytes that nobody asked for",
+     "They come first in whatever is read next."},
+    {"late answers on USB", "USB: an answer to an update before",
+     "An update was given up because the answer took too long, the answer came after all, and the "
+     "printer was not plugged in anew."},
+    {"wrong answers on USB", "USB: the printer does not answer as such a printer does",
+     "As over the network."},
+};
+
+const char* seen(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::Updated:
+      return "updated";
+    case Verdict::UpToDate:
+      return "up to date";
+    case Verdict::Failed:
+      return "failed";
+    case Verdict::Waits:
+      return "waits";
+    case Verdict::Aborts:
+      return "the program ends";
+    case Verdict::NotStarted:
+      return "cannot begin";
+  }
+  return "";
+}
+
+const char* like(Afterwards afterwards) {
+  switch (afterwards) {
+    case Afterwards::Untouched:
+      return "old firmware, untouched";
+    case Afterwards::Asked:
+      return "old firmware, was only asked";
+    case Afterwards::Unfinished:
+      return "old firmware, drops what it got";
+    case Afterwards::Refusing:
+      return "old firmware, could not burn";
+    case Afterwards::Unannounced:
+      return "**new firmware**, not known";
+    case Afterwards::Updated:
+      return "new firmware";
+  }
+  return "";
+}
+
+// The last that the log says of it, before it says that it cleans up; an assertion where it ends.
+std::string lastWords(const Cell& cell) {
+  std::string last;
+  for (const std::string& line : cell.log) {
+    if (line.starts_with("3 ")) return line.substr(2);
+    if (!line.starts_with("5 Cleaning up") && !line.starts_with("7 ")) last = line.substr(2);
+  }
+  if (!cell.assertion.empty()) return cell.assertion.substr(0, cell.assertion.find(", function"));
+  return last;
+}
+
+// A table's cell: no line breaks, no bars, and nothing that is not text.
+std::string inTable(const std::string& text) {
+  std::string result;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '|' || c == '*' || c == '_') result += '\\';
+    if (byte >= ' ' && byte != 0x7f) result += c;
+  }
+  return result;
+}
+
+void writeLegend(std::ostream& out) {
+  out << R"(# What happens when an update goes wrong
+
+Look for the section that says what happened to you, and in it for the moment at which it happened.
+Each line is a test that is run with the others (`tests/faults`), on the program that you have: what is
+seen, every entry of the log in its order, what the printer had received, that the program gives back
+all that it held, and that a good update follows, by the same program, or by the next one where it had
+to be ended. The page is written from the same table as the tests.
+
+**In short**
+
+- **While the program sends**, whatever goes wrong leaves the printer with the firmware that it had. It
+  burns only when it has everything, with the last byte of the closing message
+  ([wire-protocol.md](wire-protocol.md)).
+- **While the printer burns**, a pulled cable, a closed window or a computer without power do not hinder
+  it: it has everything, and needs nobody. It has the new firmware afterwards, though the program could
+  not say so. Leave it switched on for some minutes, then update it again: it is up to date.
+- **Over the network nobody is in a hurry.** A printer that does not answer is waited for until you quit.
+  A pulled cable looks like a printer that freezes while the program sends, and like one that is not
+  heard while it burns.
+- **Over USB there are time-outs.** If an update failed halfway, pull the cable and plug it in again, or
+  switch the printer off and on, before you try again.
+
+| what is seen | what it means |
+|---|---|
+| updated | the progress goes away, the line below the list says so; command `DlOk` |
+| up to date | the alert says that the printer has this firmware or a newer one; `DlUd` |
+| failed | the alert says that it failed; `DlNo`. Close it, and try again |
+| waits | the progress stays until you quit; the exit status is 0. Start the program again |
+| the program ends | by an assertion, with signal 6 (status 134 in a shell). Start it again |
+| cannot begin | the row is gone, and Download is dimmed |
+
+| the printer afterwards | what it means |
+|---|---|
+| old firmware, untouched | it has received nothing that it understands |
+| old firmware, was only asked | for its model and version |
+| old firmware, drops what it got | part of the new one, which it forgets when the connection ends. On USB: pull the cable and plug it in again, or switch the printer off and on, before you try again |
+| old firmware, could not burn | it has received everything and says that it failed |
+| **new firmware**, not known | it has everything and burns it, and the program does not know |
+| new firmware | it restarts with it |
+
+"at N of M" counts bytes, here of a firmware of 28. The log's words are those of its first error, or
+else of its last entry.
+)";
+}
+
+void writeRow(std::ostream& out, const Cell& cell, bool withWhat) {
+  out << "| " << inTable(cell.when);
+  if (withWhat) out << " | " << inTable(cell.what);
+  out << " | " << seen(cell.verdict) << " | " << like(cell.afterwards) << " | "
+      << inTable(cell.position) << " | " << inTable(lastWords(cell)) << " |\n";
+}
+
+std::vector<Cell> cellsOf(const std::string& table) {
+  std::vector<Cell> cells;
+  const auto take = [&](const auto& all) {
+    std::ranges::copy_if(all, std::back_inserter(cells),
+                         [&](const Cell& cell) { return cell.table == table; });
+  };
+  take(networkCells());
+  take(usbCells());
+  return cells;
+}
+
+// Where the printer does the same in each line, the section's title says what.
+void writeTable(std::ostream& out, const std::vector<Cell>& cells) {
+  const auto& first = cells.at(0).what;
+  const bool withWhat =
+      std::ranges::any_of(cells, [&](const Cell& cell) { return cell.what != first; });
+  out << "| when |" << (withWhat ? " the printer |" : "")
+      << " seen | the printer afterwards | what it had received | the log |\n|---|"
+      << (withWhat ? "---|" : "") << "---|---|---|---|\n";
+  for (const Cell& cell : cells) writeRow(out, cell, withWhat);
+}
+
+}  // namespace
+
+void writeFaultMatrix(std::ostream& out) {
+  writeLegend(out);
+  std::size_t count = 0;
+  for (const Section& section : kSections) {
+    const std::vector<Cell> cells = cellsOf(section.table);
+    out << "\n## " << section.title << "\n\n" << section.about << "\n\n";
+    writeTable(out, cells);
+    count += cells.size();
+  }
+  out << "\n" << count << " cells.\n";
+}

@@ -1,0 +1,39 @@
+// The published table is the tests' own.
+#include <gmock/gmock.h>
+
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "Document.h"
+#include "NetworkCells.h"
+#include "UsbCells.h"
+
+namespace {
+
+std::string written() {
+  std::ostringstream out;
+  writeFaultMatrix(out);
+  return out.str();
+}
+
+TEST(FaultMatrix, IsWhatIsPublished) {
+  std::ifstream file(PUBLISHED, std::ios::binary);
+  std::ostringstream published;
+  published << file.rdbuf();
+  EXPECT_EQ(published.str(), written())
+      << "fault-matrix >docs/fault-matrix.md writes it anew, once the cells are right";
+}
+
+// No cell is left out of the document, or stands in it twice.
+TEST(FaultMatrix, HasEachCellOnce) {
+  std::set<std::string> names;
+  for (const Cell& cell : networkCells()) EXPECT_TRUE(names.insert(nameOf(cell)).second);
+  for (const Cell& cell : usbCells()) {
+    EXPECT_TRUE(names.insert(nameOf(cell)).second) << nameOf(cell);
+  }
+  EXPECT_THAT(written(), testing::EndsWith("\n" + std::to_string(names.size()) + " cells.\n"));
+  EXPECT_GE(names.size(), 290u);
+}
+
+}  // namespace

@@ -1,0 +1,27 @@
+// The cells of an update over TCP: what the virtual printer is told to do wrong, and when.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "Cell.h"
+
+struct NetworkCell : Cell {
+  std::vector<std::string> faults;  // of the virtual printer, in its first conversation
+  std::vector<std::string> options;
+  std::size_t firmwareSize = 28;
+
+  // The program is held where its log ends in this text, until the printer's journal says `event`.
+  // From there on each side only reacts, and the whole log is known. No event: it is not held.
+  std::string heldAt;
+  std::string event;
+
+  // In which pieces the printer's bytes arrive is a matter of time: the log here does not say it.
+  bool inAnyPieces = false;
+};
+
+const std::vector<NetworkCell>& networkCells();
+
+// All but the lines that tell in which pieces bytes came.
+Lines withoutArrivals(const Lines& lines);

@@ -1,0 +1,238 @@
+// Every cell of an update over TCP, with the whole program on one side and the virtual printer on
+// the other.
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "Application.h"
+#include "CellProcess.h"
+#include "DownloadFixture.h"
+#include "NetworkCells.h"
+#include "TemporaryDirectory.h"
+#include "VirtualPrinterProcess.h"
+
+namespace {
+
+// One cell from its beginning to its end: the update that goes wrong, and the one after it.
+class CellRun {
+ public:
+  explicit CellRun(const NetworkCell& cell) : mCell(cell) {
+    for (const char* name : {"product.brand.bin", "product.tarn.bin"}) {
+      std::ofstream(mResources.path() / name, std::ios::binary)
+          << std::string(cell.firmwareSize - firmware200().size(), 'x') << firmware200();
+    }
+  }
+
+  void run() {
+    startPrinter();
+    const std::size_t descriptors = openDescriptors();
+    if (mCell.verdict == Verdict::Aborts) {
+      abortInAnotherProcess();
+    } else {
+      Application application(resources());
+      EXPECT_EQ(application.run([&] { updateBadly(application); }), 0);
+      expectLog(application.log());
+      EXPECT_THAT(application.usb().problems(), testing::IsEmpty());
+      EXPECT_EQ(application.held(), kNothing);
+    }
+    EXPECT_EQ(openDescriptors(), descriptors);
+    if (isWaiting() || mCell.verdict == Verdict::Aborts) updateAnew();
+    expectPrinter();
+  }
+
+ private:
+  inline static const std::string kNothing = "0 watches, 0 timers, 0 updates";
+
+  bool isWaiting() const { return mCell.verdict == Verdict::Waits; }
+  std::string resources() const { return mResources.path().string(); }
+
+  // Its faults are over after one conversation, unless it does not get over them.
+  bool mustBeReplaced() const {
+    const std::string& fault = mCell.faults.back();
+    const bool isUnfit = !mCell.options.empty() && !hasNewFirmware();
+    return isUnfit || fault.starts_with("hang") || fault == "refuse";
+  }
+
+  void startPrinter() {
+    std::vector<std::string> options = printerOptions(mCell.faults);
+    options.insert(options.end(), {"--faulty-conversations", "1"});
+    options.insert(options.end(), mCell.options.begin(), mCell.options.end());
+    mPrinter = std::make_unique<VirtualPrinterProcess>(options);
+  }
+
+  void updateBadly(Application& application) {
+    application.announce("Office", mPrinter->port());
+    const std::string before = application.held();
+    const std::size_t descriptors = openDescriptors();
+    ASSERT_TRUE(application.select(1) && application.download());
+    hold(application);
+    switch (mCell.verdict) {
+      case Verdict::Waits:
+        expectWaiting(application);
+        return;
+      case Verdict::Updated:
+        expectEnd(application, "DlOk", "PrinterSelectWindow");
+        break;
+      case Verdict::UpToDate:
+        expectEnd(application, "DlUd", "[PrinterSelectWindow] [ProgressSheet] UpToDateSheet");
+        break;
+      default:
+        expectEnd(application, "DlNo", "[PrinterSelectWindow] [ProgressSheet] FailedSheet");
+        break;
+    }
+    EXPECT_EQ(application.closeAlert(), mCell.verdict != Verdict::Updated);
+    EXPECT_EQ(application.onScreen(), "PrinterSelectWindow");
+    EXPECT_EQ(application.held(), before);
+    EXPECT_EQ(openDescriptors(), descriptors);
+    mLog = application.log();
+    updateWell(application);
+  }
+
+  // Keeps the program where it is until the printer has done what it does wrong.
+  void hold(Application& application) {
+    if (mCell.event.empty()) return;
+    if (!mCell.heldAt.empty()) {
+      EXPECT_TRUE(application.runUntil([&] {
+        return !application.log().empty() && application.log().back() == "5 " + mCell.heldAt;
+      })) << joined(application.log());
+    }
+    mPrinter->waitFor(mCell.event);
+  }
+
+  void expectEnd(Application& application, const std::string& command, const std::string& screen) {
+    EXPECT_TRUE(application.runUntil([&] { return !application.outcome().empty(); }));
+    EXPECT_EQ(application.outcome(), command);
+    EXPECT_EQ(application.onScreen(), screen);
+  }
+
+  // Up to the last line that there will be, and then for ten minutes of the program's own time.
+  void expectWaiting(Application& application) {
+    const std::size_t expected = mCell.log.size() - kDroppedLines;
+    EXPECT_TRUE(application.runUntil([&] { return seen(application.log()).size() >= expected; }));
+    application.pass(std::chrono::minutes(10));
+    EXPECT_EQ(application.outcome(), "");
+    EXPECT_EQ(application.onScreen(), "[PrinterSelectWindow] ProgressSheet");
+    EXPECT_TRUE(application.chooseQuit());
+  }
+
+  static constexpr std::size_t kDroppedLines = 2;
+
+  Lines seen(const Lines& log) const { return mCell.inAnyPieces ? withoutArrivals(log) : log; }
+
+  void expectLog(const Lines& log) {
+    EXPECT_EQ(joined(seen(mLog.empty() ? log : mLog)), joined(mCell.log));
+  }
+
+  void abortInAnotherProcess() {
+    expectAbort(
+        mCell, resources(),
+        [this](Application& application, const std::function<void()>& begin) {
+          application.announce("Office", mPrinter->port());
+          application.select(1);
+          begin();
+          application.download();
+          application.runUntil([&] { return !application.outcome().empty(); });
+        },
+        &withoutArrivals);
+    mPrinter->waitFor("closed");
+  }
+
+  // The program is started again.
+  void updateAnew() {
+    const std::size_t descriptors = openDescriptors();
+    {
+      Application application(resources());
+      EXPECT_EQ(application.run([&] {
+        application.announce("Office", mPrinter->port());
+        updateWell(application);
+      }),
+                0);
+      EXPECT_EQ(application.held(), kNothing);
+    }
+    EXPECT_EQ(openDescriptors(), descriptors);
+  }
+
+  bool hasNewFirmware() const {
+    return mCell.afterwards == Afterwards::Updated || mCell.afterwards == Afterwards::Unannounced;
+  }
+
+  // The printer is as it should be, and can be updated; or says that it has been.
+  void updateWell(Application& application) {
+    unsigned row = 1;
+    if (hasNewFirmware()) mPrinter->waitFor("ready", 2);
+    if (mustBeReplaced()) {
+      expectPrinter();
+      mPrinter = std::make_unique<VirtualPrinterProcess>(printerOptions({}));
+      application.announce("Another printer", mPrinter->port());
+      row = 2;
+    }
+    ASSERT_TRUE(application.select(row) && application.download());
+    EXPECT_TRUE(application.runUntil([&] { return !application.outcome().empty(); }));
+    EXPECT_EQ(application.outcome(), hasNewFirmware() ? "DlUd" : "DlOk");
+    const auto isError = [](const std::string& line) { return line.starts_with("3 "); };
+    EXPECT_FALSE(std::ranges::any_of(application.log(), isError));
+  }
+
+  // What it had received when its first conversation ended, and that it burned only if it should.
+  void expectPrinter() {
+    if (mIsChecked) return;
+    mIsChecked = true;
+    const int status = mPrinter->stop();
+    EXPECT_EQ(status, 0);
+    std::string position;
+    for (const auto& entry : mPrinter->entries("closed")) {
+      if (entry.at("connection") == 1) position = entry.at("position").get<std::string>();
+    }
+    EXPECT_EQ(position, mCell.position);
+    Lines received;
+    for (const auto& entry : mPrinter->entries("received")) {
+      if (entry.at("connection") == 1) received.push_back(entry.at("message").get<std::string>());
+    }
+    EXPECT_EQ(received, messagesBefore(mCell.position));
+  }
+
+  static Lines messagesBefore(const std::string& position) {
+    const Lines all{"status-off", "id-request", "burn-header", "image", "uel"};
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      if (position.starts_with("in " + all[i]) || position == "before " + all[i]) {
+        return {all.begin(), all.begin() + static_cast<std::ptrdiff_t>(i)};
+      }
+      if (position == "after " + all[i]) {
+        return {all.begin(), all.begin() + static_cast<std::ptrdiff_t>(i) + 1};
+      }
+    }
+    return {};
+  }
+
+  const NetworkCell& mCell;
+  TemporaryDirectory mResources;
+  std::unique_ptr<VirtualPrinterProcess> mPrinter;
+  Lines mLog;  // of the update that goes wrong, when another one followed
+  bool mIsChecked = false;
+};
+
+void runCells(const std::string& table) {
+  std::size_t count = 0;
+  for (const NetworkCell& cell : networkCells()) {
+    if (cell.table != table) continue;
+    SCOPED_TRACE(nameOf(cell));
+    CellRun(cell).run();
+    ++count;
+  }
+  EXPECT_NE(count, 0u);
+}
+
+TEST(FaultsOnTheNetwork, PrinterClosesTheConnection) { runCells("closes"); }
+TEST(FaultsOnTheNetwork, PrinterBreaksTheConnection) { runCells("breaks"); }
+TEST(FaultsOnTheNetwork, PrinterIsSilent) { runCells("is silent"); }
+TEST(FaultsOnTheNetwork, PrinterFreezes) { runCells("freezes"); }
+TEST(FaultsOnTheNetwork, PrinterEndsItsSide) { runCells("ends its side"); }
+TEST(FaultsOnTheNetwork, AnswersComeInPieces) { runCells("pieces"); }
+TEST(FaultsOnTheNetwork, AnswersAreTooLong) { runCells("surplus"); }
+// Takes the five seconds that a send may take.
+TEST(FaultsOnTheNetwork, FirmwareIsLarge) { runCells("large firmware"); }
+TEST(FaultsOnTheNetworkDeathTest, ResponseIsWrong) { runCells("response"); }
+TEST(FaultsOnTheNetwork, AnswerToTheFirmwareIsWrong) { runCells("burn reply"); }
+TEST(FaultsOnTheNetworkDeathTest, DeviceIdIsUnusual) { runCells("device ID"); }
+
+}  // namespace
