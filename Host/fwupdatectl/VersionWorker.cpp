@@ -14,6 +14,7 @@
 #include "NetworkTransport.h"
 #include "ToolHost.h"
 #include "UsbTransport.h"
+#include "platform/DeviceLocks.h"
 #include "platform/FailureCause.h"
 #include "platform/Platform.h"
 #include "platform/Text.h"
@@ -60,7 +61,8 @@ int runVersionWorker(ToolHost& host, const Target& target) {
     if (device) {
       transport = std::make_unique<UsbTransport>(*device, downloader);
     } else {
-      transport = std::make_unique<NetworkTransport>(addressRecord(target.address), downloader);
+      transport = std::make_unique<NetworkTransport>(addressRecord(target.address), downloader,
+                                                     platform::DeviceUse::Question);
     }
     downloader.query(std::move(transport), [&](const std::wstring& deviceId) {
       isKnown = true;

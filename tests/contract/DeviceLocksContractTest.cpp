@@ -17,6 +17,7 @@ namespace {
 using platform::Data;
 using platform::DeviceLock;
 using platform::DeviceLocks;
+using platform::DeviceUse;
 
 std::string thisProcess() {
   return "test_contract_posix (process " + std::to_string(getpid()) + ")";
@@ -44,9 +45,24 @@ class DeviceLocksContract : public testing::TestWithParam<Provider> {
     return bytes;
   }
 
-  std::unique_ptr<DeviceLock> lock(const Data& address) {
+  std::unique_ptr<DeviceLock> lock(const Data& address, DeviceUse use = DeviceUse::Update) {
     mHolder = "nobody asked";
-    return mLocks->lock(address, mHolder);
+    return mLocks->lock(address, use, mHolder);
+  }
+
+  bool isGranted(const std::unique_ptr<DeviceLock>& lock) {
+    mHolder = "nobody asked";
+    return lock->isGranted(mHolder);
+  }
+
+  // One that has been granted.
+  std::unique_ptr<DeviceLock> question() {
+    auto asking = lock(mAddress, DeviceUse::Question);
+    EXPECT_NE(asking, nullptr);
+    EXPECT_EQ(mHolder, "");
+    EXPECT_TRUE(isGranted(asking));
+    EXPECT_EQ(mHolder, "");
+    return asking;
   }
 
   std::unique_ptr<DeviceLocks> mLocks = GetParam().make();
@@ -71,6 +87,56 @@ TEST_P(DeviceLocksContract, LockIsGivenOnceAndItsHolderNamed) {
     EXPECT_EQ(lock(mAddress), nullptr);
     EXPECT_EQ(mHolder, thisProcess());
   }
+}
+
+TEST_P(DeviceLocksContract, NobodyTalksDuringAnUpdate) {
+  const auto update = lock(mAddress);
+  EXPECT_TRUE(isGranted(update));
+  EXPECT_EQ(lock(mAddress, DeviceUse::Question), nullptr);
+  EXPECT_EQ(mHolder, thisProcess());
+  EXPECT_EQ(lock(mAddress), nullptr);
+  EXPECT_EQ(mHolder, thisProcess());
+  EXPECT_TRUE(isGranted(update));
+}
+
+TEST_P(DeviceLocksContract, UpdateIsGrantedAtTheEndOfAQuestion) {
+  auto asking = question();
+  auto update = lock(mAddress);
+  ASSERT_NE(update, nullptr);
+  EXPECT_EQ(mHolder, "");
+  for (int times = 0; times < 3; ++times) {
+    EXPECT_FALSE(isGranted(update));
+    EXPECT_EQ(mHolder, thisProcess());
+  }
+  asking.reset();
+  EXPECT_TRUE(isGranted(update));
+  EXPECT_EQ(mHolder, "");
+  EXPECT_EQ(lock(mAddress), nullptr);
+  update.reset();
+  question();
+}
+
+TEST_P(DeviceLocksContract, UpdateThatWaitsLetsNoOtherBegin) {
+  auto asking = question();
+  const auto update = lock(mAddress);
+  EXPECT_EQ(lock(mAddress, DeviceUse::Question), nullptr);
+  EXPECT_EQ(mHolder, thisProcess());
+  EXPECT_EQ(lock(mAddress), nullptr);
+  EXPECT_EQ(mHolder, thisProcess());
+  EXPECT_TRUE(isGranted(asking));
+  asking.reset();
+  EXPECT_TRUE(isGranted(update));
+}
+
+TEST_P(DeviceLocksContract, UpdateThatGivesUpLeavesTheQuestionAlone) {
+  auto asking = question();
+  lock(mAddress).reset();
+  const auto other = lock(mAddress, DeviceUse::Question);
+  ASSERT_NE(other, nullptr);
+  EXPECT_FALSE(isGranted(other));
+  EXPECT_EQ(mHolder, thisProcess());
+  asking.reset();
+  EXPECT_TRUE(isGranted(other));
 }
 
 TEST_P(DeviceLocksContract, LockThatIsGivenBackIsFree) {

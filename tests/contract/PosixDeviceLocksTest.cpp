@@ -16,6 +16,7 @@
 namespace {
 
 using platform::Data;
+using platform::DeviceUse;
 
 class PosixDeviceLocks : public testing::Test {
  protected:
@@ -30,7 +31,7 @@ class PosixDeviceLocks : public testing::Test {
   }
 
   bool isLocked() {
-    const auto lock = platform::makePosixDeviceLocks()->lock(mAddress, mHolder);
+    const auto lock = platform::makePosixDeviceLocks()->lock(mAddress, DeviceUse::Update, mHolder);
     EXPECT_EQ(lock == nullptr, !mHolder.empty());
     return lock == nullptr;
   }
@@ -61,7 +62,7 @@ class Holding {
     mProcess = fork();
     if (mProcess == 0) {
       std::string holder;
-      const auto lock = platform::makePosixDeviceLocks()->lock(address, holder);
+      const auto lock = platform::makePosixDeviceLocks()->lock(address, DeviceUse::Update, holder);
       if (write(ready[1], lock ? "y" : "n", 1) == 1) pause();  // until it is killed
       _exit(1);
     }

@@ -1,6 +1,8 @@
 // The window and the tool, at one printer.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <chrono>
 #include <string>
 
 #include "DesktopTest.h"
@@ -9,6 +11,7 @@
 
 namespace {
 
+using namespace std::chrono_literals;
 using testing::ContainsRegex;
 
 class TwoPrograms : public DesktopTest {};
@@ -45,6 +48,28 @@ TEST_F(TwoPrograms, ToolLeavesAPrinterAloneThatTheWindowUpdates) {
   EXPECT_EQ(tool.status, 1);
   printer->readJournal();
   EXPECT_EQ(printer->entries("connected").size(), 1u);
+}
+
+TEST_F(TwoPrograms, WindowWaitsForTheEndOfAQuestion) {
+  const auto printer =
+      startPrinter("Office", {"--fault", "delay@id-request=8000", "--faulty-conversations", "1",
+                              "--burn-seconds", "0.1", "--return-seconds", "1000"});
+  ToolProcess tool(INSTALLED_TOOL, "list --versions --wait 2 --timeout 60");
+  printer->waitFor("fault");
+  startProgram();
+  startUpdate("Office");
+  EXPECT_TRUE(desktop::waitUntil(
+      [&] {
+        return std::ranges::any_of(log(), [](const std::string& entry) {
+          return entry.starts_with("Waiting for fwupdatectl (process ");
+        });
+      },
+      20s));
+  printer->readJournal();
+  EXPECT_EQ(printer->entries("closed").size(), 0u);
+  tool.readUntil("status 0");
+  printer->waitFor("burn");
+  EXPECT_EQ(printer->entries("connected").size(), 2u);
 }
 
 }  // namespace

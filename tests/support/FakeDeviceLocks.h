@@ -15,41 +15,61 @@ class FakeDeviceLocks final : public platform::DeviceLocks {
   explicit FakeDeviceLocks(std::string program = "tester (process 1)")
       : mProgram(std::move(program)) {}
 
-  // Somebody else has each lock from now on.
-  void setHolder(std::string holder) { mHolder = std::move(holder); }
+  // Somebody else updates each printer from now on, or asks it something; nobody for an empty text.
+  void setUpdating(std::string holder) { mUpdating = std::move(holder); }
+  void setAsking(std::string holder) { mAsking = std::move(holder); }
 
-  std::size_t held() const { return mHeld.size(); }
+  std::size_t granted() const { return mTalks.size(); }
 
-  std::unique_ptr<platform::DeviceLock> lock(const platform::Data& address,
+  std::unique_ptr<platform::DeviceLock> lock(const platform::Data& address, platform::DeviceUse use,
                                              std::string& holder) override {
     holder.clear();
     if (address == nullptr || address->size() < 16 || (*address)[1] != 2) return nullptr;
-    std::vector<std::uint8_t> place(address->begin() + 2, address->begin() + 8);
-    if (!mHolder.empty() || mHeld.contains(place)) {
-      holder = mHolder.empty() ? mProgram : mHolder;
+    const Place place(address->begin() + 2, address->begin() + 8);
+    if (!mUpdating.empty() || mUpdates.contains(place)) {
+      holder = mUpdating.empty() ? mProgram : mUpdating;
       return nullptr;
     }
-    return std::make_unique<Lock>(mHeld, std::move(place));
+    return std::make_unique<Lock>(*this, place, use);
   }
 
  private:
-  using Places = std::set<std::vector<std::uint8_t>>;
+  using Place = std::vector<std::uint8_t>;
 
   class Lock final : public platform::DeviceLock {
    public:
-    Lock(Places& held, std::vector<std::uint8_t> place) : mHeld(held), mPlace(std::move(place)) {
-      mHeld.insert(mPlace);
+    Lock(FakeDeviceLocks& locks, const Place& place, platform::DeviceUse use)
+        : mLocks(locks), mPlace(place), mIsUpdate(use == platform::DeviceUse::Update) {
+      if (mIsUpdate) mLocks.mUpdates.insert(mPlace);
     }
-    ~Lock() override { mHeld.erase(mPlace); }
+    ~Lock() override {
+      if (mIsGranted) mLocks.mTalks.erase(mPlace);
+      if (mIsUpdate) mLocks.mUpdates.erase(mPlace);
+    }
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
+    bool isGranted(std::string& holder) override {
+      holder.clear();
+      if (!mIsGranted && !mLocks.mAsking.empty()) {
+        holder = mLocks.mAsking;
+      } else if (!mIsGranted) {
+        mIsGranted = mLocks.mTalks.insert(mPlace).second;
+        if (!mIsGranted) holder = mLocks.mProgram;
+      }
+      return mIsGranted;
+    }
+
    private:
-    Places& mHeld;
-    std::vector<std::uint8_t> mPlace;
+    FakeDeviceLocks& mLocks;
+    Place mPlace;
+    bool mIsUpdate;
+    bool mIsGranted = false;
   };
 
   std::string mProgram;
-  std::string mHolder;
-  Places mHeld;
+  std::string mUpdating;
+  std::string mAsking;
+  std::set<Place> mUpdates;
+  std::set<Place> mTalks;
 };

@@ -20,14 +20,6 @@ namespace {
 
 constexpr char kUnknown[] = "another program";
 
-class SocketLock final : public DeviceLock {
- public:
-  explicit SocketLock(FileDescriptor socket) : mSocket(std::move(socket)) {}
-
- private:
-  FileDescriptor mSocket;
-};
-
 // "fwupdate/10.0.0.5:9100"; empty for what no connection can be made to.
 std::string nameFor(const Data& record) {
   constexpr std::size_t kFamily = 1, kPort = 2, kAddress = 4, kSize = 16;
@@ -73,26 +65,70 @@ bool findHolder(const SocketName& name, std::string& holder) {
   return true;
 }
 
+// A name, as soon as nobody else has it.
+class OwnName {
+ public:
+  enum class Result { Taken, InUse, Impossible };
+
+  Result take(const SocketName& name) {
+    FileDescriptor socket = makeSocket();
+    if (::bind(socket.get(), name.get(), name.size()) != 0) {
+      return errno == EADDRINUSE ? Result::InUse : Result::Impossible;
+    }
+    // So that others can ask whose it is.
+    ::listen(socket.get(), SOMAXCONN);
+    mSocket = std::move(socket);
+    return Result::Taken;
+  }
+
+ private:
+  FileDescriptor mSocket;
+};
+
+class SocketLock final : public DeviceLock {
+ public:
+  SocketLock(OwnName update, const std::string& name)
+      : mUpdate(std::move(update)), mTalkName(name + "/talk") {}
+
+  bool isGranted(std::string& holder) override {
+    holder.clear();
+    if (!mIsGranted) mIsGranted = mTalk.take(mTalkName) != OwnName::Result::InUse;
+    if (!mIsGranted) findHolder(mTalkName, holder);
+    return mIsGranted;
+  }
+
+ private:
+  OwnName mUpdate;  // nobody's where nothing is updated
+  SocketName mTalkName;
+  OwnName mTalk;
+  bool mIsGranted = false;
+};
+
 class PosixDeviceLocks final : public DeviceLocks {
  public:
-  std::unique_ptr<DeviceLock> lock(const Data& address, std::string& holder) override {
+  std::unique_ptr<DeviceLock> lock(const Data& address, DeviceUse use,
+                                   std::string& holder) override {
     holder.clear();
     const std::string name = nameFor(address);
     if (name.empty()) return nullptr;
-    const SocketName socketName(name);
+    const SocketName updateName(name);
+    OwnName update;
+    if (use == DeviceUse::Question) {
+      if (findHolder(updateName, holder)) return nullptr;
+      holder.clear();
+      return std::make_unique<SocketLock>(std::move(update), name);
+    }
     for (int attempts = 0; attempts < 2; ++attempts) {
-      FileDescriptor socket = makeSocket();
-      if (::bind(socket.get(), socketName.get(), socketName.size()) == 0) {
-        // So that others can ask whose it is.
-        ::listen(socket.get(), SOMAXCONN);
+      const OwnName::Result result = update.take(updateName);
+      if (result == OwnName::Result::Taken) {
         holder.clear();
-        return std::make_unique<SocketLock>(std::move(socket));
+        return std::make_unique<SocketLock>(std::move(update), name);
       }
-      if (errno != EADDRINUSE) {
+      if (result == OwnName::Result::Impossible) {
         holder.clear();
         return nullptr;
       }
-      if (findHolder(socketName, holder)) return nullptr;
+      if (findHolder(updateName, holder)) return nullptr;
     }
     return nullptr;
   }

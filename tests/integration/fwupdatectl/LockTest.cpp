@@ -7,10 +7,10 @@
 #include <optional>
 #include <regex>
 #include <string>
+#include <vector>
 
-#include "ShellCommand.h"
+#include "Tool.h"
 #include "ToolProcess.h"
-#include "VirtualPrinterProcess.h"
 
 namespace {
 
@@ -80,6 +80,70 @@ TEST_F(FwupdatectlLock, EndsWithAKilledProcess) {
   EXPECT_EQ(next.errors, "");
   EXPECT_EQ(next.status, 0);
   mPrinter.waitFor("burn");
+}
+
+// A question for the version, and updates. --------------------------------------------------------
+
+class FwupdatectlLockOfAQuestion : public testing::Test {
+ protected:
+  explicit FwupdatectlLockOfAQuestion(const std::vector<std::string>& options =
+                                          {"--fault", "delay@id-request=1500",
+                                           "--faulty-conversations", "1", "--burn-seconds", "0.1"})
+      : mPrinter(options) {}
+
+  std::string question() const {
+    return R"(--worker '{"connection":"network","name":"Office","address":")" + mAddress +
+           R"(","work":"version"}')";
+  }
+
+  VirtualPrinterProcess mPrinter;
+  const std::string mAddress = addressOf(mPrinter);
+};
+
+TEST_F(FwupdatectlLockOfAQuestion, UpdateThatComesMeanwhileWaitsForItsEnd) {
+  ToolProcess asking(FWUPDATECTL, question());
+  mPrinter.waitFor("fault");
+  const Outcome outcome = update("--yes --verbose --address " + mAddress);
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_THAT(outcome.errors,
+              testing::ContainsRegex("Waiting for fwupdatectl \\(process [0-9]+\\), which asks "
+                                     "the printer something\\."));
+  asking.readUntil("status 0");
+  mPrinter.stop();
+  std::vector<std::string> told;
+  for (const auto& entry : mPrinter.journal()) {
+    const std::string event = entry.at("event");
+    if (event == "connected" || event == "closed" || event == "burn") told.push_back(event);
+  }
+  EXPECT_THAT(told, testing::ElementsAre("connected", "closed", "connected", "burn", "closed"));
+}
+
+TEST_F(FwupdatectlLockOfAQuestion, AnotherQuestionWaitsForItsEnd) {
+  ToolProcess asking(FWUPDATECTL, question());
+  mPrinter.waitFor("fault");
+  const Outcome outcome = tool(question());
+  EXPECT_THAT(outcome.output, testing::HasSubstr(R"("event":"version","version":100)"));
+  EXPECT_EQ(outcome.status, 0);
+  asking.readUntil("status 0");
+}
+
+class FwupdatectlLockBeforeAQuestion : public FwupdatectlLockOfAQuestion {
+ protected:
+  FwupdatectlLockBeforeAQuestion() : FwupdatectlLockOfAQuestion({"--burn-seconds", "2"}) {}
+};
+
+TEST_F(FwupdatectlLockBeforeAQuestion, NothingIsAskedDuringAnUpdate) {
+  ToolProcess updating(FWUPDATECTL, "update --yes --address " + mAddress);
+  mPrinter.waitFor("burning");
+  const Outcome outcome = tool(question());
+  EXPECT_THAT(outcome.output,
+              testing::ContainsRegex(R"("event":"cause","cause":"The program fwupdatectl )"
+                                     R"(\([0-9]+\) is using this printer\.","next_step":"Wait )"
+                                     R"(until it has finished, then try again\.")"));
+  EXPECT_EQ(outcome.status, 1);
+  updating.readUntil("status 0");
+  mPrinter.stop();
+  EXPECT_EQ(mPrinter.entries("connected").size(), 1u);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -6,13 +7,16 @@
 
 #include "EngineFixture.h"
 #include "FakeDeviceLocks.h"
+#include "FakeRunLoop.h"
 #include "FirmwareDownloader.h"
 #include "Log.h"
 #include "NetworkTransport.h"
 
 namespace {
 
+using namespace std::chrono_literals;
 using platform::StreamSocket;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
@@ -262,9 +266,11 @@ class LockedNetworkTransportTest : public EngineFixture {
     platform::Platform locking = surfaces();
     locking.systemLog = platform::current().systemLog;
     locking.deviceLocks = &mLocks;
+    locking.runLoop = &mLoop;
     mScope.emplace(locking);
   }
 
+  FakeRunLoop mLoop;
   FakeDeviceLocks mLocks;
   std::optional<platform::PlatformScope> mScope;
   FirmwareDownloader mDownloader;
@@ -272,16 +278,16 @@ class LockedNetworkTransportTest : public EngineFixture {
 
 TEST_F(LockedNetworkTransportTest, LockIsHeldFromTheConnectionToItsEnd) {
   auto transport = std::make_unique<NetworkTransport>(kAddress, mDownloader);
-  EXPECT_EQ(mLocks.held(), 0u);
+  EXPECT_EQ(mLocks.granted(), 0u);
   transport->connect();
-  EXPECT_EQ(mLocks.held(), 1u);
+  EXPECT_EQ(mLocks.granted(), 1u);
   EXPECT_TRUE(mNetwork.isConnecting());
   transport.reset();
-  EXPECT_EQ(mLocks.held(), 0u);
+  EXPECT_EQ(mLocks.granted(), 0u);
 }
 
 TEST_F(LockedNetworkTransportTest, PrinterThatIsInUseEndsTheDownloadBeforeAnythingIsSent) {
-  mLocks.setHolder("fwupdatectl (process 812)");
+  mLocks.setUpdating("fwupdatectl (process 812)");
   downloadFirmwareThroughNetwork(kAddress, mDownloader);
   EXPECT_FALSE(mNetwork.isConnecting());
   EXPECT_THAT(mNetwork.calls(), ElementsAre("create 15", "close"));
@@ -294,13 +300,92 @@ TEST_F(LockedNetworkTransportTest, PrinterThatIsInUseEndsTheDownloadBeforeAnythi
                           LogEntry{5, "Cleaning up network transport."}));
 }
 
+TEST_F(LockedNetworkTransportTest, PrinterThatIsAskedSomethingIsConnectedToAfterwards) {
+  mLocks.setAsking("fwupdatectl (process 812)");
+  downloadFirmwareThroughNetwork(kAddress, mDownloader);
+  mLoop.advance(14900ms);
+  EXPECT_FALSE(mNetwork.isConnecting());
+  mLocks.setAsking("");
+  mLoop.advance(100ms);
+  EXPECT_TRUE(mNetwork.isConnecting());
+  EXPECT_EQ(mNetwork.connectedTo(), kAddress);
+  EXPECT_THAT(mLog.entries(),
+              ElementsAre(LogEntry{5, "Connecting to I/O transport..."},
+                          LogEntry{5,
+                                   "Waiting for fwupdatectl (process 812), which asks the printer "
+                                   "something."}));
+  mLoop.advance(1000ms);
+  EXPECT_THAT(mNetwork.calls(), ElementsAre("create 15", "connect"));
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
+}
+
+TEST_F(LockedNetworkTransportTest, UpdateWaitsNoLongerThanAQuestionMayTake) {
+  mLocks.setAsking("fwupdatectl (process 812)");
+  downloadFirmwareThroughNetwork(kAddress, mDownloader);
+  mNetwork.setSendResult(57);  // as without a connection
+  mLoop.advance(14900ms);
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
+  mLoop.advance(100ms);
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
+  EXPECT_FALSE(mNetwork.isConnecting());
+  EXPECT_THAT(mLog.entries(),
+              Contains(LogEntry{3, "The printer is in use by fwupdatectl (process 812)."}));
+}
+
+TEST_F(LockedNetworkTransportTest, QuestionWaitsLessForAnother) {
+  mLocks.setAsking("fwupdatectl (process 812)");
+  mDownloader.query(
+      std::make_unique<NetworkTransport>(kAddress, mDownloader, platform::DeviceUse::Question),
+      [](const std::wstring&) {});
+  mNetwork.setSendResult(57);
+  mLoop.advance(4900ms);
+  EXPECT_THAT(mEvents.commands(), IsEmpty());
+  mLoop.advance(100ms);
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
+  EXPECT_FALSE(mNetwork.isConnecting());
+}
+
+TEST_F(LockedNetworkTransportTest, QuestionKeepsAnUpdateWaiting) {
+  NetworkTransport asking(kAddress, mDownloader, platform::DeviceUse::Question);
+  asking.connect();
+  EXPECT_TRUE(mNetwork.isConnecting());
+  std::string holder;
+  const auto update = mLocks.lock(kAddress, platform::DeviceUse::Update, holder);
+  ASSERT_NE(update, nullptr);
+  EXPECT_FALSE(update->isGranted(holder));
+}
+
+TEST_F(LockedNetworkTransportTest, NothingIsConnectedToOnceTheTransportIsGone) {
+  mLocks.setAsking("fwupdatectl (process 812)");
+  auto transport = std::make_unique<NetworkTransport>(kAddress, mDownloader);
+  transport->connect();
+  transport.reset();
+  mLocks.setAsking("");
+  mLoop.advance(20000ms);
+  EXPECT_FALSE(mNetwork.isConnecting());
+  EXPECT_EQ(mLocks.granted(), 0u);
+}
+
+TEST_F(LockedNetworkTransportTest, ConnectThatCannotBeStartedLaterFailsInTheNextWrite) {
+  mLocks.setAsking("fwupdatectl (process 812)");
+  downloadFirmwareThroughNetwork(kAddress, mDownloader);
+  mNetwork.setConnectResult(1);
+  mNetwork.setSendResult(57);
+  mLocks.setAsking("");
+  mLoop.advance(100ms);
+  EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
+  EXPECT_THAT(mLog.entries(), Contains(LogEntry{3,
+                                                "General runtime error occurred during async task: "
+                                                "Unable to write data"}));
+}
+
 TEST_F(LockedNetworkTransportTest, LockIsGivenBackByADownloadThatFails) {
   downloadFirmwareThroughNetwork(kAddress, mDownloader);
-  EXPECT_EQ(mLocks.held(), 1u);
+  EXPECT_EQ(mLocks.granted(), 1u);
   mNetwork.setSendResult(-1);
   EXPECT_TRUE(mNetwork.connectionEnds());
   EXPECT_THAT(mEvents.commands(), ElementsAre("DlNo"));
-  EXPECT_EQ(mLocks.held(), 0u);
+  EXPECT_EQ(mLocks.granted(), 0u);
 }
 
 TEST_F(LockedNetworkTransportTest, PrinterThatCannotBeLockedIsConnectedTo) {

@@ -19,20 +19,11 @@ constexpr unsigned long kReadAndWriteCallbacks =
 constexpr unsigned long kAllCallbacks = kReadAndWriteCallbacks | StreamSocket::kConnectCallback;
 constexpr double kSendTimeoutSeconds = 5.0;
 
-// Throws when another program is at it.
-std::unique_ptr<platform::DeviceLock> lockPrinter(const platform::Data& address) {
-  platform::DeviceLocks* const locks = platform::current().deviceLocks;
-  if (locks == nullptr) return nullptr;
-  std::string holder;
-  auto lock = locks->lock(address, holder);
-  if (!holder.empty()) throw std::runtime_error("The printer is in use by " + holder + ".");
-  return lock;
-}
-
 }  // namespace
 
-NetworkTransport::NetworkTransport(const platform::Data& address, FirmwareDownloader& downloader)
-    : mDownloader(downloader), mAddress(address) {
+NetworkTransport::NetworkTransport(const platform::Data& address, FirmwareDownloader& downloader,
+                                   platform::DeviceUse use)
+    : mDownloader(downloader), mAddress(address), mUse(use) {
   mSocket = platform::current().network->createStreamSocket(
       kAllCallbacks, &NetworkTransport::socketDataCallback, this);
 }
@@ -43,10 +34,20 @@ NetworkTransport::~NetworkTransport() {
 }
 
 void NetworkTransport::connect() {
-  mLock = lockPrinter(mAddress);
+  mLock.emplace(mAddress, mUse);
+  if (!mLock->isGranted()) {
+    mLock->await([this](bool isGranted) { lockAwaited(isGranted); });
+    return;
+  }
   if (mSocket->connectInBackground(mAddress) != 0) {
     throw std::runtime_error("Unable to connect to socket");
   }
+}
+
+// Without a connection, the next write fails.
+void NetworkTransport::lockAwaited(bool isGranted) {
+  if (isGranted && mSocket->connectInBackground(mAddress) == 0) return;
+  mDownloader.resume();
 }
 
 void NetworkTransport::read(void* buffer, std::size_t length) {

@@ -5,8 +5,10 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "IoTransport.h"
+#include "PrinterLock.h"
 #include "RawDataCollector.h"
 #include "platform/Data.h"
 #include "platform/DeviceLocks.h"
@@ -16,7 +18,9 @@ class FirmwareDownloader;
 
 class NetworkTransport : public IoTransport {
  public:
-  NetworkTransport(const platform::Data& address, FirmwareDownloader& downloader);
+  // `use` says what for, to those who want the same printer.
+  NetworkTransport(const platform::Data& address, FirmwareDownloader& downloader,
+                   platform::DeviceUse use = platform::DeviceUse::Update);
 
   // Closes the connection.
   ~NetworkTransport() override;
@@ -25,7 +29,8 @@ class NetworkTransport : public IoTransport {
   NetworkTransport& operator=(const NetworkTransport&) = delete;
 
   // A connection that cannot be made shows in the next write. Throws std::runtime_error when it
-  // cannot be tried, or when another program of this computer is at the printer.
+  // cannot be tried, or when another program of this computer updates the printer. One that only
+  // asks it something is waited for first.
   void connect() override;
 
   void read(void* buffer, std::size_t length) override;
@@ -41,6 +46,8 @@ class NetworkTransport : public IoTransport {
     std::size_t mLength = 0;  // 0: no read is pending
   };
 
+  void lockAwaited(bool isGranted);
+
   static void socketDataCallback(platform::StreamSocket* socket, unsigned long type,
                                  const platform::Data& address, const void* data, void* info);
 
@@ -52,7 +59,8 @@ class NetworkTransport : public IoTransport {
 
   FirmwareDownloader& mDownloader;
   const platform::Data mAddress;
-  std::unique_ptr<platform::DeviceLock> mLock;  // until the connection is closed
+  const platform::DeviceUse mUse;
+  std::optional<PrinterLock> mLock;  // until the connection is closed
   std::unique_ptr<platform::StreamSocket> mSocket;
   ReadRequest mReadRequest;
   RawDataCollector mReceived;
