@@ -4,6 +4,13 @@
 
 #include "inSeconds.h"
 
+namespace {
+
+constexpr const char* kOnceMore =
+    "Check that the printer is switched on, connected and not printing, then try again.";
+
+}  // namespace
+
 DownloadLimit::DownloadLimit(platform::RunLoop& runLoop, std::chrono::milliseconds limit,
                              std::function<void()> over)
     : mRunLoop(runLoop), mLimit(limit), mOver(std::move(over)) {
@@ -29,9 +36,11 @@ platform::FailureCause DownloadLimit::cause() const {
     return {nullptr, "The printer did not take all of the firmware within %1.",
             "Switch the printer off and on, then try again.", inSeconds(mLimit)};
   }
-  return {nullptr, "The printer did not answer within %1.",
-          "Check that the printer is switched on, connected and not printing, then try again.",
-          inSeconds(mLimit)};
+  // Not even that begins while another program asks the printer something.
+  if (mPhase.empty() || mPhase == "connecting") {
+    return {nullptr, "The printer could not be reached within %1.", kOnceMore, inSeconds(mLimit)};
+  }
+  return {nullptr, "The printer did not answer within %1.", kOnceMore, inSeconds(mLimit)};
 }
 
 void DownloadLimit::wait(std::chrono::milliseconds time) {

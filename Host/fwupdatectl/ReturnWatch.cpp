@@ -36,7 +36,7 @@ void ReturnWatch::answered(const VersionQuery::Answer& answer) {
     end();
     return;
   }
-  if (!answer.version) mWasAway = true;
+  if (!answer.version && !answer.isInUse) mWasAway = true;
   mNext = mRunLoop.startTimer(kPause, false, [this] { ask(); });
 }
 

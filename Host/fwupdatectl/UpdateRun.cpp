@@ -99,7 +99,9 @@ void UpdateRun::ended(std::size_t number, int status) {
       result.cause = why.at("cause");
       result.nextStep = why.at("next_step");
     }
-    if (result.cause.empty()) result.cause = causeOfDeath("The update", status, result.error);
+  }
+  if (result.outcome == UpdateResult::Outcome::Failed && result.cause.empty()) {
+    result.cause = causeOfDeath("The update", status, result.error);
   }
   job.limit.reset();
   if (result.outcome == UpdateResult::Outcome::Updated && mSettings.returnWait && !mIsTerminated) {

@@ -25,6 +25,7 @@ void VersionQuery::told(const ordered_json& event) {
   if (kind == "cause") {
     mAnswer.cause = event.value("cause", "");
     mAnswer.nextStep = event.value("next_step", "");
+    mAnswer.isInUse = event.value("in_use", false);
   } else if (kind == "failure") {
     mError = event.value("message", "");
   } else if (kind == "version") {

@@ -24,6 +24,7 @@ class VersionQuery {
     std::optional<Firmware> firmware;     // the file that a download would choose
     std::string cause;                    // why one of them is missing: a sentence, or empty
     std::string nextStep;
+    bool isInUse = false;  // another program of this computer is at the printer
 
     // Whether a download would send the file.
     bool isFirmwareNewer() const { return version && firmware && *version < firmware->version; }

@@ -27,6 +27,12 @@ std::vector<platform::LogHistory::Entry> entries() {
   return platform::current().logHistory->entriesOfDownload();
 }
 
+void tellCause(const platform::FailureCause& why) {
+  ordered_json members = toJson(why);
+  if (why.isInUse) members["in_use"] = true;
+  writeLine(std::cout, jsonEvent("cause", members));
+}
+
 // The file that a download would choose, with its version.
 void tellVersion(const std::wstring& deviceId) {
   ordered_json members{{"version", extractVersionFromIeee1284Id(deviceId)}};
@@ -36,7 +42,7 @@ void tellVersion(const std::wstring& deviceId) {
     const auto name = platform::Text::fromWide(chooseFirmwareFile(deviceId));
     members["firmware"] = {{"file", std::string(name.utf8())}, {"version", fileVersion}};
   } else if (const auto why = platform::findCause(entries())) {
-    writeLine(std::cout, jsonEvent("cause", toJson(*why)));
+    tellCause(*why);
   }
   writeLine(std::cout, jsonEvent("version", members));
 }
@@ -50,7 +56,7 @@ int runVersionWorker(ToolHost& host, const Target& target) {
     platform::FailureCause whyNot;
     device = attachedDevice(target, whyNot);
     if (!device) {
-      writeLine(std::cout, jsonEvent("cause", toJson(whyNot)));
+      tellCause(whyNot);
       return EXIT_FAILURE;
     }
   }
@@ -71,7 +77,7 @@ int runVersionWorker(ToolHost& host, const Target& target) {
     });
   });
   if (!isKnown) {
-    writeLine(std::cout, jsonEvent("cause", toJson(platform::causeOfFailure(entries(), false))));
+    tellCause(platform::causeOfFailure(entries(), false));
   }
   return isKnown ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -2,7 +2,8 @@
 // but the question. It says the answer on standard output, in a JSON line:
 //   {"event":"version","version":100,"firmware":{"file":"product.brand.bin","version":200}}
 // without "firmware" when there is no file for this printer, and {"event":"cause", ...} when
-// something is wrong. A malformed answer of the printer may end it by assertion.
+// something is wrong, with "in_use" where another program of this computer is at the printer. A
+// malformed answer of the printer may end it by assertion.
 #pragma once
 
 #include "Target.h"

@@ -1,5 +1,6 @@
 // The entry point of the tool: reads the command line and does what it asks for.
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -13,6 +14,7 @@
 
 #include "JsonLines.h"
 #include "Options.h"
+#include "ParentWatch.h"
 #include "Signals.h"
 #include "ToolHost.h"
 #include "VersionWorker.h"
@@ -163,7 +165,10 @@ int work(ToolHost& host, const Options& options) {
   Target target = targetFromJson(order);
   // A signal that comes meanwhile ends the process: nothing has begun yet.
   target.address = resolvedAddress(target.address);
-  const Signals signals(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
+  const auto end = [&host] { host.events().quitApplicationEventLoop(); };
+  const Signals signals(host.runLoop(), end);
+  ParentWatch parentWatch(host.runLoop(), STDOUT_FILENO, end);
+  host.add(parentWatch);
   return order.value("work", "update") == "version" ? runVersionWorker(host, target)
                                                     : runWorker(host, target);
 }

@@ -338,6 +338,7 @@ FailureCause heldBy(std::string_view holder) {
       TRANSLATABLE("FailureCause", "The program %1 is using the printer’s USB connection."),
       //: What to do when a program is using the USB connection. %1 is its name.
       TRANSLATABLE("FailureCause", "Close %1, then try again."), std::string(program)};
+  held.isInUse = true;
   for (const Service& service : kServices) {
     if (program == service.program) held.nextStep = service.nextStep;
   }
@@ -379,6 +380,7 @@ std::optional<FailureCause> lockHolderIn(std::string_view text) {
       //: What to do when another program of this computer is updating the same printer.
       TRANSLATABLE("FailureCause", "Wait until it has finished, then try again."),
       std::string(text)};
+  held.isInUse = true;
   const std::size_t process = held.subject.rfind(kProcess);
   if (process == std::string::npos) {
     held.cause =

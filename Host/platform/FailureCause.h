@@ -21,6 +21,7 @@ struct FailureCause {
   const char* nextStep = nullptr;
   std::string subject;
   bool isNotPermitted = false;  // this user may not use the printer's device
+  bool isInUse = false;         // another program of this computer is at the printer
 };
 
 // None when the table knows none of the entries: then nothing in them is an error of a download.

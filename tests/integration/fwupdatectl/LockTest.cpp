@@ -139,7 +139,7 @@ TEST_F(FwupdatectlLockBeforeAQuestion, NothingIsAskedDuringAnUpdate) {
   EXPECT_THAT(outcome.output,
               testing::ContainsRegex(R"("event":"cause","cause":"The program fwupdatectl )"
                                      R"(\([0-9]+\) is using this printer\.","next_step":"Wait )"
-                                     R"(until it has finished, then try again\.")"));
+                                     R"(until it has finished, then try again\.","in_use":true)"));
   EXPECT_EQ(outcome.status, 1);
   updating.readUntil("status 0");
   mPrinter.stop();
