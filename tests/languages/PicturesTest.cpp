@@ -3,11 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPainter>
+#include <QProgressBar>
+#include <QPushButton>
+#include <algorithm>
 #include <tuple>
 
 #include "Theme.h"
@@ -18,6 +23,7 @@ namespace {
 constexpr std::size_t kPicturesInARow = 6;
 constexpr int kGap = 16;
 constexpr double kReadable = 4.5;
+constexpr double kVisible = 3;
 
 struct Picture {
   QString state;
@@ -101,6 +107,24 @@ void expectToRead(const QWidget& widget, const QString& text) {
       << widget.objectName().toStdString() << ": " << text.toStdString();
 }
 
+// At the left end of the line through its middle.
+void expectBorder(QWidget& widget) {
+  const auto* const area = qobject_cast<QAbstractScrollArea*>(&widget);
+  const bool hasBorder = qobject_cast<QPushButton*>(&widget) != nullptr ||
+                         (area != nullptr && area->frameShape() != QFrame::NoFrame) ||
+                         qobject_cast<QLineEdit*>(&widget) != nullptr ||
+                         qobject_cast<QProgressBar*>(&widget) != nullptr;
+  if (!hasBorder || !widget.isVisible() || !widget.isEnabled()) return;
+  const QImage image = widget.grab().toImage();
+  const QColor window = widget.palette().color(QPalette::Window);
+  double most = 0;
+  for (int x = 0; x < 3; ++x) {
+    most = std::max(most, contrast(image.pixelColor(x, image.height() / 2), window));
+  }
+  EXPECT_GE(most, kVisible) << widget.window()->objectName().toStdString() << '/'
+                            << widget.objectName().toStdString();
+}
+
 using Look = std::tuple<Language, Tour::Size, Theme>;
 
 std::string nameOf(const Look& look) {
@@ -125,6 +149,9 @@ TEST_P(Pictures, ReadWell) {
       for (const QLabel* each : window->findChildren<QLabel*>()) expectToRead(*each, each->text());
       for (const QAbstractButton* each : window->findChildren<QAbstractButton*>()) {
         expectToRead(*each, each->text());
+      }
+      for (QWidget* each : window->findChildren<QWidget*>()) {
+        if (each->window() == window) expectBorder(*each);
       }
     }
     pictures.push_back({QString::fromStdString(state), photograph()});

@@ -19,6 +19,7 @@
 #include "platform/qt/QtRunLoop.h"
 #include "platform/qt/QtStrings.h"
 #include "platform/qt/QtToolkit.h"
+#include "platform/qt/VisibleBorders.h"
 
 namespace platform {
 namespace {
@@ -41,6 +42,7 @@ class Session {
     const QtMessageHandler previous = qInstallMessageHandler(endWithoutDisplay);
     mApplication = std::make_unique<QApplication>(mArgumentCount, mArguments.data());
     qInstallMessageHandler(previous);
+    VisibleBorders::install();
     mApplication->setQuitOnLastWindowClosed(false);
     QAccessible::setRootObject(mApplication.get());
     QGuiApplication::setDesktopFileName(QStringLiteral("fwupdate"));

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QIcon>
 #include <QLocale>
+#include <QProxyStyle>
+#include <QStyle>
 #include <QTemporaryDir>
 #include <QTranslator>
 #include <cstdio>
@@ -144,6 +146,15 @@ TEST_F(QtApplicationTest, HasItsIcon) {
   const auto application = platform::makeQtApplication("test", mBundle);
   EXPECT_FALSE(QGuiApplication::windowIcon().isNull());
   EXPECT_FALSE(QGuiApplication::windowIcon().pixmap(32, 32).isNull());
+}
+
+// Only Qt's own style gets other borders.
+TEST_F(QtApplicationTest, StyleOfTheDesktopIsLeftAlone) {
+  qputenv("QT_STYLE_OVERRIDE", "windows");
+  const auto application = platform::makeQtApplication("test", mBundle);
+  qunsetenv("QT_STYLE_OVERRIDE");
+  EXPECT_EQ(QApplication::style()->name(), "windows");
+  EXPECT_EQ(qobject_cast<QProxyStyle*>(QApplication::style()), nullptr);
 }
 
 TEST_F(QtApplicationTest, NoDisplayIsReportedAndEndsTheProgram) {
