@@ -45,7 +45,7 @@ TEST_F(AnsweringASheet, HeldReturnDoesNotConfirmTheQuestion) {
 // is pressed anew.
 class AnsweringOnWayland : public AnsweringASheet {
  protected:
-  AnsweringOnWayland() { useWayland(); }
+  AnsweringOnWayland() { useWayland(desktop::Compositor::Kind::Weston); }
 };
 
 TEST_F(AnsweringOnWayland, ReturnAgainAndAgainDoesNotConfirmTheQuestion) {

@@ -39,8 +39,8 @@ bool isCell(const Node& node) { return node.role() == "table cell"; }
 DesktopTest::DesktopTest(int width, int height, const std::string& windowManager)
     : mOutput(makeOutput()), mDesktop(mOutput, width, height, windowManager) {}
 
-void DesktopTest::useWayland() {
-  mCompositor = std::make_unique<desktop::Compositor>(mDesktop, mOutput);
+void DesktopTest::useWayland(desktop::Compositor::Kind kind) {
+  mCompositor = std::make_unique<desktop::Compositor>(kind, mDesktop, mOutput);
 }
 
 std::unique_ptr<VirtualPrinterProcess> DesktopTest::startPrinter(const std::string& name,
@@ -155,6 +155,15 @@ std::vector<std::string> DesktopTest::printersInList() {
     if (left(node) == left(*first)) names.push_back(node.name());
   }
   return names;
+}
+
+Node::Rectangle DesktopTest::placeOf(const Node& node) const {
+  if (!mCompositor) return node.extents();
+  Node::Rectangle place = node.extentsInWindow();
+  const auto [x, y] = mCompositor->place();
+  place.x += x;
+  place.y += y;
+  return place;
 }
 
 void DesktopTest::click(const Node::Rectangle& place, int times) {

@@ -24,8 +24,8 @@ class DesktopTest : public testing::Test {
   explicit DesktopTest(int width = 1920, int height = 1200,
                        const std::string& windowManager = "openbox");
 
-  // From now on the program starts on a Wayland compositor in the corner of the desktop.
-  void useWayland();
+  // From now on the program starts on a Wayland compositor.
+  void useWayland(desktop::Compositor::Kind kind);
 
   // Announced on the private network; burns and restarts quickly. `options` win.
   std::unique_ptr<VirtualPrinterProcess> startPrinter(const std::string& name,
@@ -58,7 +58,7 @@ class DesktopTest : public testing::Test {
   // The first column of the list from top to bottom.
   std::vector<std::string> printersInList();
 
-  void click(const desktop::Node& node, int times = 1) { click(node.extents(), times); }
+  void click(const desktop::Node& node, int times = 1) { click(placeOf(node), times); }
   void click(const desktop::Node::Rectangle& place, int times = 1);
 
   // The program measures in its own units, each so many pixels wide.
@@ -87,12 +87,14 @@ class DesktopTest : public testing::Test {
   bool programRuns() { return !program().exitStatus(); }
   desktop::ChildProcess& program() { return *mProgram; }
   desktop::VirtualDesktop& desktop() { return mDesktop; }
+  const desktop::Compositor& compositor() const { return *mCompositor; }
   const std::filesystem::path& output() const { return mOutput; }
 
  private:
   desktop::Node find(const std::string& what,
                      const std::function<bool(const desktop::Node&)>& condition);
   void answer(const std::string& name, const std::function<void()>& act);
+  desktop::Node::Rectangle placeOf(const desktop::Node& node) const;
   void launch(const std::filesystem::path& executable,
               const desktop::ChildProcess::Environment& environment);
 

@@ -1,9 +1,6 @@
-// The program on a Wayland compositor, by keys. Clicks are not tried: the compositor gets no
-// pointer while its window is full screen, and in a framed one clicks would need the frame's offset
-// and the place of a sheet, which a program does not learn. Nor are closing, moving and resizing by
-// a frame (the X server knows none of the windows), the keyboard's way back to the window below
-// when a sheet goes (the compositor takes it from the sheet and gives it to none), and what a paste
-// would insert.
+// The program on Wayland compositors: by keys on weston, by clicks on sway. Menus are not clicked,
+// since a program does not learn where they are; and nothing is closed, moved or resized by a
+// frame, since the compositors give none.
 #include <gmock/gmock.h>
 
 #include <thread>
@@ -12,14 +9,30 @@
 
 namespace {
 
+using desktop::Compositor;
 using namespace std::chrono_literals;
 using desktop::Node;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-class OnWayland : public DesktopTest {
+class OnACompositor : public DesktopTest {
  protected:
-  OnWayland() : DesktopTest(1280, 800) { useWayland(); }
+  OnACompositor(int width, int height, Compositor::Kind kind) : DesktopTest(width, height) {
+    useWayland(kind);
+  }
+
+  void expectDetails() {
+    const auto shown = desktop::findNode(
+        program().pid(), [](const Node& node) { return node.name() == "Log of this download"; },
+        20s);
+    ASSERT_TRUE(shown);
+    EXPECT_THAT(shown->text(), HasSubstr(" error: The firmware download failed on the printer."));
+  }
+};
+
+class OnWayland : public OnACompositor {
+ protected:
+  OnWayland() : OnACompositor(1280, 800, Compositor::Kind::Weston) {}
 
   void startUpdateByKeys(const std::string& printer) {
     cell(printer);
@@ -59,10 +72,7 @@ TEST_F(OnWayland, FailureHasItsDetailsByKeys) {
   keepPicture("1-failed");
   std::this_thread::sleep_for(1s);  // the alert takes nothing before
   press("alt+d");
-  const auto shown = desktop::findNode(
-      program().pid(), [](const Node& node) { return node.name() == "Log of this download"; }, 20s);
-  ASSERT_TRUE(shown);
-  EXPECT_THAT(shown->text(), HasSubstr(" error: The firmware download failed on the printer."));
+  expectDetails();
   keepPicture("2-details");
   press("alt+o");
   button("Details copied");
@@ -95,6 +105,48 @@ TEST_F(OnWayland, PrinterThatIsUpToDateIsNamedInDoubleSize) {
   labelWith("The printer is up to date.");
   keepPicture("1-up-to-date");
   answerByKey("Return", "Close");
+}
+
+// The compositor's frame needs room around it.
+class ByClicksOnWayland : public OnACompositor {
+ protected:
+  ByClicksOnWayland() : OnACompositor(1400, 900, Compositor::Kind::Sway) {}
+};
+
+TEST_F(ByClicksOnWayland, UpdateFromTheListToTheFlash) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  EXPECT_FALSE(desktop().windowSize("Printer Firmware Update"));  // of the X server
+  askForUpdate("Office");
+  waitForActive("Confirm the Download");
+  keepPicture("1-question");
+  answer("Do not download");
+  EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 0u);
+  startUpdate("Office");
+  labelWith(" was updated to version 200 at ");
+  keepPicture("2-done");
+  printer->waitFor("burn");
+  EXPECT_EQ(burnedSha256(*printer), DEMO_BRAND_SHA256);
+}
+
+TEST_F(ByClicksOnWayland, FailureIsCopiedAndTheWindowHasTheKeyboardAgain) {
+  const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
+  startProgram();
+  startUpdate("Office");
+  waitForActive("Download Failed");
+  std::this_thread::sleep_for(1s);  // the alert takes nothing before
+  click(button("Details"));
+  expectDetails();
+  click(button("Copy details"));
+  button("Details copied");
+  keepPicture("details");
+  EXPECT_THAT(compositor().clipboard(),
+              testing::AllOf(StartsWith("The firmware was not updated.\nOffice ("),
+                             HasSubstr(" error: The firmware download failed on the printer.")));
+  answer("Close");
+  waitForActive("Printer Firmware Update");
+  press("Return");
+  answerByKey("Escape", "Do not download");
 }
 
 }  // namespace

@@ -33,6 +33,17 @@ bool hasState(AtspiAccessible* accessible, AtspiStateType state) {
   return held;
 }
 
+Node::Rectangle extentsOf(AtspiAccessible* accessible, AtspiCoordType origin) {
+  AtspiComponent* component = atspi_accessible_get_component_iface(accessible);
+  if (!component) return {};
+  AtspiRect* rectangle = atspi_component_get_extents(component, origin, nullptr);
+  g_object_unref(component);
+  if (!rectangle) return {};
+  const Node::Rectangle result{rectangle->x, rectangle->y, rectangle->width, rectangle->height};
+  g_free(rectangle);
+  return result;
+}
+
 }  // namespace
 
 std::string Node::role() const {
@@ -67,14 +78,11 @@ bool Node::isExpanded() const { return hasState(mAccessible.get(), ATSPI_STATE_E
 bool Node::isActive() const { return hasState(mAccessible.get(), ATSPI_STATE_ACTIVE); }
 
 Node::Rectangle Node::extents() const {
-  AtspiComponent* component = atspi_accessible_get_component_iface(mAccessible.get());
-  if (!component) return {};
-  AtspiRect* rectangle = atspi_component_get_extents(component, ATSPI_COORD_TYPE_SCREEN, nullptr);
-  g_object_unref(component);
-  if (!rectangle) return {};
-  const Rectangle result{rectangle->x, rectangle->y, rectangle->width, rectangle->height};
-  g_free(rectangle);
-  return result;
+  return extentsOf(mAccessible.get(), ATSPI_COORD_TYPE_SCREEN);
+}
+
+Node::Rectangle Node::extentsInWindow() const {
+  return extentsOf(mAccessible.get(), ATSPI_COORD_TYPE_WINDOW);
 }
 
 std::vector<Node> Node::children() const {

@@ -34,7 +34,8 @@ class Node {
   bool isExpanded() const;  // of what can be expanded
   bool isActive() const;    // a window that has the keyboard
 
-  Rectangle extents() const;  // on the screen, in pixels
+  Rectangle extents() const;          // on the screen, in pixels
+  Rectangle extentsInWindow() const;  // where programs do not learn where their windows are
 
   std::vector<Node> children() const;
 

@@ -238,6 +238,17 @@ std::optional<std::pair<int, int>> VirtualDesktop::windowSize(std::string_view t
   return std::pair(attributes.width, attributes.height);
 }
 
+std::optional<std::pair<int, int>> VirtualDesktop::windowPlace(std::string_view title) const {
+  const Window root = DefaultRootWindow(mDisplay);
+  const auto window = findWindow(mDisplay, root, title);
+  if (!window) return std::nullopt;
+  int x = 0;
+  int y = 0;
+  Window child = 0;
+  XTranslateCoordinates(mDisplay, *window, root, 0, 0, &x, &y, &child);
+  return std::pair(x, y);
+}
+
 bool VirtualDesktop::resizeWindow(std::string_view title, int width, int height) {
   const auto window = findWindow(mDisplay, DefaultRootWindow(mDisplay), title);
   if (!window) return false;

@@ -46,6 +46,9 @@ class VirtualDesktop {
   // Width and height in pixels, without the frame; none when no window has that title.
   std::optional<std::pair<int, int>> windowSize(std::string_view title) const;
 
+  // Its upper left corner on the screen, without the frame.
+  std::optional<std::pair<int, int>> windowPlace(std::string_view title) const;
+
   // To the daemon of the session bus. Assistive technology has a bus of its own.
   void signalSessionBus(int number) const { mSessionBus->signal(number); }
 
