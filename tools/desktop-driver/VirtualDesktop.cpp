@@ -257,6 +257,16 @@ bool VirtualDesktop::resizeWindow(std::string_view title, int width, int height)
   return true;
 }
 
+void VirtualDesktop::lookElsewhere() {
+  const Window root = DefaultRootWindow(mDisplay);
+  const Window other = XCreateSimpleWindow(mDisplay, root, 0, 0, 200, 100, 0, 0, kBackground);
+  XMapRaised(mDisplay, other);
+  const bool isActive = waitUntil(
+      [&] { return property(mDisplay, root, "_NET_ACTIVE_WINDOW") == static_cast<long>(other); },
+      kPatience);
+  if (!isActive) throw std::runtime_error("no other window can be active");
+}
+
 void VirtualDesktop::coverBriefly(int x, int y, int width, int height) {
   XSetWindowAttributes attributes{};
   attributes.override_redirect = True;

@@ -58,6 +58,9 @@ class VirtualDesktop {
   // As when its frame is dragged. False when no window has that title.
   bool resizeWindow(std::string_view title, int width, int height);
 
+  // Gives the keyboard to a window of another program, which stays.
+  void lookElsewhere();
+
   // Puts a plain window in front of a place and takes it away again: what is behind it has to be
   // painted anew.
   void coverBriefly(int x, int y, int width, int height);
