@@ -1,6 +1,7 @@
 // What answers a sheet and what does not, with keys that are really held down and real clicks.
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <string>
 #include <thread>
@@ -99,6 +100,24 @@ TEST_P(ClicksThatGoOn, DoNotConfirmTheQuestion) {
   EXPECT_LT(std::abs(again.x - yes.x), yes.width / 2);
   EXPECT_LT(std::abs(again.y - yes.y), yes.height / 2);
   answer("Download firmware");
+  progressBar();
+}
+
+// It gets the click late, but its user had not seen the question for long.
+TEST_F(AnsweringASheet, ClickWhileTheProgramStandsStillDoesNotConfirmTheQuestion) {
+  const auto printer = startPrinter("Office");
+  startProgram();
+  selectByKey();
+  press("Return");
+  const Node::Rectangle yes = button("Download firmware").extents();
+  kill(program().pid(), SIGSTOP);
+  click(yes);
+  std::this_thread::sleep_for(2s);
+  kill(program().pid(), SIGCONT);
+  std::this_thread::sleep_for(500ms);
+  expectUnanswered();
+  std::this_thread::sleep_for(1s);
+  click(yes);
   progressBar();
 }
 

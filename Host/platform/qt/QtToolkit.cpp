@@ -22,6 +22,7 @@
 #include "platform/qt/DownloadWatcher.h"
 #include "platform/qt/Help.h"
 #include "platform/qt/ListControl.h"
+#include "platform/qt/LiveTime.h"
 #include "platform/qt/MainWindow.h"
 #include "platform/qt/NibLoader.h"
 #include "platform/qt/Notice.h"
@@ -143,7 +144,8 @@ class QtToolkit final : public Toolkit {
   WindowStack mWindows;
   QuitQuestions mQuitQuestions{mWindows};
   std::optional<Help> mHelp;
-  SheetGuard mSheetGuard;
+  LiveTime mLiveTime;
+  SheetGuard mSheetGuard{[this] { return mLiveTime.now(); }};
 };
 
 // The program is gone by now: its handlers and callbacks are not called any more.
