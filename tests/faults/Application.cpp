@@ -5,6 +5,7 @@
 #include "platform/posix/PosixDeviceLocks.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixNetwork.h"
+#include "platform/posix/PosixStatusTable.h"
 #include "runAndReport.h"
 
 using namespace platform::literals;
@@ -44,7 +45,9 @@ Application::Application(const std::string& resources, platform::Files* files)
         if (call.starts_with("began ")) ++mWatched;
         if (call.starts_with("ended ")) --mWatched;
       }),
-      mLog(surfaces(files)) {
+      mLog(surfaces(files)),
+      mStatuses(platform::makePosixStatusTable()),
+      mWithStatuses(withStatuses()) {
   mBundle.setResourcesDirectory(resources);
   mStrings.define("NETWORK_PRINTER_CONFIRMATION", "Update?");
 }
@@ -64,6 +67,12 @@ platform::Platform Application::surfaces(platform::Files* files) {
   surfaces.toolkit = &mToolkit;
   surfaces.deviceLocks = mLocks.get();
   surfaces.downloadObserver = &mObserver;
+  return surfaces;
+}
+
+platform::Platform Application::withStatuses() {
+  platform::Platform surfaces = platform::current();
+  surfaces.statuses = mStatuses.get();
   return surfaces;
 }
 
@@ -121,6 +130,8 @@ bool Application::closeAlert() {
   }
   return false;
 }
+
+bool Application::chooseDownload() { return mToolkit.screen().chooseMenuItem("Down"_4cc); }
 
 bool Application::chooseQuit() { return mToolkit.screen().chooseMenuItem(platform::kQuitCommand); }
 

@@ -21,6 +21,8 @@
 #include "platform/DeviceLocks.h"
 #include "platform/Files.h"
 #include "platform/Network.h"
+#include "platform/Platform.h"
+#include "platform/Status.h"
 
 class Application {
  public:
@@ -36,12 +38,15 @@ class Application {
   void withdraw(const std::string& name) { mServices.withdraw(name); }
   FakeUsbRegistry& usb() { return mUsb; }
 
+  FakeBundle& bundle() { return mBundle; }
+
   // What the user does. False when it cannot be done. Rows are numbered from 1, by their arrival.
   // Log and outcome are forgotten with the selection.
   bool select(unsigned row);
   bool pressDownload();
   bool pressYes();
   bool closeAlert();
+  bool chooseDownload();  // from the menu
   bool chooseQuit();
 
   // Presses Download, and Yes if that is asked. False when that cannot be done.
@@ -70,6 +75,7 @@ class Application {
 
  private:
   platform::Platform surfaces(platform::Files* files);
+  platform::Platform withStatuses();
 
   FakeBundle mBundle;
   FakeLocalizedStrings mStrings;
@@ -84,5 +90,7 @@ class Application {
   int mWatched = 0;  // updates begun and not ended, as an observer sees it
   RecordingObserver mObserver;
   LogRecorder mLog;
+  std::unique_ptr<platform::StatusTable> mStatuses;
+  platform::PlatformScope mWithStatuses;
   std::function<void()> mUser;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 #include <utility>
+#include <vector>
 
 using namespace std::string_literals;
 
@@ -26,7 +27,7 @@ bool BusPrinter::serveUntil(std::size_t step) {
 
 // Each step is one request to the transport.
 std::size_t BusPrinter::stepsBegun() const {
-  const Lines log = mApplication.log();
+  const std::vector<std::string> log = mApplication.log();
   return static_cast<std::size_t>(std::ranges::count_if(
       log, [](const std::string& line) { return line.starts_with("5 Async "); }));
 }

@@ -1,5 +1,3 @@
 #include "Cell.h"
 
-std::string nameOf(const Cell& cell) {
-  return cell.table + ": the printer " + cell.what + ", " + cell.when;
-}
+std::string nameOf(const Cell& cell) { return cell.table + ": " + cell.what + ", " + cell.when; }

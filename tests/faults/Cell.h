@@ -17,6 +17,7 @@ enum class Verdict {
   Waits,       // it does not end; the user quits
   Aborts,      // the program ends itself by an assertion
   NotStarted,  // nothing begins
+  Quits,       // the user quits meanwhile
 };
 
 // What the printer is like afterwards.

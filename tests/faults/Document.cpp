@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Cell.h"
+#include "LocalCells.h"
 #include "NetworkCells.h"
 #include "UsbCells.h"
 
@@ -15,6 +16,7 @@ struct Section {
   const char* table;
   const char* title;
   const char* about;
+  const char* subject = "the printer";  // of the second column
 };
 
 constexpr Section kSections[] = {
@@ -25,6 +27,8 @@ constexpr Section kSections[] = {
     {"is silent", "Network: the printer works on, and is not heard",
      "It takes what it is sent, and nothing comes back. Once it has everything it burns, heard or "
      "not."},
+    {"refuses", "Network: the printer refuses the connection",
+     "It is busy with another job, or its port is shut."},
     {"closes", "Network: the printer closes the connection",
      "The first message after that is sent into the void, and the next one fails. When the program "
      "has no more to send it waits, as for a silent printer."},
@@ -33,6 +37,10 @@ constexpr Section kSections[] = {
      "(TCP: RST). The very next message fails."},
     {"ends its side", "Network: the printer says that it will say nothing more",
      "It ends its own direction of the connection (TCP: FIN), and takes what it is sent."},
+    {"no connection", "Network: no connection",
+     "Another device has its address by now, or none has; the printer is switched off."},
+    {"withdrawn", "Network: the announcement goes",
+     "A printer that is no longer announced leaves the list. An update that has begun goes on."},
     {"pieces", "Network: in pieces, merged, late",
      "How the bytes are cut and when they come makes no difference."},
     {"large firmware", "Network: a firmware of many megabytes",
@@ -70,6 +78,17 @@ constexpr Section kSections[] = {
      "printer was not plugged in anew."},
     {"wrong answers on USB", "USB: the printer does not answer as such a printer does",
      "As over the network."},
+    {"firmware file", "The computer: the firmware file",
+     "Nothing is sent to the printer. A file without a version that counts makes every printer up "
+     "to "
+     "date: a damaged file is never sent.",
+     "the file"},
+    {"quit", "The computer: the program is closed",
+     "While an update runs, Quit and the window's button ask first. A printer that has everything "
+     "burns on.",
+     "you"},
+    {"second download", "The computer: a second download",
+     "Nothing behind the progress takes an order. The update goes on.", "you"},
 };
 
 const char* seen(Verdict verdict) {
@@ -86,6 +105,8 @@ const char* seen(Verdict verdict) {
       return "the program ends";
     case Verdict::NotStarted:
       return "cannot begin";
+    case Verdict::Quits:
+      return "the program is closed";
   }
   return "";
 }
@@ -160,6 +181,7 @@ to be ended. The page is written from the same table as the tests.
 | failed | the alert says that it failed; `DlNo`. Close it, and try again |
 | waits | the progress stays until you quit; the exit status is 0. Start the program again |
 | the program ends | by an assertion, with signal 6 (status 134 in a shell). Start it again |
+| the program is closed | as you asked; the exit status is 0 |
 | cannot begin | the row is gone, and Download is dimmed |
 
 | the printer afterwards | what it means |
@@ -191,15 +213,16 @@ std::vector<Cell> cellsOf(const std::string& table) {
   };
   take(networkCells());
   take(usbCells());
+  take(localCells());
   return cells;
 }
 
 // Where the printer does the same in each line, the section's title says what.
-void writeTable(std::ostream& out, const std::vector<Cell>& cells) {
+void writeTable(std::ostream& out, const std::vector<Cell>& cells, const char* subject) {
   const auto& first = cells.at(0).what;
   const bool withWhat =
       std::ranges::any_of(cells, [&](const Cell& cell) { return cell.what != first; });
-  out << "| when |" << (withWhat ? " the printer |" : "")
+  out << "| when |" << (withWhat ? std::string(" ") + subject + " |" : "")
       << " seen | the printer afterwards | what it had received | the log |\n|---|"
       << (withWhat ? "---|" : "") << "---|---|---|---|\n";
   for (const Cell& cell : cells) writeRow(out, cell, withWhat);
@@ -213,7 +236,7 @@ void writeFaultMatrix(std::ostream& out) {
   for (const Section& section : kSections) {
     const std::vector<Cell> cells = cellsOf(section.table);
     out << "\n## " << section.title << "\n\n" << section.about << "\n\n";
-    writeTable(out, cells);
+    writeTable(out, cells, section.subject);
     count += cells.size();
   }
   out << "\n" << count << " cells.\n";

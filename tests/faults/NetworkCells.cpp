@@ -5,6 +5,7 @@
 
 #include "DownloadLog.h"
 #include "networkReplies.h"
+#include "networkSurroundings.h"
 #include "whenInWords.h"
 
 namespace {
@@ -265,10 +266,12 @@ const std::vector<NetworkCell>& networkCells() {
   static const std::vector<NetworkCell> all = [] {
     std::vector<NetworkCell> cells;
     for (const auto& column :
-         {closed(), broken(), silent(), frozen(), halfClosed(), replyCells()}) {
+         {closed(), broken(), silent(), frozen(), halfClosed(), replyCells(), surroundingCells()}) {
       cells.insert(cells.end(), column.begin(), column.end());
     }
-    for (NetworkCell& cell : cells) cell.log = kChosen + cell.log;
+    for (NetworkCell& cell : cells) {
+      if (cell.verdict != Verdict::NotStarted) cell.log = kChosen + cell.log;
+    }
     return cells;
   }();
   return all;

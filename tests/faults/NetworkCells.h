@@ -7,7 +7,20 @@
 
 #include "Cell.h"
 
+// What is wrong with neither printer nor connection.
+enum class Surrounding {
+  Sound,
+  WithdrawnBefore,  // the announcement goes before Download is pressed
+  WithdrawnAsked,   // while the user is asked
+  Withdrawn,        // while one of the update's eight messages is under way
+  Unreachable,      // nobody answers at the address
+  NoDescriptors,    // the process may open nothing more
+};
+
 struct NetworkCell : Cell {
+  Surrounding surrounding = Surrounding::Sound;
+  std::size_t step = 0;  // of Withdrawn, 1 to 8
+
   std::vector<std::string> faults;  // of the virtual printer, in its first conversation
   std::vector<std::string> options;
   std::size_t firmwareSize = 28;

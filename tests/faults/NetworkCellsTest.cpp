@@ -6,8 +6,10 @@
 
 #include "Application.h"
 #include "CellProcess.h"
+#include "DeafAddress.h"
 #include "DownloadFixture.h"
 #include "NetworkCells.h"
+#include "NoDescriptors.h"
 #include "TemporaryDirectory.h"
 #include "VirtualPrinterProcess.h"
 
@@ -48,7 +50,7 @@ class CellRun {
 
   // Its faults are over after one conversation, unless it does not get over them.
   bool mustBeReplaced() const {
-    const std::string& fault = mCell.faults.back();
+    const std::string fault = mCell.faults.empty() ? "" : mCell.faults.back();
     const bool isUnfit = !mCell.options.empty() && !hasNewFirmware();
     return isUnfit || fault.starts_with("hang") || fault == "refuse";
   }
@@ -61,10 +63,17 @@ class CellRun {
   }
 
   void updateBadly(Application& application) {
-    application.announce("Office", mPrinter->port());
+    std::optional<DeafAddress> nobody;
+    if (mCell.surrounding == Surrounding::Unreachable) nobody.emplace();
+    application.announce("Office", nobody ? nobody->port() : mPrinter->port());
     const std::string before = application.held();
     const std::size_t descriptors = openDescriptors();
-    ASSERT_TRUE(application.select(1) && application.download());
+    ASSERT_TRUE(application.select(1));
+    if (mCell.verdict == Verdict::NotStarted) {
+      withdrawBeforeTheStart(application);
+      return;
+    }
+    download(application);
     hold(application);
     switch (mCell.verdict) {
       case Verdict::Waits:
@@ -88,8 +97,47 @@ class CellRun {
     updateWell(application);
   }
 
+  void download(Application& application) {
+    if (mCell.surrounding != Surrounding::NoDescriptors) {
+      EXPECT_TRUE(application.download());
+      return;
+    }
+    const NoDescriptors none;
+    EXPECT_TRUE(application.download());
+  }
+
+  void withdrawBeforeTheStart(Application& application) {
+    if (mCell.surrounding == Surrounding::WithdrawnAsked) {
+      EXPECT_TRUE(application.pressDownload());
+      application.withdraw("Office");
+      application.settle();
+      EXPECT_TRUE(application.pressYes());
+    } else {
+      application.withdraw("Office");
+      application.settle();
+      EXPECT_FALSE(application.pressDownload());
+    }
+    EXPECT_EQ(application.outcome(), "");
+    EXPECT_EQ(application.onScreen(), "PrinterSelectWindow");
+    mLog = application.log();
+    updateWell(application);
+  }
+
+  // The announcement goes as soon as so many messages have begun.
+  void withdraw(Application& application) {
+    EXPECT_TRUE(application.runUntil([&] {
+      const Lines log = application.log();
+      return std::ranges::count_if(log, [](const std::string& line) {
+               return line.starts_with("5 Async ");
+             }) == static_cast<std::ptrdiff_t>(mCell.step);
+    }));
+    application.withdraw("Office");
+    application.settle();
+  }
+
   // Keeps the program where it is until the printer has done what it does wrong.
   void hold(Application& application) {
+    if (mCell.surrounding == Surrounding::Withdrawn) withdraw(application);
     if (mCell.event.empty()) return;
     if (!mCell.heldAt.empty()) {
       EXPECT_TRUE(application.runUntil([&] {
@@ -166,6 +214,10 @@ class CellRun {
       application.announce("Another printer", mPrinter->port());
       row = 2;
     }
+    if (mCell.table == "withdrawn") {
+      application.announce("Office", mPrinter->port());
+      row = 2;
+    }
     ASSERT_TRUE(application.select(row) && application.download());
     EXPECT_TRUE(application.runUntil([&] { return !application.outcome().empty(); }));
     EXPECT_EQ(application.outcome(), hasNewFirmware() ? "DlUd" : "DlOk");
@@ -179,6 +231,8 @@ class CellRun {
     mIsChecked = true;
     const int status = mPrinter->stop();
     EXPECT_EQ(status, 0);
+    const bool wasReached = mCell.surrounding == Surrounding::Sound || !mCell.position.empty();
+    if (!wasReached) return;  // its first conversation is the one after
     std::string position;
     for (const auto& entry : mPrinter->entries("closed")) {
       if (entry.at("connection") == 1) position = entry.at("position").get<std::string>();
@@ -222,6 +276,9 @@ void runCells(const std::string& table) {
   EXPECT_NE(count, 0u);
 }
 
+TEST(FaultsOnTheNetwork, PrinterRefusesTheConnection) { runCells("refuses"); }
+TEST(FaultsOnTheNetwork, NoConnectionStands) { runCells("no connection"); }
+TEST(FaultsOnTheNetwork, AnnouncementGoes) { runCells("withdrawn"); }
 TEST(FaultsOnTheNetwork, PrinterClosesTheConnection) { runCells("closes"); }
 TEST(FaultsOnTheNetwork, PrinterBreaksTheConnection) { runCells("breaks"); }
 TEST(FaultsOnTheNetwork, PrinterIsSilent) { runCells("is silent"); }

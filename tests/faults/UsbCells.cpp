@@ -2,72 +2,12 @@
 
 #include "DownloadLog.h"
 #include "assertions.h"
+#include "usbSteps.h"
 
 namespace {
 
 using platform::IOReturn;
 using enum Afterwards;
-
-const Lines kUsbPrinterChosen{"5 Downloading firmware to USB printer: Veltra KX350T(VX0042)"};
-const Lines kUsbTransportGone{"5 Cleaning up USB transport."};
-
-// What comes in, in one packet and wholly asked for.
-Lines packet(int bytes) {
-  const std::string count = std::to_string(bytes);
-  return {"7 SRB::handleReadCompletion " + count + " bytes added",
-          "7 SRB::read requested " + count + "; copying " + count +
-              "; 0 bytes left in short read buffer"};
-}
-
-struct Step {
-  const char* during;  // in words
-  const char* before;
-  const char* name;  // the message, as the printer calls it; null when the printer speaks
-  const char* call;
-  int milliseconds;       // that the program waits
-  Lines begun;            // what is logged when it begins
-  const char* untouched;  // where the printer stands when nothing of it has arrived
-  const char* halfway;    // when half of it has
-  Afterwards afterwards;  // what it is like then
-};
-
-const std::vector<Step>& steps() {
-  static const std::vector<Step> all{
-      {"while the first message is sent", "before the first message", "status-off",
-       "writePipeAsyncTO", 200, kConnecting + kStatusOff, "before status-off",
-       "in status-off at 17 of 34", Untouched},
-      {"while the question for the device ID is sent", "after the first message", "id-request",
-       "writePipeAsyncTO", 200, kRequest, "after status-off", "in id-request at 29 of 59",
-       Untouched},
-      {"while the response is awaited", "after the question for the device ID", nullptr,
-       "readPipeAsyncTO", 20000, kAwaitResponse, "after id-request", "after id-request", Asked},
-      {"while the device ID is awaited", "between the response and the device ID", nullptr,
-       "readPipeAsyncTO", 20000, kAwaitingDeviceId, "after id-request", "after id-request", Asked},
-      {"while the burn header is sent", "after the device ID", "burn-header", "writePipeAsyncTO",
-       200, kDeviceIdHandled + kHeader, "after id-request", "in burn-header at 25 of 50", Asked},
-      {"while the firmware is sent", "before the first byte of the firmware", "image",
-       "writePipeAsyncTO", 200, kImage, "in image at 0 of 28", "in image at 14 of 28", Unfinished},
-      {"while the end of the firmware is said", "after the firmware, before its end is said", "uel",
-       "writePipeAsyncTO", 200, kUel, "after image", "in uel at 4 of 9", Unfinished},
-      {"while the printer burns", "when the printer has everything", nullptr, "readPipeAsyncTO",
-       3000, kAwaitBurn, "after uel", "after uel", Unannounced},
-  };
-  return all;
-}
-
-// What is logged when the printer's answer to a step is in.
-Lines answered(std::size_t step) {
-  if (step == 3) return packet(16);
-  if (step == 4) return packet(36);
-  return {};
-}
-
-// The log up to where a step has begun.
-Lines upTo(std::size_t step) {
-  Lines log = kUsbPrinterChosen;
-  for (std::size_t i = 1; i <= step; ++i) log = log + answered(i - 1) + steps()[i - 1].begun;
-  return log;
-}
 
 UsbCell cell(const std::string& table, const std::string& when, const std::string& what,
              UsbFault fault, std::size_t step, Verdict verdict, Afterwards afterwards,
@@ -100,12 +40,12 @@ Lines refusedWith(const std::string& message, IOReturn result) {
          kUsbTransportGone;
 }
 
-Lines failedWith(const Step& step, IOReturn result) {
+Lines failedWith(const UsbStep& step, IOReturn result) {
   return {std::string("3 Async ") + (step.name != nullptr ? "write" : "read") +
           " failed: I/O Kit error=" + codeInHex(result)};
 }
 
-Lines endedWith(const Step& step, IOReturn result) {
+Lines endedWith(const UsbStep& step, IOReturn result) {
   return failedWith(step, result) + kUsbTransportGone;
 }
 
@@ -117,8 +57,8 @@ std::vector<UsbCell> unplugged() {
   std::vector<UsbCell> cells{cell("unplugged", "before Download is pressed", "is unplugged",
                                   UsbFault::UnplugBefore, 0, Verdict::NotStarted, Untouched,
                                   kRemoved, "")};
-  for (std::size_t i = 1; i <= steps().size(); ++i) {
-    const Step& step = steps()[i - 1];
+  for (std::size_t i = 1; i <= usbSteps().size(); ++i) {
+    const UsbStep& step = usbSteps()[i - 1];
     if (i > 1) {
       cells.push_back(
           cell("unplugged", step.before, "is unplugged", UsbFault::UnplugBefore, i, Verdict::Failed,
@@ -154,8 +94,8 @@ std::vector<UsbCell> ended() {
   };
   std::vector<UsbCell> cells;
   for (const Ending& ending : endings) {
-    for (std::size_t i = 1; i <= steps().size(); ++i) {
-      const Step& step = steps()[i - 1];
+    for (std::size_t i = 1; i <= usbSteps().size(); ++i) {
+      const UsbStep& step = usbSteps()[i - 1];
       if (ending.result == platform::kIOReturnOverrun && step.name != nullptr) continue;
       cells.push_back(cell(ending.table, step.during, ending.what, ending.fault, i, Verdict::Failed,
                            step.afterwards, upTo(i) + endedWith(step, ending.result),
@@ -182,8 +122,8 @@ std::vector<UsbCell> refusedCalls() {
   };
   std::vector<UsbCell> cells;
   for (const Refusal& refusal : refusals) {
-    for (std::size_t i = 1; i <= steps().size(); ++i) {
-      const Step& step = steps()[i - 1];
+    for (std::size_t i = 1; i <= usbSteps().size(); ++i) {
+      const UsbStep& step = usbSteps()[i - 1];
       const char* transfer =
           step.name != nullptr ? "Async write request failed." : "Async read request failed.";
       cells.push_back(cell(
@@ -236,7 +176,7 @@ std::vector<UsbCell> notOpened() {
     cells.back().call = opening.call;
   }
   cells.push_back(cell(
-      "not opened", steps()[2].before, "has no IN pipe", UsbFault::NoInPipe, 3, Verdict::Failed,
+      "not opened", usbSteps()[2].before, "has no IN pipe", UsbFault::NoInPipe, 3, Verdict::Failed,
       Asked, upTo(3) + refusedWith("The interface cannot be read.", platform::kIOReturnNotFound),
       "after id-request"));
   return cells;
@@ -263,13 +203,13 @@ std::vector<UsbCell> shortWrites() {
     const bool isEmpty = fault == UsbFault::EmptyWrite;
     for (const Short& each : all) {
       const std::size_t awaited = each.step < 3 ? 3 : 8;
-      cells.push_back(
-          cell("short writes", steps()[each.step - 1].during,
-               isEmpty ? "takes none of it" : "takes all but a byte", fault, each.step,
-               Verdict::Failed, each.afterwards,
-               upTo(awaited) + endedWith(steps()[awaited - 1], platform::kIOUSBTransactionTimeout),
-               isEmpty ? each.without : each.lacking));
-      cells.back().milliseconds = steps()[awaited - 1].milliseconds;
+      cells.push_back(cell(
+          "short writes", usbSteps()[each.step - 1].during,
+          isEmpty ? "takes none of it" : "takes all but a byte", fault, each.step, Verdict::Failed,
+          each.afterwards,
+          upTo(awaited) + endedWith(usbSteps()[awaited - 1], platform::kIOUSBTransactionTimeout),
+          isEmpty ? each.without : each.lacking));
+      cells.back().milliseconds = usbSteps()[awaited - 1].milliseconds;
     }
   }
   return cells;

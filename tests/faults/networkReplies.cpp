@@ -403,7 +403,7 @@ std::vector<NetworkCell> large() {
 
 NetworkCell refused() {
   NetworkCell refused =
-      cell("closes", "before the connection stands", "refuses it", {"refuse"}, Verdict::Failed,
+      cell("refuses", "before the connection stands", "refuses it", {"refuse"}, Verdict::Failed,
            Untouched, kStatusOffWritten + kWriteFailed + kTransportGone);
   refused.position = "";
   return refused;

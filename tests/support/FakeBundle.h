@@ -9,6 +9,7 @@
 class FakeBundle : public platform::Bundle {
  public:
   void remove() { mExists = false; }
+  void bringBack() { mExists = true; }
   void setResourcesDirectory(std::optional<std::filesystem::path> directory) {
     mResources = std::move(directory);
   }
