@@ -3,6 +3,7 @@
 #include <chrono>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "Branding.h"
 #include "Log.h"
@@ -23,6 +24,7 @@
 #include "platform/posix/PosixNetwork.h"
 #include "platform/posix/PosixStatusTable.h"
 #include "platform/posix/PosixSystemLog.h"
+#include "platform/posix/SealedFile.h"
 #include "platform/systemd/SystemdRunLoop.h"
 
 namespace {
@@ -63,6 +65,17 @@ ToolHost::ToolHost(bool mirror)
 }
 
 ToolHost::~ToolHost() = default;
+
+void ToolHost::useImages(const std::vector<int>& descriptors) {
+  std::vector<platform::SealedFile> images;
+  for (const int each : descriptors) {
+    auto image = platform::SealedFile::fromDescriptor(platform::FileDescriptor(each));
+    if (image) images.push_back(*std::move(image));
+  }
+  mFiles = platform::makePosixFiles(std::move(images));
+  mSurfaces.files = mFiles.get();
+  install();
+}
 
 void ToolHost::useLocks() {
   mPowerLock = platform::makePowerLock(

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "InterruptingLog.h"
 #include "LogOptions.h"
@@ -47,6 +48,8 @@ class ToolHost {
   void aroundLog(std::function<void()> before, std::function<void()> after) {
     mLog.tell(std::move(before), std::move(after));
   }
+  // Takes firmware from these sealed files where they have it.
+  void useImages(const std::vector<int>& descriptors);
 
   // Keeps the computer awake during downloads.
   void useLocks();

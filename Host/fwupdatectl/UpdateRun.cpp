@@ -44,7 +44,7 @@ void UpdateRun::startJob(const Target& target) {
   mReport.began(target);
   try {
     job.process = std::make_unique<WorkerProcess>(
-        mRunLoop, target, WorkerProcess::Work::Update,
+        mRunLoop, target, WorkerProcess::Work::Update, mSettings.images,
         WorkerProcess::Listener{
             [this, &job](const nlohmann::ordered_json& event) { told(job, event); },
             [this, &job](const std::string& line) { logged(job, line); },

@@ -16,11 +16,13 @@
 #include "UpdateReport.h"
 #include "WorkerProcess.h"
 #include "platform/RunLoop.h"
+#include "platform/posix/SealedFile.h"
 
 class UpdateRun {
  public:
   struct Settings {
     std::size_t jobs = 1;
+    std::vector<platform::SealedFile> images{};
     std::optional<std::chrono::milliseconds> timeout{};  // of one download
     // How long a printer that has restarted is waited for; not at all when there is none.
     std::optional<std::chrono::milliseconds> returnWait{};

@@ -12,7 +12,7 @@ VersionQuery::VersionQuery(platform::RunLoop& runLoop, const Target& printer,
                            std::function<void(const Answer&)> answered)
     : mPatience(patience),
       mAnswered(std::move(answered)),
-      mProcess(runLoop, printer, WorkerProcess::Work::AskForVersion,
+      mProcess(runLoop, printer, WorkerProcess::Work::AskForVersion, {},
                WorkerProcess::Listener{[this](const ordered_json& event) { told(event); },
                                        [this](const std::string& line) { logged(line); },
                                        [this](int status) { ended(status); }}),

@@ -16,6 +16,7 @@
 #include "UsbTransport.h"
 #include "platform/DeviceLocks.h"
 #include "platform/FailureCause.h"
+#include "platform/FileBytes.h"
 #include "platform/Platform.h"
 #include "platform/Text.h"
 
@@ -36,7 +37,7 @@ void tellCause(const platform::FailureCause& why) {
 // The file that a download would choose, with its version.
 void tellVersion(const std::wstring& deviceId) {
   ordered_json members{{"version", extractVersionFromIeee1284Id(deviceId)}};
-  std::vector<char> image;
+  platform::FileBytes image;
   unsigned int fileVersion = 0;
   if (getFirmware(deviceId, image, fileVersion)) {
     const auto name = platform::Text::fromWide(chooseFirmwareFile(deviceId));

@@ -65,11 +65,14 @@ class Attributes {
   posix_spawnattr_t mAttributes{};
 };
 
-pid_t spawn(const ordered_json& order, const Pipe& events, const Pipe& log) {
+pid_t spawn(const ordered_json& order, const Pipe& events, const Pipe& log,
+            std::span<const platform::SealedFile> images) {
   FileActions actions;
   actions.placeNothingAt(STDIN_FILENO);
   actions.place(events.writeEnd(), STDOUT_FILENO);
   actions.place(log.writeEnd(), STDERR_FILENO);
+  // Where it is already: so it stays open in the new process.
+  for (const auto& each : images) actions.place(each.descriptor(), each.descriptor());
   const Attributes attributes;
   std::string program = "fwupdatectl";
   std::string option = "--worker";
@@ -81,19 +84,22 @@ pid_t spawn(const ordered_json& order, const Pipe& events, const Pipe& log) {
   return process;
 }
 
-ordered_json orderOf(const Target& target, WorkerProcess::Work work) {
+ordered_json orderOf(const Target& target, WorkerProcess::Work work,
+                     std::span<const platform::SealedFile> images) {
   ordered_json order = toJson(target);
   order["work"] = work == WorkerProcess::Work::Update ? "update" : "version";
+  order["images"] = ordered_json::array();
+  for (const auto& each : images) order["images"].push_back(each.descriptor());
   return order;
 }
 
 }  // namespace
 
 WorkerProcess::WorkerProcess(platform::RunLoop& runLoop, const Target& target, Work work,
-                             Listener listener)
+                             std::span<const platform::SealedFile> images, Listener listener)
     : mRunLoop(runLoop),
       mListener(std::move(listener)),
-      mProcess(spawn(orderOf(target, work), mEvents, mLog)) {
+      mProcess(spawn(orderOf(target, work, images), mEvents, mLog, images)) {
   mEvents.startReading(runLoop, [this] { readEvents(); });
   mLog.startReading(runLoop, [this] { readLog(); });
   mProcessDescriptor = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));

@@ -8,11 +8,13 @@
 #include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <span>
 #include <string>
 
 #include "Pipe.h"
 #include "Target.h"
 #include "platform/RunLoop.h"
+#include "platform/posix/SealedFile.h"
 
 class WorkerProcess {
  public:
@@ -25,8 +27,10 @@ class WorkerProcess {
     std::function<void(int status)> ended;
   };
 
-  // Starts it. Throws std::system_error when the host cannot. `runLoop` must outlive the object.
-  WorkerProcess(platform::RunLoop& runLoop, const Target& target, Work work, Listener listener);
+  // Starts it; it takes firmware from `images` where they have it. Throws std::system_error when
+  // the host cannot. `runLoop` must outlive the object.
+  WorkerProcess(platform::RunLoop& runLoop, const Target& target, Work work,
+                std::span<const platform::SealedFile> images, Listener listener);
   ~WorkerProcess();  // a process that still runs goes on by itself
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;

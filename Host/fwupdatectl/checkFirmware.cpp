@@ -1,11 +1,10 @@
 #include "checkFirmware.h"
 
-#include <set>
 #include <string>
 #include <vector>
 
-#include "Branding.h"
 #include "FirmwareLoader.h"
+#include "platform/FileBytes.h"
 #include "platform/Text.h"
 
 namespace {
@@ -13,7 +12,7 @@ namespace {
 Finding checkFile(const std::filesystem::path& directory, const std::wstring& name) {
   const std::string file(platform::Text::fromWide(name).utf8());
   Finding finding{false, "Firmware " + file, {}, {}};
-  std::vector<char> image;
+  platform::FileBytes image;
   unsigned int version = 0;
   std::error_code none;
   if (!std::filesystem::exists(directory / file, none)) {
@@ -40,10 +39,9 @@ Findings checkFirmware(const std::optional<std::filesystem::path>& directory) {
     return {{false, "Firmware", "The program does not find its own files.",
              "Install the program again."}};
   }
-  if (Branding::sFirmwareSpecList.empty()) Branding::buildFirmwareSpecList();
-  std::set<std::wstring> names;
-  for (const auto& spec : Branding::sFirmwareSpecList) names.insert(spec.fileName);
   Findings findings;
-  for (const std::wstring& name : names) findings.push_back(checkFile(*directory, name));
+  for (const std::wstring& name : firmwareFileNames()) {
+    findings.push_back(checkFile(*directory, name));
+  }
   return findings;
 }

@@ -11,6 +11,7 @@
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "JsonLines.h"
 #include "Options.h"
@@ -163,6 +164,7 @@ int work(ToolHost& host, const Options& options) {
   prctl(PR_SET_NAME, "fwupdatectl");
   const auto order = nlohmann::ordered_json::parse(options.order);
   Target target = targetFromJson(order);
+  host.useImages(order.value("images", std::vector<int>()));
   // A signal that comes meanwhile ends the process: nothing has begun yet.
   target.address = resolvedAddress(target.address);
   const auto end = [&host] { host.events().quitApplicationEventLoop(); };

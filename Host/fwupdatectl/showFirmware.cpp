@@ -11,6 +11,7 @@
 #include "commands.h"
 #include "failure.h"
 #include "legibleText.h"
+#include "platform/FileBytes.h"
 #include "platform/Text.h"
 
 using nlohmann::ordered_json;
@@ -23,7 +24,7 @@ struct Firmware {
   std::vector<std::string> texts;  // of its platform ID
 };
 
-std::vector<std::string> textsOf(const std::vector<char>& image) {
+std::vector<std::string> textsOf(const platform::FileBytes& image) {
   std::vector<std::string> texts(1);
   for (const char byte : PlatformIdBlock(image).bytes()) {
     if (byte != '\0') {
@@ -77,7 +78,7 @@ int showFirmware(const Options& options) {
   const std::filesystem::path file = std::filesystem::absolute(options.file);
   const std::wstring name = platform::Text::fromUtf8(file.filename().native()).wide();
   Firmware firmware;
-  std::vector<char> image;
+  platform::FileBytes image;
   if (!loadFirmwareFile(file.parent_path(), name, image, firmware.version)) {
     return fail(options.output, kFailed,
                 legibleText(options.file) +

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
-#include <vector>
 
+#include "platform/FileBytes.h"
 #include "platform/Status.h"
 
 namespace platform {
@@ -34,13 +34,13 @@ class Files {
 
   virtual OSStatus dataSize(const std::filesystem::path& file, std::uint64_t& size) = 0;
 
-  // Makes `bytes` as long as `size`, new bytes zero, and only then takes the steps: finds the data
-  // fork (EISDIR for a directory, EINVAL for anything else that is not a regular file), opens it,
-  // and fills `bytes` from its start: one read, straight into that memory, short where the file
+  // Makes `bytes` anew, as many as `size` and all zero, and only then takes the steps: finds the
+  // data fork (EISDIR for a directory, EINVAL for anything else that is not a regular file), opens
+  // it, and fills `bytes` from its start: one read, straight into that memory, short where the file
   // ends before. The step that fails is the last one, and the file is closed again in any case.
-  // Never waits for another program to write.
+  // Never waits for another program to write. Throws std::bad_alloc when there is no such memory.
   virtual WholeRead readWhole(const std::filesystem::path& file, std::size_t size,
-                              std::vector<char>& bytes) = 0;
+                              FileBytes& bytes) = 0;
 };
 
 }  // namespace platform

@@ -62,7 +62,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FakeFiles files;
   files.addDirectory("/resources");
   const LogRecorder recorder({.bundle = &bundle, .files = &files});
-  std::vector<char> image;
+  platform::FileBytes image;
   unsigned int version = 4711;
   extractVersionFromIeee1284Id(id);
   require(!getFirmware(id, image, version));

@@ -50,7 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   files.addDirectory("/resources");
   files.addFile("/resources/product.tarn.bin", file);
   const LogRecorder recorder({.bundle = &bundle, .files = &files});
-  std::vector<char> image;
+  platform::FileBytes image;
   unsigned int version = 4711;
   const bool loaded = getFirmware(L"MDL:KX350T;", image, version);
 

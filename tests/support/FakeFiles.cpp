@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <memory>
+#include <new>
 #include <utility>
 
 using platform::noErr;
@@ -54,9 +56,11 @@ OSStatus FakeFiles::dataSize(const path& file, std::uint64_t& size) {
   return noErr;
 }
 
-WholeRead FakeFiles::readWhole(const path& file, std::size_t size, std::vector<char>& bytes) {
+WholeRead FakeFiles::readWhole(const path& file, std::size_t size, platform::FileBytes& bytes) {
   mCalls.push_back("readWhole " + file.string() + " " + std::to_string(size));
-  bytes.resize(size);
+  if (size > PTRDIFF_MAX) throw std::bad_alloc();
+  const auto memory = std::make_shared<std::vector<char>>(size);
+  bytes = platform::FileBytes(memory, *memory);
   if (const OSStatus status = failureOf(Operation::DataFork)) return {Step::DataFork, status};
   if (mDirectories.contains(file)) return {Step::DataFork, EISDIR};
   if (const OSStatus status = findEntry(file)) return {Step::DataFork, status};
@@ -66,7 +70,7 @@ WholeRead FakeFiles::readWhole(const path& file, std::size_t size, std::vector<c
   if (status != noErr && mReadLimit == SIZE_MAX) return {Step::Read, status};
   mDestination = bytes.data();
   const std::size_t actual = std::min({size, content.size(), mReadLimit});
-  std::copy_n(content.begin(), actual, bytes.begin());
+  std::copy_n(content.begin(), actual, memory->begin());
   return {Step::Read, status, actual};
 }
 

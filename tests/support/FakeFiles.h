@@ -39,7 +39,7 @@ class FakeFiles : public platform::Files {
                                    std::filesystem::path& file) override;
   platform::OSStatus dataSize(const std::filesystem::path& file, std::uint64_t& size) override;
   platform::WholeRead readWhole(const std::filesystem::path& file, std::size_t size,
-                                std::vector<char>& bytes) override;
+                                platform::FileBytes& bytes) override;
 
  private:
   platform::OSStatus record(Operation operation, const std::string& call);

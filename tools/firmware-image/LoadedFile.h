@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "platform/FileBytes.h"
+
 struct LoadedFile {
   std::uint64_t size = 0;             // of the file
-  std::vector<char> image;            // what a printer would get of it
+  platform::FileBytes image;          // what a printer would get of it
   unsigned int version = 0;           // 0 when the platform ID is malformed
   std::vector<std::string> problems;  // what is wrong with the platform ID, in the updater's words
 };

@@ -40,8 +40,7 @@ std::string quoted(Bytes bytes) {
 std::string quoted(const platform::Text& text) { return quoted(Bytes(text.utf8())); }
 
 // As the printer's engineers write it: the number, and the two bytes as they go over the wire.
-std::string checksumOf(const std::vector<char>& image) {
-  // The allocator aligns a vector's bytes for any type.
+std::string checksumOf(const platform::FileBytes& image) {
   const void* const data = image.data();
   const unsigned sum = CalcCheckSum(static_cast<const unsigned short*>(data), image.size());
   const std::string high = hexadecimal(static_cast<unsigned char>(sum >> 8));
@@ -67,7 +66,8 @@ std::string sizeOf(const LoadedFile& file) {
 
 void printPlatformId(const LoadedFile& file) {
   const PlatformIdBlock block(file.image);
-  const unsigned length = file.image.empty() ? 0 : static_cast<unsigned char>(file.image.back());
+  const unsigned length =
+      file.image.empty() ? 0 : static_cast<unsigned char>(Bytes(file.image).back());
   print("Platform ID:", "version " + std::to_string(block.version()) + ", length " +
                             std::to_string(length) + ", fields " +
                             std::to_string(block.fieldCount()));

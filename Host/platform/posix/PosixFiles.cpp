@@ -1,15 +1,18 @@
 #include "platform/posix/PosixFiles.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
-#include <span>
+#include <utility>
+#include <vector>
 
 #include "platform/posix/FileDescriptor.h"
+#include "platform/posix/Pages.h"
+#include "platform/posix/SealedFile.h"
+#include "platform/posix/readFromStart.h"
 
 namespace platform {
 namespace {
@@ -23,21 +26,6 @@ bool isOneName(const std::u16string& name) {
          name.find(u'/') == std::u16string::npos && name.find(u'\0') == std::u16string::npos;
 }
 
-// With pages of 4 KiB, most of the time that a large image takes to load goes into page faults.
-void askForLargePages(void* begin, std::size_t size) {
-  const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  if (std::align(page, page, begin, size) == nullptr) return;
-  // A kernel without huge pages refuses, and small ones do as well.
-  static_cast<void>(::madvise(begin, size / page * page, MADV_HUGEPAGE));
-}
-
-// The pages come with the first write to them: here, with the zeros.
-void resizeInLargePages(std::vector<char>& bytes, std::size_t size) {
-  bytes.reserve(size);
-  askForLargePages(bytes.data(), size);
-  bytes.resize(size);
-}
-
 OSStatus checkDataFork(const path& file) {
   struct stat info;
   if (const OSStatus status = statusOf(::stat(file.c_str(), &info))) return status;
@@ -45,23 +33,10 @@ OSStatus checkDataFork(const path& file) {
   return S_ISREG(info.st_mode) ? noErr : EINVAL;
 }
 
-// The host may take a read in parts: it moves 2 GiB at most at a time.
-WholeRead readFromStart(const FileDescriptor& descriptor, std::span<char> destination) {
-  WholeRead result{WholeRead::Step::Read, noErr};
-  while (result.actual < destination.size()) {
-    const std::span<char> rest = destination.subspan(result.actual);
-    const ssize_t count =
-        ::pread(descriptor.get(), rest.data(), rest.size(), static_cast<off_t>(result.actual));
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) result.status = errno;
-    if (count <= 0) break;
-    result.actual += static_cast<std::size_t>(count);
-  }
-  return result;
-}
-
 class PosixFiles : public Files {
  public:
+  explicit PosixFiles(std::vector<SealedFile> sealed) : mSealed(std::move(sealed)) {}
+
   OSStatus checkDirectory(const path& directory) override {
     struct stat info;
     if (const OSStatus status = statusOf(::stat(directory.c_str(), &info))) return status;
@@ -90,18 +65,38 @@ class PosixFiles : public Files {
     return noErr;
   }
 
-  WholeRead readWhole(const path& file, std::size_t size, std::vector<char>& bytes) override {
-    resizeInLargePages(bytes, size);
+  WholeRead readWhole(const path& file, std::size_t size, FileBytes& bytes) override {
+    const auto pages = std::make_shared<Pages>(size);
+    bytes = FileBytes(pages, pages->bytes());
     if (const OSStatus status = checkDataFork(file)) return {WholeRead::Step::DataFork, status};
     // A pipe that took the file's place meanwhile must not block the program.
     const FileDescriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!descriptor) return {WholeRead::Step::Open, errno};
-    return readFromStart(descriptor, bytes);
+    if (const SealedFile* const there = findSealed(descriptor, size)) {
+      pages->showForReading(there->descriptor());
+      return {WholeRead::Step::Read, noErr, size};
+    }
+    return readFromStart(descriptor, pages->bytes());
   }
+
+ private:
+  // Null when none has these bytes of the file.
+  const SealedFile* findSealed(const FileDescriptor& descriptor, std::size_t size) const {
+    struct stat info;
+    if (mSealed.empty() || ::fstat(descriptor.get(), &info) != 0) return nullptr;
+    const auto found = std::ranges::find_if(mSealed, [&](const SealedFile& each) {
+      return each.isOf(info) && size <= static_cast<std::size_t>(info.st_size);
+    });
+    return found == mSealed.end() ? nullptr : &*found;
+  }
+
+  std::vector<SealedFile> mSealed;
 };
 
 }  // namespace
 
-std::unique_ptr<Files> makePosixFiles() { return std::make_unique<PosixFiles>(); }
+std::unique_ptr<Files> makePosixFiles(std::vector<SealedFile> sealed) {
+  return std::make_unique<PosixFiles>(std::move(sealed));
+}
 
 }  // namespace platform

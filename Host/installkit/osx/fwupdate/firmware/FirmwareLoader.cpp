@@ -60,7 +60,7 @@ bool findFile(const path& directory, const std::wstring& name, path& file, std::
 }
 
 // Reads the first `size` bytes of `file`; false after logging why not, and `image` is then empty.
-bool readFile(const path& file, std::uint32_t size, std::vector<char>& image) {
+bool readFile(const path& file, std::uint32_t size, platform::FileBytes& image) {
   using Step = platform::WholeRead::Step;
   const platform::WholeRead read = platform::current().files->readWhole(file, size, image);
   if (read.status == platform::noErr && read.actual == size) return true;
@@ -100,7 +100,7 @@ unsigned int extractVersionFromImage(std::span<const char> image) {
 
 }  // namespace
 
-bool getFirmware(const std::wstring& deviceId, std::vector<char>& image,
+bool getFirmware(const std::wstring& deviceId, platform::FileBytes& image,
                  unsigned int& fileVersion) {
   static constexpr char kNoReference[] =
       "Failed to get file system reference from URL or load the firmware file.";
@@ -132,7 +132,14 @@ std::wstring chooseFirmwareFile(const std::wstring& deviceId) {
   return fileName;
 }
 
-bool loadFirmwareFile(const path& directory, const std::wstring& name, std::vector<char>& image,
+std::set<std::wstring> firmwareFileNames() {
+  if (Branding::sFirmwareSpecList.empty()) Branding::buildFirmwareSpecList();
+  std::set<std::wstring> names;
+  for (const auto& spec : Branding::sFirmwareSpecList) names.insert(spec.fileName);
+  return names;
+}
+
+bool loadFirmwareFile(const path& directory, const std::wstring& name, platform::FileBytes& image,
                       unsigned int& fileVersion) {
   path file;
   std::uint32_t size = 0;

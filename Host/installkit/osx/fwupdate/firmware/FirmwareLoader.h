@@ -4,21 +4,27 @@
 #pragma once
 
 #include <filesystem>
+#include <set>
 #include <string>
-#include <vector>
+
+#include "platform/FileBytes.h"
 
 // True when the file was chosen and read whole: `image` then holds all its bytes and `fileVersion`
 // its version, 0 when its platform ID block is malformed. False after logging the reason:
 // `fileVersion` is unchanged, `image` too or emptied.
-bool getFirmware(const std::wstring& deviceId, std::vector<char>& image, unsigned int& fileVersion);
+bool getFirmware(const std::wstring& deviceId, platform::FileBytes& image,
+                 unsigned int& fileVersion);
 
 // The same for the file `name` in `directory`, whichever printers it is for.
 bool loadFirmwareFile(const std::filesystem::path& directory, const std::wstring& name,
-                      std::vector<char>& image, unsigned int& fileVersion);
+                      platform::FileBytes& image, unsigned int& fileVersion);
 
 // The name of the file that getFirmware() would read; empty, after logging why, when there is none
 // for this printer.
 std::wstring chooseFirmwareFile(const std::wstring& deviceId);
+
+// All names that it may be.
+std::set<std::wstring> firmwareFileNames();
 
 // The version that the printer reports in FWVER; 0 when the field is absent.
 unsigned int extractVersionFromIeee1284Id(const std::wstring& deviceId);

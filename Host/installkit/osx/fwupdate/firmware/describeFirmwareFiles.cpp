@@ -2,11 +2,10 @@
 
 #include <algorithm>
 #include <fstream>
-#include <set>
 #include <span>
 #include <system_error>
 
-#include "Branding.h"
+#include "FirmwareLoader.h"
 #include "PlatformIdBlock.h"
 
 namespace {
@@ -36,11 +35,9 @@ std::string describe(const std::filesystem::path& path) {
 }  // namespace
 
 std::vector<std::string> describeFirmwareFiles(const std::filesystem::path& directory) {
-  if (Branding::sFirmwareSpecList.empty()) Branding::buildFirmwareSpecList();
-  std::set<std::filesystem::path> names;
-  for (const auto& spec : Branding::sFirmwareSpecList) names.insert(spec.fileName);
   std::vector<std::string> lines;
-  lines.reserve(names.size());
-  for (const auto& name : names) lines.push_back(name.string() + ": " + describe(directory / name));
+  for (const std::filesystem::path name : firmwareFileNames()) {
+    lines.push_back(name.string() + ": " + describe(directory / name));
+  }
   return lines;
 }

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "AsyncTask.h"
 #include "PjlAclRequestHeader.h"
+#include "platform/FileBytes.h"
 
 class StartFirmwareDownloadTask : public AsyncTask {
  public:
@@ -14,12 +14,12 @@ class StartFirmwareDownloadTask : public AsyncTask {
       : AsyncTask(transport), mDeviceId(deviceId) {}
   AsyncTaskResult operator()() override;
 
-  const std::vector<char>& image() const { return mImage; }
+  const platform::FileBytes& image() const { return mImage; }
 
  private:
   void sendFirmwareBurnCmdHeader();
 
   const std::wstring& mDeviceId;
-  std::vector<char> mImage;
+  platform::FileBytes mImage;
   PjlAclRequestHeader mHeader;
 };

@@ -2,20 +2,19 @@
 // grows with the image: 3 seconds for every 64 KiB of it, begun or just completed.
 #pragma once
 
-#include <vector>
-
 #include "AclResponse.h"
 #include "AsyncTask.h"
+#include "platform/FileBytes.h"
 
 class WaitForFirmwareBurnResponseTask : public AsyncTask {
  public:
-  WaitForFirmwareBurnResponseTask(IoTransport& transport, const std::vector<char>& image)
+  WaitForFirmwareBurnResponseTask(IoTransport& transport, const platform::FileBytes& image)
       : AsyncTask(transport), mImage(image) {}
   AsyncTaskResult operator()() override;
 
   const AclResponse& response() const { return mResponse; }
 
  private:
-  const std::vector<char>& mImage;
+  const platform::FileBytes& mImage;
   AclResponse mResponse;
 };

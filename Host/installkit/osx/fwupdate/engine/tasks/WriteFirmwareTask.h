@@ -1,16 +1,15 @@
 // Writes the firmware image behind its announcement.
 #pragma once
 
-#include <vector>
-
 #include "AsyncTask.h"
+#include "platform/FileBytes.h"
 
 class WriteFirmwareTask : public AsyncTask {
  public:
-  WriteFirmwareTask(IoTransport& transport, const std::vector<char>& image)
+  WriteFirmwareTask(IoTransport& transport, const platform::FileBytes& image)
       : AsyncTask(transport), mImage(image) {}
   AsyncTaskResult operator()() override;
 
  private:
-  const std::vector<char>& mImage;
+  const platform::FileBytes& mImage;
 };
