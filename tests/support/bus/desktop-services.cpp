@@ -4,10 +4,12 @@
 //   desktop-services system|session SERVICE[=BEHAVIOUR]...
 //
 // Services: login1, portal, screensaver, notifications. Behaviours:
-//   refuses[:WORD]  answers calls whose first argument has WORD in it, or all, with an error
+//   refuses[:WORD]  answers calls whose first argument has WORD in it, or all, with an error: to
+//                   locks without the lid, another one than to all else
 //   waits           gives what it is asked for when a line comes on standard input
 //   cancels         (portal) takes back at once what it gives
 //   plain           (notifications) knows no markup
+//   confused        (notifications) tells a number for what it knows
 //
 // One line on standard output for each event; "ready" when the names are taken. Goes on without its
 // bus, to see what is given back then, and ends with its standard input.
@@ -158,7 +160,7 @@ class Services {
       });
     } else if (isRefused(message, behaviour)) {
       say("refused " + joined(argumentsOf(message)));
-      send(dbus_message_new_error(message, DBUS_ERROR_ACCESS_DENIED, "Permission denied"));
+      send(dbus_message_new_error(message, refusalOf(message), "Permission denied"));
     } else {
       answer(message);
     }
@@ -171,6 +173,12 @@ class Services {
     return colon == std::string::npos ||
            (!arguments.empty() &&
             arguments[0].find(behaviour.substr(colon + 1)) != std::string::npos);
+  }
+
+  static const char* refusalOf(DBusMessage* call) {
+    const std::string what = joined(argumentsOf(call));
+    const bool isLesserLock = what.starts_with("sleep") && what.find("lid") == std::string::npos;
+    return isLesserLock ? DBUS_ERROR_INTERACTIVE_AUTHORIZATION_REQUIRED : DBUS_ERROR_ACCESS_DENIED;
   }
 
   void answer(DBusMessage* call) {
@@ -258,12 +266,14 @@ class Services {
   }
 
   void tellCapabilities(DBusMessage* call) {
-    const bool isPlain = mBehaviours[dbus_message_get_destination(call)] == "plain";
-    std::array<const char*, 2> capabilities{"body", "body-markup"};
+    const std::string behaviour = mBehaviours[dbus_message_get_destination(call)];
+    if (behaviour == "confused") return replyNumber(call, 2);
+    std::vector<const char*> capabilities{"body", "body-markup", "persistence"};
+    if (behaviour == "plain") capabilities.erase(capabilities.begin() + 1);
     const char** const list = capabilities.data();
     DBusMessage* const reply = dbus_message_new_method_return(call);
-    dbus_message_append_args(reply, DBUS_TYPE_ARRAY, DBUS_TYPE_STRING, &list, isPlain ? 1 : 2,
-                             DBUS_TYPE_INVALID);
+    dbus_message_append_args(reply, DBUS_TYPE_ARRAY, DBUS_TYPE_STRING, &list,
+                             static_cast<int>(capabilities.size()), DBUS_TYPE_INVALID);
     send(reply);
   }
 

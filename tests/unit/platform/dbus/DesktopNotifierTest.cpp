@@ -38,6 +38,26 @@ TEST_F(DesktopNotifierTest, ADaemonWithoutMarkupGetsNoEscapes) {
             "desktop-entry | fwupdate | -1");
 }
 
+TEST_F(DesktopNotifierTest, ADaemonThatTellsNonsenseGetsNoEscapes) {
+  offerDaemon("=confused");
+  notifier->show("R&D", "<b>R&D</b>");
+  EXPECT_EQ(news(),
+            "notification fwupdate | 0 | fwupdate | R&D | <b>R&D</b> | "
+            "desktop-entry | fwupdate | -1");
+}
+
+TEST_F(DesktopNotifierTest, ADaemonThatTakesTheOthersPlaceIsAskedAnew) {
+  offerDaemon();
+  notifier->show("R&D", "R&D");
+  EXPECT_EQ(news(),
+            "notification fwupdate | 0 | fwupdate | R&D | R&amp;D | "
+            "desktop-entry | fwupdate | -1");
+  offerDaemon("=plain");
+  notifier->show("R&D", "R&D");
+  EXPECT_EQ(news(),
+            "notification fwupdate | 0 | fwupdate | R&D | R&D | desktop-entry | fwupdate | -1");
+}
+
 TEST_F(DesktopNotifierTest, ShowsOneAfterTheOther) {
   offerDaemon();
   notifier->show("First", "");

@@ -92,6 +92,17 @@ TEST_F(IdleInhibitionTest, ADesktopThatOffersNothingIsLeftAtTheEnd) {
   }));
 }
 
+TEST_F(IdleInhibitionTest, ADownloadThatEndsAtOnceAsksNobody) {
+  offerDesktop({"portal"});
+  inhibition->begin();
+  inhibition->end();
+  runLoop.runAllLater();
+  EXPECT_EQ(runLoop.enabledWatches(), 0u);
+  inhibition->begin();
+  EXPECT_EQ(news(), "portal 12 | reason | Why.");
+  EXPECT_FALSE(services->hasNews());
+}
+
 TEST_F(IdleInhibitionTest, WithoutSessionNothingHappens) {
   sessionBus.stop();
   inhibition->begin();

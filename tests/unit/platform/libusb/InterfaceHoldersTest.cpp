@@ -129,9 +129,9 @@ TEST_F(InterfaceHoldersTest, WhatIsNoProcessIsNotLookedAt) {
 }
 
 TEST_F(InterfaceHoldersTest, ANameCannotCommandATerminal) {
-  addProcess("612", "\x1B[2J\n\xE2\x80\xAE\xFFq");
+  addProcess("612", "\x1B[2J\n\xE2\x80\xAE\xFFq\x7F~");
   EXPECT_THAT(holders(),
-              ElementsAre("The printer's interface is in use by ?[2J?????q (process 612)."));
+              ElementsAre("The printer's interface is in use by ?[2J?????q?~ (process 612)."));
 }
 
 TEST_F(InterfaceHoldersTest, ANameThatTheKernelCutComesFromTheProgramsFile) {
