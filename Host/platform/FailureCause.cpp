@@ -296,23 +296,32 @@ constexpr std::array kUsbRows{
     UsbRow{"", "", kUsbError, kConnectDirectly},
 };
 
-// A program that serves printers, and what to stop so that it stays away.
-struct Service {
-  std::string_view program;
+// A program that may be at a printer, and what to do then.
+struct KnownProgram {
+  std::string_view name;
   const char* nextStep;
 };
 
-constexpr std::array kServices{
-    Service{"ipp-usb",
-            //: What to do when the service "ipp-usb" is using a USB printer. The text in quotation
-            //: marks is a command and not translated.
-            TRANSLATABLE("FailureCause",
-                         "Stop it with the command “systemctl stop ipp-usb”, then try again.")},
-    Service{"cupsd",
-            //: What to do when the service "cups" is using a USB printer. The text in quotation
-            //: marks is a command and not translated.
-            TRANSLATABLE("FailureCause",
-                         "Stop it with the command “systemctl stop cups”, then try again.")},
+//: What to do when another program of this computer is updating the same printer.
+constexpr char kWaitForItsEnd[] =
+    TRANSLATABLE("FailureCause", "Wait until it has finished, then try again.");
+
+// Whoever closed one of this product's would leave the printer without firmware. A service is to
+// stay away.
+constexpr std::array kKnownPrograms{
+    KnownProgram{"fwupdate", kWaitForItsEnd},
+    KnownProgram{"fwupdatectl", kWaitForItsEnd},
+    KnownProgram{
+        "ipp-usb",
+        //: What to do when the service "ipp-usb" is using a USB printer. The text in quotation
+        //: marks is a command and not translated.
+        TRANSLATABLE("FailureCause",
+                     "Stop it with the command “systemctl stop ipp-usb”, then try again.")},
+    KnownProgram{"cupsd",
+                 //: What to do when the service "cups" is using a USB printer. The text in
+                 //: quotation marks is a command and not translated.
+                 TRANSLATABLE("FailureCause",
+                              "Stop it with the command “systemctl stop cups”, then try again.")},
 };
 
 std::string_view withoutIntroduction(std::string_view text) {
@@ -339,8 +348,8 @@ FailureCause heldBy(std::string_view holder) {
       //: What to do when a program is using the USB connection. %1 is its name.
       TRANSLATABLE("FailureCause", "Close %1, then try again."), std::string(program)};
   held.isInUse = true;
-  for (const Service& service : kServices) {
-    if (program == service.program) held.nextStep = service.nextStep;
+  for (const KnownProgram& known : kKnownPrograms) {
+    if (program == known.name) held.nextStep = known.nextStep;
   }
   return held;
 }
@@ -372,14 +381,11 @@ std::optional<FailureCause> lockHolderIn(std::string_view text) {
   if (!text.starts_with(kHeld)) return std::nullopt;
   text.remove_prefix(kHeld.size());
   if (text.ends_with('.')) text.remove_suffix(1);
-  FailureCause held{
-      nullptr,
-      //: Why a download failed. %1 is the name of a program and the number of its process, for
-      //: example "fwupdate (812)".
-      TRANSLATABLE("FailureCause", "The program %1 is using this printer."),
-      //: What to do when another program of this computer is updating the same printer.
-      TRANSLATABLE("FailureCause", "Wait until it has finished, then try again."),
-      std::string(text)};
+  FailureCause held{nullptr,
+                    //: Why a download failed. %1 is the name of a program and the number of its
+                    //: process, for example "fwupdate (812)".
+                    TRANSLATABLE("FailureCause", "The program %1 is using this printer."),
+                    kWaitForItsEnd, std::string(text)};
   held.isInUse = true;
   const std::size_t process = held.subject.rfind(kProcess);
   if (process == std::string::npos) {

@@ -160,6 +160,83 @@ TEST_F(FwupdatectlOnUsb, WithoutARightOnTheDeviceItIsListedAndNotUpdated) {
   EXPECT_THAT(printer.receivedMessages(), IsEmpty());
 }
 
+// However long the second one takes to find that out: the first one's download stands still.
+TEST_F(FwupdatectlOnUsb, SecondRunOfTheToolSaysThatTheFirstIsAtIt) {
+  const UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  awaitPrinter();
+  const auto first = start(kUpdateBySerial);
+  first->readUntil(kLabel + "asking for its version");
+  waitUntil([&] { return printer.count("fault") == 1; }, "it is not asked");
+  ASSERT_EQ(kill(downloadOf(*first), SIGSTOP), 0);
+  const std::string inUse =
+      "The program fwupdatectl is using the printer’s USB connection. Wait until it has finished, "
+      "then try again.\n";
+  const Outcome second = tool(kUpdateBySerial);
+  EXPECT_EQ(second.status, 1);
+  EXPECT_EQ(second.errors, kLabel + "failed: " + inUse);
+  const Outcome question = tool("list --versions --wait 0.2 --timeout 60 --verbose");
+  EXPECT_EQ(question.status, 1);
+  EXPECT_EQ(question.output, "Veltra KX350T\tUSB\tVP000001\t?\t?\n");
+  EXPECT_THAT(question.errors, testing::EndsWith(kLabel + inUse));
+  EXPECT_EQ(kernelDriver(), "usbfs");
+  first->signal(SIGTERM);
+  first->signal(SIGINT);
+  first->readUntil("status 130");
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+// Restarts. -------------------------------------------------------------------------------------
+
+TEST_F(FwupdatectlOnUsb, PrinterThatIsBackIsAskedForItsVersion) {
+  const UsbPrinterProcess printer({"--burn-seconds", "0.2", "--return-seconds", "1"});
+  awaitPrinter();
+  const Outcome outcome = tool("update --verify --serial VP000001");
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.errors, "");
+  const auto lines = linesOf(outcome.output);
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines.at(lines.size() - 2), kLabel + "waiting until it is back");
+  EXPECT_EQ(lines.back(), kLabel + "now runs version 200 (was 100)");
+  awaitPrinter();
+  expectBurned(printer);
+}
+
+TEST_F(FwupdatectlOnUsb, PrinterThatIsBackWithItsOldFirmwareHasFailed) {
+  const UsbPrinterProcess printer(
+      {"--burn-seconds", "0.2", "--return-seconds", "1", "--fault", "forget-burn"});
+  awaitPrinter();
+  const Outcome outcome = tool("update --verify --quiet --serial VP000001");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, kLabel +
+                                "failed: The printer came back with version 100. Switch the "
+                                "printer off and on, then try again.\n");
+  awaitPrinter();
+}
+
+TEST_F(FwupdatectlOnUsb, PrinterThatStaysAwayHasFailed) {
+  const UsbPrinterProcess printer({"--burn-seconds", "0.2", "--return-seconds", "1000"});
+  awaitPrinter();
+  const Outcome outcome = tool("update --verify --verify-wait 4 --quiet --serial VP000001");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors, kLabel +
+                                "failed: The printer did not come back within 4 s. Check that the "
+                                "printer is switched on and connected, then update it again.\n");
+}
+
+// Limits. ---------------------------------------------------------------------------------------
+
+TEST_F(FwupdatectlOnUsb, PrinterThatIsGivenUpIsGivenBack) {
+  const UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  awaitPrinter();
+  const Outcome outcome = tool("update --timeout 8 --quiet --serial VP000001");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            kLabel +
+                "failed: The printer did not answer within 8 s. Check that the printer is switched "
+                "on, connected and not printing, then try again.\n");
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
 // Unplugging. -----------------------------------------------------------------------------------
 
 TEST_F(FwupdatectlOnUsb, UnpluggedDuringASendFailsAndIsUpdatedOnceItIsBack) {
@@ -221,6 +298,33 @@ TEST_F(FwupdatectlOnUsb, SecondInterruptGivesThePrinterBackAtOnce) {
                   "its memory.");
   tool->readUntil("status 130");
   EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+TEST_F(FwupdatectlOnUsb, ClosedTerminalAndTerminationGiveThePrinterBack) {
+  const UsbPrinterProcess printer({"--burn-seconds", "60"});
+  awaitPrinter();
+  const auto tool = startToBurn();
+  tool->signal(SIGHUP);
+  tool->signal(SIGTERM);
+  tool->readUntil(kLabel +
+                  "failed: Interrupted. What the printer has received, it may still be writing to "
+                  "its memory.");
+  tool->readUntil("status 130");
+  EXPECT_EQ(kernelDriver(), "usblp");
+}
+
+// Nobody is left who could let it go on.
+TEST_F(FwupdatectlOnUsb, StoppedDownloadOfAKilledToolGivesThePrinterBack) {
+  const UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  awaitPrinter();
+  const auto tool = start(kUpdateBySerial);
+  tool->readUntil(kLabel + "asking for its version");
+  waitUntil([&] { return printer.count("fault") == 1; }, "it is not asked");
+  ASSERT_EQ(kill(downloadOf(*tool), SIGSTOP), 0);
+  EXPECT_EQ(kernelDriver(), "usbfs");
+  tool->signal(SIGKILL);
+  tool->readUntil("status 137");
+  awaitPrinter();
 }
 
 TEST_F(FwupdatectlOnUsb, KilledToolLetsTheBurnEnd) {

@@ -138,6 +138,10 @@ TEST(FailureCause, HolderIsNamed) {
   EXPECT_STREQ(heldBy("cupsd (process 1)").nextStep,
                "Stop it with the command “systemctl stop cups”, then try again.");
   EXPECT_EQ(heldBy("cupsd (process 1)", 5).subject, "cupsd");
+  EXPECT_STREQ(heldBy("fwupdate (process 812)").nextStep,
+               "Wait until it has finished, then try again.");
+  EXPECT_STREQ(heldBy("fwupdatectl (process 812)").nextStep,
+               "Wait until it has finished, then try again.");
   const FailureCause other = heldBy("a (process 3) tool (process 41)");
   EXPECT_STREQ(other.nextStep, "Close %1, then try again.");
   EXPECT_EQ(other.subject, "a (process 3) tool");
