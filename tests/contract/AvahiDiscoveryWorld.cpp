@@ -1,11 +1,14 @@
-// The real thing on a private network of two links, with printers on the other machine.
+// The real thing on a private network of two links, with printers on the other machine, and on the
+// run loops of the two programs.
 #include <gmock/gmock.h>
 
 #include <map>
+#include <memory>
+#include <utility>
 
 #include "Announcement.h"
-#include "PollRunLoop.h"
 #include "PrivateNetwork.h"
+#include "RunLoopWorld.h"
 #include "ServiceDiscoveryContract.h"
 #include "platform/avahi/AvahiServiceDiscovery.h"
 
@@ -13,6 +16,8 @@ namespace {
 
 class AvahiDiscoveryWorld : public DiscoveryWorld {
  public:
+  explicit AvahiDiscoveryWorld(std::unique_ptr<RunLoopWorld> loop) : mLoop(std::move(loop)) {}
+
   platform::ServiceDiscovery& discovery() override { return *mDiscovery; }
 
   // A name that is announced a second time has to be free first.
@@ -29,9 +34,9 @@ class AvahiDiscoveryWorld : public DiscoveryWorld {
 
   void withdraw(const std::string& name) override { mAnnouncements.erase(name); }
 
-  bool runUntil(const std::function<bool()>& done) override { return mRunLoop.runUntil(done); }
+  bool runUntil(const std::function<bool()>& done) override { return mLoop->runUntil(done); }
 
-  void runFor(std::chrono::milliseconds time) override { mRunLoop.runFor(time); }
+  void runFor(std::chrono::milliseconds time) override { mLoop->runFor(time); }
 
  private:
   static std::string escaped(const std::string& bytes) {
@@ -44,31 +49,34 @@ class AvahiDiscoveryWorld : public DiscoveryWorld {
     return text;
   }
 
-  PollRunLoop mRunLoop;
+  std::unique_ptr<RunLoopWorld> mLoop;
   std::unique_ptr<platform::ServiceDiscovery> mDiscovery =
-      platform::makeAvahiServiceDiscovery(mRunLoop);
+      platform::makeAvahiServiceDiscovery(mLoop->runLoop());
   std::map<std::string, std::unique_ptr<Announcement>> mAnnouncements;
 };
 
-// The network has a bus, and nobody on it.
-std::unique_ptr<DiscoveryWorld> makeInProcessWorld() {
-  return std::make_unique<AvahiDiscoveryWorld>();
-}
-
 class DaemonWorld : public AvahiDiscoveryWorld {
  public:
-  DaemonWorld() { privatenetwork::startDaemon({"[publish]", "disable-publishing=yes"}); }
+  explicit DaemonWorld(std::unique_ptr<RunLoopWorld> loop) : AvahiDiscoveryWorld(std::move(loop)) {
+    privatenetwork::startDaemon({"[publish]", "disable-publishing=yes"});
+  }
   ~DaemonWorld() override { privatenetwork::stopDaemon(); }
   DaemonWorld(const DaemonWorld&) = delete;
   DaemonWorld& operator=(const DaemonWorld&) = delete;
 };
 
-std::unique_ptr<DiscoveryWorld> makeDaemonWorld() { return std::make_unique<DaemonWorld>(); }
-
 }  // namespace
 
 std::vector<DiscoveryImplementation> discoveryImplementations() {
-  return {{"Daemon", makeDaemonWorld}, {"InProcess", makeInProcessWorld}};
+  std::vector<DiscoveryImplementation> all;
+  for (const RunLoopImplementation& loop : productRunLoops()) {
+    all.push_back({"DaemonOn" + loop.name,
+                   [make = loop.make] { return std::make_unique<DaemonWorld>(make()); }});
+    // The network has a bus, and nobody on it.
+    all.push_back({"InProcessOn" + loop.name,
+                   [make = loop.make] { return std::make_unique<AvahiDiscoveryWorld>(make()); }});
+  }
+  return all;
 }
 
 int main(int argc, char** argv) {

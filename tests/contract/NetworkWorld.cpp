@@ -3,13 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <chrono>
-#include <optional>
+#include <memory>
 
 #include "FakeNetwork.h"
 #include "FakeRunLoop.h"
-#include "PosixPrinter.h"
-#include "platform/posix/PosixNetwork.h"
+#include "PosixNetworkWorld.h"
 
 namespace {
 
@@ -19,14 +17,13 @@ using Bytes = std::vector<std::uint8_t>;
 // Enough turns for anything that comes to rest at all.
 constexpr int kManyTurns = 1000;
 
-class PosixNetworkWorld : public NetworkWorld {
- public:
-  platform::Network& network() override { return *mNetwork; }
+struct HandTurned {
+  FakeRunLoop mLoop;
+};
 
-  Data printerAddress(bool listening) override {
-    mPrinter.emplace(listening);
-    return mPrinter->address();
-  }
+class PosixOnFakeLoop : private HandTurned, public PosixNetworkWorld {
+ public:
+  PosixOnFakeLoop() : PosixNetworkWorld(mLoop) {}
 
   bool settle() override {
     for (int turn = 0; turn < kManyTurns; ++turn) {
@@ -34,26 +31,6 @@ class PosixNetworkWorld : public NetworkWorld {
     }
     return false;
   }
-
-  void printerSends(const Bytes& bytes) override { connected().sends(bytes); }
-  void printerCloses() override { connected().closes(); }
-  Bytes printerReceives(std::size_t size) override { return connected().receives(size); }
-  void breakConnection() override {
-    connected().resets();
-    EXPECT_TRUE(settle());
-  }
-
- private:
-  PosixPrinter& connected() {
-    if (!mAccepted) mPrinter->accept();
-    mAccepted = true;
-    return *mPrinter;
-  }
-
-  FakeRunLoop mLoop;
-  std::unique_ptr<platform::Network> mNetwork = platform::makePosixNetwork(mLoop);
-  std::optional<PosixPrinter> mPrinter;
-  bool mAccepted = false;
 };
 
 class FakeNetworkWorld : public NetworkWorld {
@@ -98,10 +75,7 @@ class FakeNetworkWorld : public NetworkWorld {
 
 }  // namespace
 
-std::unique_ptr<NetworkWorld> makePosixNetworkWorld() {
-  return std::make_unique<PosixNetworkWorld>();
-}
-
-std::unique_ptr<NetworkWorld> makeFakeNetworkWorld() {
-  return std::make_unique<FakeNetworkWorld>();
+std::vector<NetworkImplementation> networkImplementations() {
+  return {{"posix", [] { return std::make_unique<PosixOnFakeLoop>(); }},
+          {"fake", [] { return std::make_unique<FakeNetworkWorld>(); }}};
 }

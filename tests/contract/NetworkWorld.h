@@ -6,7 +6,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -34,8 +36,18 @@ class NetworkWorld {
   virtual void breakConnection() = 0;
 };
 
-std::unique_ptr<NetworkWorld> makePosixNetworkWorld();
-std::unique_ptr<NetworkWorld> makeFakeNetworkWorld();
+// The tests are built into two programs: one for the host's network and the double, turned by hand,
+// and one for the host's on the loops of the programs.
+struct NetworkImplementation {
+  std::string name;
+  std::function<std::unique_ptr<NetworkWorld>()> make;
+};
+
+inline void PrintTo(const NetworkImplementation& implementation, std::ostream* out) {
+  *out << implementation.name;
+}
+
+std::vector<NetworkImplementation> networkImplementations();
 
 // Loopback delivers at once, but for a busy machine.
 inline constexpr std::chrono::milliseconds kQuietTime(50);

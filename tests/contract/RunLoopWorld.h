@@ -1,8 +1,9 @@
-// A run loop and the time that passes on it, for tests that hold for every implementation: Qt's,
-// the one on poll(2) and the one that is turned by hand.
+// A run loop and the time that passes on it, for tests that hold for every implementation: those of
+// the two programs, Qt's and systemd's, the one on poll(2) and the one that is turned by hand.
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -18,6 +19,9 @@ class RunLoopWorld {
 
   // Lets everything happen that is due within `time`.
   virtual void runFor(std::chrono::milliseconds time) = 0;
+
+  // False when `done` does not hold within 20 seconds.
+  bool runUntil(const std::function<bool()>& done);
 };
 
 struct RunLoopImplementation {
@@ -30,3 +34,6 @@ inline void PrintTo(const RunLoopImplementation& implementation, std::ostream* o
 }
 
 std::vector<RunLoopImplementation> runLoopImplementations();
+
+// Those of them that the programs have.
+std::vector<RunLoopImplementation> productRunLoops();

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -14,7 +15,7 @@
 
 struct DiscoveryImplementation {
   std::string name;
-  std::unique_ptr<DiscoveryWorld> (*make)();
+  std::function<std::unique_ptr<DiscoveryWorld>()> make;
 };
 
 std::vector<DiscoveryImplementation> discoveryImplementations();

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -15,7 +16,7 @@
 
 struct UsbImplementation {
   std::string name;
-  std::unique_ptr<UsbWorld> (*make)();
+  std::function<std::unique_ptr<UsbWorld>()> make;
 };
 
 std::vector<UsbImplementation> usbImplementations();

@@ -1,12 +1,15 @@
-// The registry on libusb, on the kernel's bus, with printers that are processes of their own.
+// The registry on libusb, on the kernel's bus and the run loops of the two programs, with printers
+// that are processes of their own.
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <map>
+#include <memory>
+#include <utility>
 
 #include "OtherProgram.h"
-#include "PollRunLoop.h"
+#include "RunLoopWorld.h"
 #include "UsbContract.h"
 #include "UsbPrinterProcess.h"
 #include "UsbSysfs.h"
@@ -40,8 +43,10 @@ std::vector<std::string> optionsFor(const PrinterOnUsb& printer) {
 
 class VirtualPrinterWorld : public UsbWorld {
  public:
+  explicit VirtualPrinterWorld(std::unique_ptr<RunLoopWorld> loop) : mLoop(std::move(loop)) {}
+
   platform::UsbRegistry& registry() override { return *mRegistry; }
-  platform::RunLoop& runLoop() override { return mLoop; }
+  platform::RunLoop& runLoop() override { return mLoop->runLoop(); }
 
   void plugIn(const PrinterOnUsb& printer) override {
     mPrinters[printer.serial] = std::make_unique<UsbPrinterProcess>(optionsFor(printer));
@@ -72,8 +77,8 @@ class VirtualPrinterWorld : public UsbWorld {
           "the printer receives nothing");
   }
 
-  bool runUntil(const std::function<bool()>& done) override { return mLoop.runUntil(done); }
-  void runFor(std::chrono::milliseconds time) override { mLoop.runFor(time); }
+  bool runUntil(const std::function<bool()>& done) override { return mLoop->runUntil(done); }
+  void runFor(std::chrono::milliseconds time) override { mLoop->runFor(time); }
 
  private:
   // Without turning the run loop.
@@ -85,8 +90,8 @@ class VirtualPrinterWorld : public UsbWorld {
     }
   }
 
-  PollRunLoop mLoop;
-  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(mLoop);
+  std::unique_ptr<RunLoopWorld> mLoop;
+  std::unique_ptr<platform::UsbRegistry> mRegistry = platform::makeLibusbRegistry(mLoop->runLoop());
   std::map<std::string, std::unique_ptr<UsbPrinterProcess>> mPrinters;
   std::map<std::string, std::unique_ptr<OtherProgram>> mOthers;
 };
@@ -94,5 +99,10 @@ class VirtualPrinterWorld : public UsbWorld {
 }  // namespace
 
 std::vector<UsbImplementation> usbImplementations() {
-  return {{"Libusb", [] { return std::unique_ptr<UsbWorld>(new VirtualPrinterWorld); }}};
+  std::vector<UsbImplementation> all;
+  for (const RunLoopImplementation& loop : productRunLoops()) {
+    all.push_back({"LibusbOn" + loop.name,
+                   [make = loop.make] { return std::make_unique<VirtualPrinterWorld>(make()); }});
+  }
+  return all;
 }

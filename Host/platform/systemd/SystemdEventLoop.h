@@ -19,10 +19,9 @@ class SystemdEventLoop {
   // Returns when quit() has been called; at once where it was called before.
   void run();
 
+  // Nothing of the program is called between this and the return of run(), which lets one callback
+  // run after the other.
   void quit() { mQuit = true; }
-
-  // True from quit() to the return of run(): nothing of the program is called then.
-  bool isEnding() const { return mQuit; }
 
   template <typename Callback>
   void guard(Callback&& callback) noexcept {

@@ -30,7 +30,7 @@ class Source {
  public:
   Source(SystemdEventLoop& loop, Callback callback)
       : mLoop(loop), mCallback(std::make_shared<const Callback>(std::move(callback))) {}
-  ~Source() { sd_event_source_disable_unref(mSource); }
+  ~Source() { sd_event_source_unref(mSource); }
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
 
@@ -39,7 +39,7 @@ class Source {
   void call() const {
     const auto callback = mCallback;
     SystemdEventLoop& loop = mLoop;
-    if (!loop.isEnding()) loop.guard(*callback);
+    loop.guard(*callback);
   }
 
  private:
