@@ -29,35 +29,38 @@ void UpdateRun::start(std::function<void()> done) {
 }
 
 void UpdateRun::startJobs() {
-  while (!mWaiting.empty() && mJobs.size() < mSettings.jobs) {
-    const Target next = std::move(mWaiting.front());
+  while (!mWaiting.empty() && mJobs.size() < mSettings.jobs && startJob(mWaiting.front())) {
     mWaiting.pop_front();
-    startJob(next);
   }
   if (mWaiting.empty() && mJobs.empty()) mDone();
 }
 
-void UpdateRun::startJob(const Target& target) {
+bool UpdateRun::startJob(const Target& target) {
   const std::size_t number = ++mLastNumber;
   Job& job = mJobs[number];
   job.target = target;
-  mReport.began(target);
   try {
+    if (mSettings.timeout) {
+      job.limit = std::make_unique<DownloadLimit>(mRunLoop, *mSettings.timeout,
+                                                  [&job] { job.process->terminate(); });
+    }
     job.process = std::make_unique<WorkerProcess>(
         mRunLoop, target, WorkerProcess::Work::Update, mSettings.images,
         WorkerProcess::Listener{
             [this, &job](const nlohmann::ordered_json& event) { told(job, event); },
             [this, &job](const std::string& line) { logged(job, line); },
             [this, number](int status) { ended(number, status); }});
-    if (mSettings.timeout) {
-      job.limit = std::make_unique<DownloadLimit>(mRunLoop, *mSettings.timeout,
-                                                  [&job] { job.process->terminate(); });
-    }
+    mReport.began(target);
   } catch (const std::system_error& error) {
-    job.result.cause = error.what();
-    mReport.ended(target, job.result);
     mJobs.erase(number);
+    if (!mJobs.empty()) {
+      mSettings.jobs = mJobs.size();
+      return false;
+    }
+    mReport.began(target);
+    mReport.ended(target, {.cause = error.what()});
   }
+  return true;
 }
 
 void UpdateRun::told(Job& job, const nlohmann::ordered_json& event) {

@@ -55,7 +55,8 @@ class UpdateRun {
   };
 
   void startJobs();
-  void startJob(const Target& target);
+  // False where the host cannot start it as long as those run that there are.
+  bool startJob(const Target& target);
   void told(Job& job, const nlohmann::ordered_json& event);
   void logged(Job& job, const std::string& line);
   void ended(std::size_t number, int status);

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "JsonLines.h"
+#include "openFiles.h"
 
 using nlohmann::ordered_json;
 
@@ -100,17 +101,34 @@ WorkerProcess::WorkerProcess(platform::RunLoop& runLoop, const Target& target, W
     : mRunLoop(runLoop),
       mListener(std::move(listener)),
       mProcess(spawn(orderOf(target, work, images), mEvents, mLog, images)) {
-  mEvents.startReading(runLoop, [this] { readEvents(); });
-  mLog.startReading(runLoop, [this] { readLog(); });
+  giveBackOpenFiles(mProcess);
+  try {
+    watchProcess();
+  } catch (...) {
+    // Nobody would hear of what it does.
+    kill(mProcess, SIGKILL);
+    waitpid(mProcess, nullptr, 0);
+    closeDescriptor();
+    throw;
+  }
+}
+
+void WorkerProcess::watchProcess() {
+  mEvents.startReading(mRunLoop, [this] { readEvents(); });
+  mLog.startReading(mRunLoop, [this] { readLog(); });
   mProcessDescriptor = static_cast<int>(syscall(SYS_pidfd_open, mProcess, 0));
   if (mProcessDescriptor < 0) check(errno);
-  mProcessWatch = runLoop.watch(mProcessDescriptor, platform::RunLoop::Interest::Readable,
-                                [this] { processEnded(); });
+  mProcessWatch = mRunLoop.watch(mProcessDescriptor, platform::RunLoop::Interest::Readable,
+                                 [this] { processEnded(); });
+}
+
+void WorkerProcess::closeDescriptor() {
+  if (mProcessDescriptor >= 0) close(std::exchange(mProcessDescriptor, -1));
 }
 
 WorkerProcess::~WorkerProcess() {
   mProcessWatch.reset();
-  if (mProcessDescriptor >= 0) close(mProcessDescriptor);
+  closeDescriptor();
 }
 
 void WorkerProcess::terminate() {

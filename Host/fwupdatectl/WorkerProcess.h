@@ -39,6 +39,8 @@ class WorkerProcess {
   void terminate();
 
  private:
+  void watchProcess();
+  void closeDescriptor();
   void readEvents();
   void readLog();
   void processEnded();

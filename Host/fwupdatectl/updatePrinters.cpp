@@ -24,6 +24,7 @@
 #include "failure.h"
 #include "giveBackPrinters.h"
 #include "legibleText.h"
+#include "openFiles.h"
 #include "sealFirmware.h"
 
 namespace {
@@ -256,7 +257,7 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
     directory =
         std::make_unique<PrinterDirectory>(host, [](PrinterDirectory::Change, const Target&) {});
   }
-  UpdateRun::Settings settings{.jobs = options.jobs};
+  UpdateRun::Settings settings{.jobs = std::min(options.jobs, allowManyOpenFiles())};
   if (printers.size() > 1) settings.images = sealFirmware();
   if (options.timeout.count() > 0) settings.timeout = options.timeout;
   if (options.verify) settings.returnWait = options.returnWait;
