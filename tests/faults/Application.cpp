@@ -41,10 +41,6 @@ Application::Application(const std::string& resources, platform::Files* files)
       mToolkit([this](const platform::EventTarget& target, const platform::Event& event) {
         return mEvents.send(target, event);
       }),
-      mObserver([this](const std::string& call) {
-        if (call.starts_with("began ")) ++mWatched;
-        if (call.starts_with("ended ")) --mWatched;
-      }),
       mLog(surfaces(files)),
       mStatuses(platform::makePosixStatusTable()),
       mWithStatuses(withStatuses()) {
@@ -66,7 +62,7 @@ platform::Platform Application::surfaces(platform::Files* files) {
   surfaces.usb = &mUsb;
   surfaces.toolkit = &mToolkit;
   surfaces.deviceLocks = mLocks.get();
-  surfaces.downloadObserver = &mObserver;
+  surfaces.downloadObserver = &mUnended;
   return surfaces;
 }
 
@@ -103,9 +99,11 @@ void Application::announce(const std::string& name, std::uint16_t port) {
 }
 
 void Application::settle() {
-  do {
-    mLoop.runAllLater();
-  } while (mEvents.deliverNext());
+  mAround([this] {
+    do {
+      mLoop.runAllLater();
+    } while (mEvents.deliverNext());
+  });
 }
 
 bool Application::select(unsigned row) {
@@ -136,8 +134,12 @@ bool Application::chooseDownload() { return mToolkit.screen().chooseMenuItem("Do
 bool Application::chooseQuit() { return mToolkit.screen().chooseMenuItem(platform::kQuitCommand); }
 
 bool Application::download() {
-  if (!pressDownload()) return false;
-  return !mToolkit.screen().isVisible("ConfirmDownloadSheet") || pressYes();
+  bool isStarted = false;
+  mAround([&] {
+    isStarted =
+        pressDownload() && (!mToolkit.screen().isVisible("ConfirmDownloadSheet") || pressYes());
+  });
+  return isStarted;
 }
 
 std::string Application::onScreen() {
@@ -172,5 +174,5 @@ std::string Application::outcome() const {
 
 std::string Application::held() const {
   return std::to_string(mLoop.enabledWatches()) + " watches, " + std::to_string(mLoop.timers()) +
-         " timers, " + std::to_string(mWatched) + " updates";
+         " timers, " + std::to_string(mUnended.count()) + " updates";
 }

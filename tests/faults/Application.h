@@ -17,12 +17,28 @@
 #include "FakeToolkit.h"
 #include "FakeUsbRegistry.h"
 #include "LogRecorder.h"
-#include "RecordingObserver.h"
 #include "platform/DeviceLocks.h"
+#include "platform/DownloadObserver.h"
 #include "platform/Files.h"
 #include "platform/Network.h"
 #include "platform/Platform.h"
 #include "platform/Status.h"
+
+// Counts the updates that have begun and not ended, as an observer is told. Takes no memory.
+class UnendedUpdates final : public platform::DownloadObserver {
+ public:
+  int count() const { return mCount; }
+
+  void downloadBegan(const platform::Text&, const platform::Text&) noexcept override { ++mCount; }
+  void phaseBegan(platform::DownloadPhase, std::chrono::milliseconds) noexcept override {}
+  void versionsKnown(unsigned int, unsigned int) noexcept override {}
+  void bytesHandedOver(std::size_t, std::size_t) noexcept override {}
+  void errorLogged(const std::string&) noexcept override {}
+  void downloadEnded(platform::DownloadOutcome) noexcept override { --mCount; }
+
+ private:
+  int mCount = 0;
+};
 
 class Application {
  public:
@@ -56,6 +72,11 @@ class Application {
   // Those in brackets take no input.
   std::string onScreen();
 
+  // Everything that the program does from now on is done inside `around`, which calls what it is
+  // given; what the test does is not.
+  using Body = std::function<void()>;
+  void setAround(std::function<void(const Body&)> around) { mAround = std::move(around); }
+
   // Lets the program do what there is to do at once.
   void settle();
   // Lets it do what there is to do until then; false when it takes too long.
@@ -87,10 +108,9 @@ class Application {
   FakeServiceDiscovery mServices;
   FakeUsbRegistry mUsb;
   FakeToolkit mToolkit;
-  int mWatched = 0;  // updates begun and not ended, as an observer sees it
-  RecordingObserver mObserver;
+  UnendedUpdates mUnended;
   LogRecorder mLog;
   std::unique_ptr<platform::StatusTable> mStatuses;
   platform::PlatformScope mWithStatuses;
-  std::function<void()> mUser;
+  std::function<void(const Body&)> mAround = [](const Body& body) { body(); };
 };

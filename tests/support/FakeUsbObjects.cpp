@@ -261,9 +261,10 @@ IOReturn FakeUsbInterfaceObject::start(const std::string& call, const FakeUsbTra
   const auto transfer = std::make_shared<FakeUsbTransfer>(started);
   transfer->noDataTimeout = noDataTimeout;
   transfer->completionTimeout = completionTimeout;
+  // Last comes what makes it one of those under way: where memory ends before, there is none.
+  limitTime(transfer, shorter(noDataTimeout, completionTimeout));
   mStarted.push_back(transfer);
   mRegistry.mTransfers.push_back(transfer);
-  limitTime(transfer, shorter(noDataTimeout, completionTimeout));
   if (mEntry->stalledPipes.contains(started.pipe)) {
     mRegistry.end(transfer, platform::kIOUSBPipeStalled, 0);
   }

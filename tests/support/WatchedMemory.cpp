@@ -2,17 +2,19 @@
 
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
 bool sFailing = false;
+bool sMayFail = true;
 std::size_t sSuccessesBeforeFailure = 0;
 
 const void* sWatchedBlock = nullptr;
 bool sWatchedBlockIsFreed = false;
 
 bool isToFail() {
-  if (!sFailing || sSuccessesBeforeFailure-- > 0) return false;
+  if (!sFailing || !sMayFail || sSuccessesBeforeFailure-- > 0) return false;
   sFailing = false;
   return true;
 }
@@ -27,6 +29,10 @@ FailingAllocation::FailingAllocation(std::size_t successes) {
 FailingAllocation::~FailingAllocation() { sFailing = false; }
 
 bool FailingAllocation::hasFailed() const { return !sFailing; }
+
+AllocationsMayFail::AllocationsMayFail(bool may) : mBefore(std::exchange(sMayFail, may)) {}
+
+AllocationsMayFail::~AllocationsMayFail() { sMayFail = mBefore; }
 
 WatchedBlock::WatchedBlock(const void* block) {
   sWatchedBlock = block;

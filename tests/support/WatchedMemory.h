@@ -16,6 +16,19 @@ class FailingAllocation {
   bool hasFailed() const;
 };
 
+// While one lives, allocations may fail and count, or do neither. The innermost one decides; where
+// there is none, they may.
+class AllocationsMayFail {
+ public:
+  explicit AllocationsMayFail(bool may);
+  ~AllocationsMayFail();
+  AllocationsMayFail(const AllocationsMayFail&) = delete;
+  AllocationsMayFail& operator=(const AllocationsMayFail&) = delete;
+
+ private:
+  bool mBefore;
+};
+
 // Notices when the block that begins at that address is freed. One at a time.
 class WatchedBlock {
  public:
