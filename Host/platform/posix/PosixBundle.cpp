@@ -40,6 +40,7 @@ class PosixBundle : public Bundle {
 // The kernel tells a program by which file it was started also where /proc may not be read.
 std::unique_ptr<Bundle> makePosixBundle() {
   std::error_code ignored;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): as the call has it
   const auto* const file = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
   return makePosixBundle(std::filesystem::canonical(file, ignored));
 }
