@@ -84,8 +84,8 @@ void DesktopTest::launch(const path& executable, const ChildProcess::Environment
     all.insert(all.end(), added.begin(), added.end());
   }
   all.emplace_back("LSAN_OPTIONS", "print_suppressions=0:suppressions=" KNOWN_LEAKS);
-  all.insert(all.end(), environment.begin(), environment.end());
   all.emplace_back("LC_ALL", "C.UTF-8");
+  all.insert(all.end(), environment.begin(), environment.end());
   mProgram = std::make_unique<ChildProcess>(std::vector<std::string>{executable.string(), "-e"},
                                             mOutput / "program.log", all);
 }

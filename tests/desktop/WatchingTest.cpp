@@ -60,6 +60,28 @@ TEST_F(Watching, AScreenReaderHearsOfEachStepAndOfTheEnd) {
     EXPECT_TRUE(heard(text)) << text << ": " << testing::PrintToString(reader.alerts());
   }
   EXPECT_THAT(reader.values(), testing::AllOf(testing::Ge(2u), testing::Le(20u)));
+  // One for each step, although the bar is refreshed four times a second.
+  EXPECT_THAT(reader.descriptions(), testing::AllOf(testing::Ge(2u), testing::Le(8u)));
+}
+
+// Mostly within a minute; times have no seconds there, so that both lines are the same.
+TEST_F(Watching, SecondUpdateOfAPrinterIsHeardLikeTheFirst) {
+  startProgram({{"LC_ALL", "en_US.UTF-8"}});
+  desktop::ScreenReader reader;
+  for (std::ptrdiff_t update = 1; update <= 2; ++update) {
+    const auto printer = startPrinter("Office");
+    startUpdate("Office");
+    const auto heard = [&] {
+      return std::ranges::count_if(reader.alerts(), [](const std::string& alert) {
+        return alert.find(" was updated to version 200 at ") != std::string::npos;
+      });
+    };
+    EXPECT_TRUE(desktop::waitUntil([&] { return heard() == update; }, std::chrono::seconds(20)))
+        << testing::PrintToString(reader.alerts());
+    EXPECT_TRUE(waitUntilGone("progress bar", "Download in progress"));
+    printer->stop();
+    EXPECT_TRUE(waitUntilGone("table cell", "Office"));
+  }
 }
 
 // The time that the printer has grows with the image: 3 seconds for a small one.

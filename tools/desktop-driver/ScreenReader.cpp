@@ -11,7 +11,8 @@ namespace desktop {
 namespace {
 
 constexpr std::array kEvents{"object:state-changed:showing",
-                             "object:property-change:accessible-value"};
+                             "object:property-change:accessible-value",
+                             "object:property-change:accessible-description"};
 
 void hearWhatHasCome() {
   while (g_main_context_iteration(nullptr, FALSE)) {
@@ -27,7 +28,8 @@ struct ScreenReader::Heard {
     g_object_ref(event->source);
     const Node source({event->source, g_object_unref});
     if (type.starts_with("object:property-change")) {
-      self.mValues += source.role() == "progress bar" ? 1 : 0;
+      std::size_t& changes = type.ends_with("value") ? self.mValues : self.mDescriptions;
+      changes += source.role() == "progress bar" ? 1 : 0;
     } else if (event->detail1 == 1 && source.role() == "alert") {
       self.mAlerts.push_back(source.name());
     }
@@ -37,6 +39,7 @@ struct ScreenReader::Heard {
   AtspiEventListener* mListener = atspi_event_listener_new(&Heard::note, this, nullptr);
   std::vector<std::string> mAlerts;
   std::size_t mValues = 0;
+  std::size_t mDescriptions = 0;
 };
 
 ScreenReader::ScreenReader() : mHeard(std::make_unique<Heard>()) {
@@ -62,6 +65,11 @@ const std::vector<std::string>& ScreenReader::alerts() {
 std::size_t ScreenReader::values() {
   hearWhatHasCome();
   return mHeard->mValues;
+}
+
+std::size_t ScreenReader::descriptions() {
+  hearWhatHasCome();
+  return mHeard->mDescriptions;
 }
 
 }  // namespace desktop

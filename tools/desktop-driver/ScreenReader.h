@@ -1,5 +1,5 @@
 // What a screen reader hears from programs while they run: alerts that appear, and bars that tell
-// of another value. It hears from its making on.
+// of another value or description. It hears from its making on.
 #pragma once
 
 #include <cstddef>
@@ -21,6 +21,9 @@ class ScreenReader {
 
   // How often a bar told of another value, so far.
   std::size_t values();
+
+  // How often a bar told that it has another description, so far.
+  std::size_t descriptions();
 
  private:
   struct Heard;
