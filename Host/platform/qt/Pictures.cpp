@@ -32,7 +32,7 @@ class PictureFiles final : public QIconEngine {
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
     if (mFiles.empty()) return {};
     const int side = std::min(size.width(), size.height());
-    const QPixmap drawn = drawnAt(side);
+    QPixmap drawn = drawnAt(side);
     if (mode != QIcon::Disabled) return drawn;
     QStyleOption option;
     option.palette = QApplication::palette();

@@ -70,7 +70,7 @@ void VisibleBorders::install() {
   if (QApplication::style()->name() == QLatin1String(kFusion)) {
     QApplication::setStyle(new VisibleBorders);
   }
-}
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): it is the application's now
 
 void VisibleBorders::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                    QPainter* painter, const QWidget* widget) const {
