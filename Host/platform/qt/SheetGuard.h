@@ -9,8 +9,8 @@
 // of being held for some seconds counts as let go. So may its press: a release without a press is
 // taken for the sign of a key that was held down, since keys that repeat are released each time.
 //
-// A program that hangs must not take what was pressed meanwhile for an answer: `now` is to be a clock
-// that stands still with it.
+// A program that hangs must not take what was pressed meanwhile for an answer: `now` is to be a
+// clock that stands still with it.
 //
 // Assistive technology presses a button without any key or click and is not held up; neither is
 // Quit. Owned by the toolkit; needs the QApplication.
