@@ -13,6 +13,7 @@
 #include "FakeFiles.h"
 #include "FakeNetwork.h"
 #include "LogRecorder.h"
+#include "RecordingTransport.h"
 
 class EngineFixture : public testing::Test {
  protected:
@@ -20,6 +21,10 @@ class EngineFixture : public testing::Test {
 
   // Makes `image` the firmware file for the printers whose LIC is QT725013.
   void installFirmware(const std::string& image);
+
+  // From now on the events of a download are answered as by the application, and the commands that
+  // tell its outcome are added to `record`: "DlOk".
+  void answerDownload(TransportRecord& record);
 
   platform::Platform surfaces();
 

@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "AssertionLine.h"
-#include "DownloadEvents.h"
 #include "EngineFixture.h"
 #include "FirmwareDownloader.h"
 #include "RecordingTransport.h"
@@ -22,24 +21,8 @@ using testing::IsEmpty;
 class FirmwareDownloaderTest : public EngineFixture {
  protected:
   FirmwareDownloaderTest() {
-    handleDownloadEvents(mEvents);
-    const platform::EventSpec commands[] = {{"cmds"_4cc, 1}};
-    platform::EventHandlerRef installed = 0;
-    mEvents.installHandler(platform::kApplicationTarget, commands, &recordCommand, &mRecord,
-                           installed);
+    answerDownload(mRecord);
     mEvents.takeCalls();
-  }
-
-  static OSStatus recordCommand(platform::EventHandlerCallRef, const platform::Event& event,
-                                void* record) {
-    platform::HICommand command;
-    EXPECT_EQ(event.getParameter("----"_4cc, command), platform::noErr);
-    EXPECT_EQ(command.attributes, 0u);
-    EXPECT_EQ(command.menu, 0u);
-    EXPECT_EQ(command.menuItemIndex, 0u);
-    const std::string name = fourCharText(command.commandId);
-    static_cast<TransportRecord*>(record)->add(name);
-    return platform::noErr;
   }
 
   void throwFrom(const char* call) {

@@ -6,13 +6,10 @@
 #include <utility>
 
 #include "DownloadAnnouncement.h"
-#include "DownloadEvents.h"
 #include "EngineFixture.h"
 #include "FirmwareDownloader.h"
 #include "RecordingObserver.h"
 #include "RecordingTransport.h"
-
-using namespace platform::literals;
 
 namespace {
 
@@ -23,20 +20,8 @@ using testing::IsEmpty;
 class ObservedDownloadTest : public EngineFixture {
  protected:
   ObservedDownloadTest() {
-    handleDownloadEvents(mEvents);
-    const platform::EventSpec commands[] = {{"cmds"_4cc, 1}};
-    platform::EventHandlerRef installed = 0;
-    mEvents.installHandler(platform::kApplicationTarget, commands, &recordCommand, &mRecord,
-                           installed);
+    answerDownload(mRecord);
     mDownloader.emplace();
-  }
-
-  static platform::OSStatus recordCommand(platform::EventHandlerCallRef,
-                                          const platform::Event& event, void* record) {
-    platform::HICommand command;
-    EXPECT_EQ(event.getParameter("----"_4cc, command), platform::noErr);
-    static_cast<TransportRecord*>(record)->add(fourCharText(command.commandId));
-    return platform::noErr;
   }
 
   platform::Platform withObserver() {

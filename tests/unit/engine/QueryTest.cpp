@@ -4,12 +4,9 @@
 #include <stdexcept>
 
 #include "AssertionLine.h"
-#include "DownloadEvents.h"
 #include "EngineFixture.h"
 #include "FirmwareDownloader.h"
 #include "RecordingTransport.h"
-
-using namespace platform::literals;
 
 namespace {
 
@@ -18,20 +15,8 @@ using testing::ElementsAre;
 class QueryTest : public EngineFixture {
  protected:
   QueryTest() {
-    handleDownloadEvents(mEvents);
-    const platform::EventSpec commands[] = {{"cmds"_4cc, 1}};
-    platform::EventHandlerRef installed = 0;
-    mEvents.installHandler(platform::kApplicationTarget, commands, &recordCommand, &mRecord,
-                           installed);
+    answerDownload(mRecord);
     mDownloader.emplace();
-  }
-
-  static platform::OSStatus recordCommand(platform::EventHandlerCallRef,
-                                          const platform::Event& event, void* record) {
-    platform::HICommand command;
-    EXPECT_EQ(event.getParameter("----"_4cc, command), platform::noErr);
-    static_cast<TransportRecord*>(record)->add(fourCharText(command.commandId));
-    return platform::noErr;
   }
 
   void start() {
