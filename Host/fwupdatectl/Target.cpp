@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -17,14 +18,20 @@ constexpr std::size_t kRecordSize = 16;
 constexpr std::uint8_t kFamilyIPv4 = 2;
 constexpr std::size_t kFamily = 1, kPort = 2, kAddress = 4;
 
-std::uint16_t portFrom(const std::string& text) {
+std::optional<std::uint16_t> portIn(const std::string& text) {
   std::uint16_t port = 0;
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, port);
-  if (error != std::errc() || stop != end || port == 0) {
+  if (error != std::errc() || stop != end || port == 0) return std::nullopt;
+  return port;
+}
+
+std::uint16_t portFrom(const std::string& text) {
+  const std::optional<std::uint16_t> port = portIn(text);
+  if (!port) {
     throw std::invalid_argument("\"" + text + "\" is no port: give a number from 1 to 65535");
   }
-  return port;
+  return *port;
 }
 
 }  // namespace
@@ -47,15 +54,19 @@ std::string completeAddress(const std::string& text) {
 }
 
 platform::Data addressRecord(const std::string& address) {
+  if (address.empty()) {
+    throw std::runtime_error("The printer has IPv6 addresses only: printers are reached by IPv4.");
+  }
   const std::size_t colon = address.find(':');
-  const std::uint16_t port = portFrom(address.substr(colon + 1));
+  const std::optional<std::uint16_t> port = portIn(address.substr(colon + 1));
+  if (!port) throw std::runtime_error("The printer announces no port that can be connected to.");
   std::vector<std::uint8_t> record(kRecordSize);
   record[0] = kRecordSize;
   record[kFamily] = kFamilyIPv4;
-  record[kPort] = static_cast<std::uint8_t>(port >> 8);
-  record[kPort + 1] = static_cast<std::uint8_t>(port);
+  record[kPort] = static_cast<std::uint8_t>(*port >> 8);
+  record[kPort + 1] = static_cast<std::uint8_t>(*port);
   if (inet_pton(AF_INET, address.substr(0, colon).c_str(), record.data() + kAddress) != 1) {
-    throw std::invalid_argument("\"" + address + "\" is no IPv4 address with a port");
+    throw std::runtime_error("\"" + address + "\" is no IPv4 address with a port.");
   }
   return platform::makeData(std::move(record));
 }

@@ -21,7 +21,9 @@ struct Target {
 // product.
 std::string completeAddress(const std::string& text);
 
-// The socket address record (see platform/Network.h) of a complete address.
+// The socket address record (see platform/Network.h) of a complete address. Throws
+// std::runtime_error, with a sentence for the user, for what a printer may announce and nobody can
+// connect to: no address but those of IPv6 (empty), or port 0.
 platform::Data addressRecord(const std::string& address);
 
 // The complete address of a record; empty for one that is none of IPv4.

@@ -52,6 +52,7 @@ void tellVersion(const std::wstring& deviceId) {
 
 int runVersionWorker(ToolHost& host, const Target& target) {
   std::optional<QuillUsbDevice> device;
+  platform::Data address;
   if (target.connection == Target::Connection::Usb) {
     host.useUsb();
     platform::FailureCause whyNot;
@@ -60,6 +61,8 @@ int runVersionWorker(ToolHost& host, const Target& target) {
       tellCause(whyNot);
       return EXIT_FAILURE;
     }
+  } else {
+    address = addressRecord(target.address);
   }
   platform::downloadObserver().downloadBegan(platform::Text::fromUtf8(target.name), {});
   bool isKnown = false;
@@ -68,8 +71,8 @@ int runVersionWorker(ToolHost& host, const Target& target) {
     if (device) {
       transport = std::make_unique<UsbTransport>(*device, downloader);
     } else {
-      transport = std::make_unique<NetworkTransport>(addressRecord(target.address), downloader,
-                                                     platform::DeviceUse::Question);
+      transport =
+          std::make_unique<NetworkTransport>(address, downloader, platform::DeviceUse::Question);
     }
     downloader.query(std::move(transport), [&](const std::wstring& deviceId) {
       isKnown = true;

@@ -12,8 +12,10 @@
 #include "ToolHost.h"
 #include "VersionQueries.h"
 #include "commands.h"
+#include "endOfSearch.h"
 #include "failure.h"
 #include "legibleText.h"
+#include "standardStreams.h"
 
 using nlohmann::ordered_json;
 
@@ -119,18 +121,24 @@ void printChange(PrinterDirectory::Change change, const Target& printer, Options
   }
 }
 
-// The printers that are there when the time is over.
+// The printers that are there when the time is over or, of a watch, when nobody reads on.
 std::vector<Found> lookForPrinters(ToolHost& host, const Options& options) {
-  const PrinterDirectory directory(
-      host, [&options](PrinterDirectory::Change change, const Target& printer) {
-        if (options.watch) printChange(change, printer, options.output);
-      });
+  const PrinterDirectory directory(host,
+                                   [&](PrinterDirectory::Change change, const Target& printer) {
+                                     if (!options.watch) return;
+                                     printChange(change, printer, options.output);
+                                     if (!std::cout) host.events().quitApplicationEventLoop();
+                                   });
+  std::unique_ptr<platform::RunLoop::Watch> reader;
   std::unique_ptr<platform::RunLoop::Timer> end;
-  if (!options.watch) {
+  if (options.watch) {
+    reader = watchReader(host.runLoop(), [&host] { host.events().quitApplicationEventLoop(); });
+  } else {
     end = host.runLoop().startTimer(options.wait, false,
                                     [&host] { host.events().quitApplicationEventLoop(); });
   }
   host.events().runApplicationEventLoop();
+  if (!options.watch) std::cerr << noteOnSearch(host.discoveryStatus().searcher());
   std::vector<Found> found;
   for (const Target& each : directory.printers()) found.push_back({each});
   return found;
@@ -161,6 +169,7 @@ int listPrinters(ToolHost& host, const Options& options) {
   std::vector<Found> printers = lookForPrinters(host, options);
   if (options.versions && !isInterrupted) askForVersions(host, options, printers);
   if (isInterrupted) return failByInterruption(options.output);
+  if (options.watch) return kDone;  // as far as anybody could be told
   print(printers, options);
   if (options.verbose) printCauses(printers);
   return std::ranges::all_of(printers, hasAnswered) ? kDone : kFailed;

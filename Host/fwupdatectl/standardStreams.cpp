@@ -2,9 +2,11 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <iostream>
+#include <utility>
 
 namespace {
 
@@ -26,4 +28,13 @@ void completeStandardStreams() {
 bool isOutputWritten() {
   std::cout.flush();
   return std::cout || !hasReader();
+}
+
+// The writing end of a pipe is ready to be read when nothing written can be read any more, and
+// never before.
+std::unique_ptr<platform::RunLoop::Watch> watchReader(platform::RunLoop& runLoop,
+                                                      std::function<void()> gone) {
+  struct stat output {};
+  if (fstat(STDOUT_FILENO, &output) != 0 || !S_ISFIFO(output.st_mode)) return nullptr;
+  return runLoop.watch(STDOUT_FILENO, platform::RunLoop::Interest::Readable, std::move(gone));
 }

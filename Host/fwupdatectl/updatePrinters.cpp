@@ -94,6 +94,7 @@ Printers printersThatAreThere(ToolHost& host, const Options& options) {
     end = host.runLoop().startTimer(time, false,
                                     [&host] { host.events().quitApplicationEventLoop(); });
   };
+  const bool mayBeOnTheNetwork = options.all || !options.names.empty();
   const auto begin = std::chrono::steady_clock::now();
   PrinterDirectory directory(host, [&](PrinterDirectory::Change change, const Target&) {
     if (looked == nullptr) return;
@@ -108,7 +109,11 @@ Printers printersThatAreThere(ToolHost& host, const Options& options) {
   endIn(options.wait);
   lookAgain();
   host.events().runApplicationEventLoop();
-  return directory.printers();
+  Printers found = directory.printers();
+  if (mayBeOnTheNetwork && !isInterrupted && !areAllThere(found, options)) {
+    std::cerr << noteOnSearch(host.discoveryStatus().searcher());
+  }
+  return found;
 }
 
 // Those that can be told apart.

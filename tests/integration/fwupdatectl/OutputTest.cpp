@@ -1,7 +1,7 @@
 // Where the tool's output goes, and where it cannot go.
 #include <gmock/gmock.h>
 
-#include "ShellCommand.h"
+#include "Tool.h"
 
 namespace {
 
@@ -25,6 +25,28 @@ TEST(FwupdatectlOutput, ThatNobodyReadsIsNone) {
   const Outcome gone = runInShell("{ '" FWUPDATECTL "' show '" FIRMWARE
                                   "/product.brand.bin'; echo $? >&2; } | true");
   EXPECT_EQ(gone.errors, "0\n");
+}
+
+// The download goes on, whatever becomes of what is said about it.
+TEST(FwupdatectlOutput, ThatIsLostTakesNoDownloadAlong) {
+  for (const char* redirection : {">/dev/full", "--json >/dev/full"}) {
+    VirtualPrinterProcess printer({"--burn-seconds", "0.1"});
+    const Outcome outcome = update("--yes --address " + addressOf(printer) + " " + redirection);
+    EXPECT_EQ(outcome.status, 1) << redirection;
+    EXPECT_EQ(outcome.errors, "fwupdatectl: The output could not be written. Is the disk full?\n");
+    printer.waitFor("burn");
+  }
+}
+
+TEST(FwupdatectlOutput, ErrorsThatAreLostChangeNoExitStatus) {
+  for (const char* redirection : {"2>/dev/full", "2>&-", ">&- 2>&-"}) {
+    VirtualPrinterProcess good({"--burn-seconds", "0.1"});
+    VirtualPrinterProcess bad({"--fault", "fail-burn", "--burn-seconds", "0.1"});
+    const std::string options = std::string("--yes --verbose ") + redirection + " --address ";
+    EXPECT_EQ(update(options + addressOf(good)).status, 0) << redirection;
+    EXPECT_EQ(update(options + addressOf(bad)).status, 1) << redirection;
+    good.waitFor("burn");
+  }
 }
 
 }  // namespace

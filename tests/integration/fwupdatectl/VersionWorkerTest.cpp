@@ -53,6 +53,14 @@ TEST(FwupdatectlVersionWorker, PrinterWithoutFirmwareHasAVersion) {
   EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(FwupdatectlVersionWorker, PrinterWithIPv6AloneIsNotReached) {
+  const Outcome outcome = ask("");
+  EXPECT_THAT(eventsOf(outcome.output),
+              ElementsAre(R"({"event":"failure","message":"The printer has IPv6 addresses only: )"
+                          R"(printers are reached by IPv4.","exit_status":1})"));
+  EXPECT_EQ(outcome.status, 1);
+}
+
 TEST(FwupdatectlVersionWorker, UnreachablePrinterHasACause) {
   std::string address;
   {

@@ -23,4 +23,13 @@ TEST(EndOfSearchTest, NobodyDragsItOut) {
   EXPECT_EQ(endOfSearch(90s, 80s), 90s);
 }
 
+TEST(EndOfSearchTest, WhereNobodyHasSearchedItIsSaid) {
+  using Searcher = platform::DiscoveryStatus::Searcher;
+  EXPECT_EQ(noteOnSearch(Searcher::Nobody),
+            "fwupdatectl: Nobody has searched the network so far. Give a longer --wait, or see "
+            "\"fwupdatectl check\".\n");
+  EXPECT_EQ(noteOnSearch(Searcher::Daemon), "");
+  EXPECT_EQ(noteOnSearch(Searcher::Program), "");
+}
+
 }  // namespace

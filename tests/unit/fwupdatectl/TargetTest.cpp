@@ -38,6 +38,20 @@ TEST(Target, AddressIsARecord) {
       "192.168.1.2:631");
 }
 
+TEST(Target, AnnouncementThatLeadsNowhereIsSaidToDoSo) {
+  const auto complaint = [](const std::string& address) -> std::string {
+    try {
+      addressRecord(address);
+      return {};
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+  };
+  EXPECT_EQ(complaint(""), "The printer has IPv6 addresses only: printers are reached by IPv4.");
+  EXPECT_EQ(complaint("10.0.0.5:0"), "The printer announces no port that can be connected to.");
+  EXPECT_EQ(complaint("office:9100"), "\"office:9100\" is no IPv4 address with a port.");
+}
+
 TEST(Target, RecordOfAnotherKindHasNoAddress) {
   EXPECT_EQ(addressText(nullptr), "");
   EXPECT_EQ(addressText(platform::makeData({16, 2, 0x23, 0x8C, 10, 0, 0})), "");
