@@ -5,11 +5,13 @@
 #include <chrono>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <thread>
 #include <utility>
 
 #include "DesktopTest.h"
 #include "OtherProgram.h"
+#include "ShellCommand.h"
 #include "UsbPrinterProcess.h"
 #include "UsbSysfs.h"
 
@@ -28,6 +30,7 @@ class UsbFromTheWindow : public DesktopTest {
   void startWithSmallFirmware() {
     const auto program = copyInstallation();
     replaceFirmware(program, VM_FIRMWARE "/small/product.brand.bin");
+    mTool = (program.parent_path() / "fwupdatectl").string();
     startProgramAt(program);
   }
 
@@ -39,6 +42,8 @@ class UsbFromTheWindow : public DesktopTest {
   bool waitForRows(std::size_t count) {
     return desktop::waitUntil([&] { return printersInList().size() == count; }, 60s);
   }
+
+  std::string mTool;  // beside the program with the small firmware
 };
 
 TEST_F(UsbFromTheWindow, AnAttachedPrinterIsUpdatedWithoutAQuestion) {
@@ -100,6 +105,18 @@ TEST_F(UsbFromTheWindow, AProgramThatHasThePrinterIsTold) {
   EXPECT_TRUE(waitUntilGone("push button", "Close"));
   click(enabledButton("Download"));
   EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
+}
+
+TEST_F(UsbFromTheWindow, IsNamedByTheTool) {
+  const UsbPrinterProcess printer({"--fault", "silence@id-request"});
+  startWithSmallFirmware();
+  download("VP000001");
+  EXPECT_TRUE(desktop::waitUntil([&] { return printer.count("fault") == 1; }, 60s));
+  const Outcome outcome = runInShell("'" + mTool + "' update --quiet --serial VP000001 </dev/null");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.errors,
+            "Veltra KX350T (VP000001): failed: The program fwupdate is using the printer’s USB "
+            "connection. Wait until it has finished, then try again.\n");
 }
 
 TEST_F(UsbFromTheWindow, APrinterComesAndGoesWithItsCable) {
