@@ -14,10 +14,12 @@ enum class Verdict {
   Updated,
   UpToDate,
   Failed,
-  Waits,       // it does not end; the user quits
-  Aborts,      // the program ends itself by an assertion
-  NotStarted,  // nothing begins
-  Quits,       // the user quits meanwhile
+  Waits,        // it does not end; the user quits
+  Aborts,       // the program ends itself by an assertion
+  NotStarted,   // nothing begins
+  Quits,        // the user quits meanwhile
+  Interrupted,  // fwupdatectl is told to end
+  Killed,       // fwupdatectl is ended
 };
 
 // What the printer is like afterwards.

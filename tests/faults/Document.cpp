@@ -87,6 +87,11 @@ constexpr Section kSections[] = {
      "While an update runs, Quit and the window's button ask first. A printer that has everything "
      "burns on.",
      "you"},
+    {"interrupted", "The computer: fwupdatectl is interrupted",
+     "By SIGTERM or Ctrl-C, twice: after the first, updates that have begun go on. A printer that "
+     "has "
+     "everything burns on."},
+    {"killed", "The computer: fwupdatectl is killed", "By SIGKILL, or for want of memory."},
     {"second download", "The computer: a second download",
      "Nothing behind the progress takes an order. The update goes on.", "you"},
 };
@@ -107,6 +112,10 @@ const char* seen(Verdict verdict) {
       return "cannot begin";
     case Verdict::Quits:
       return "the program is closed";
+    case Verdict::Interrupted:
+      return "interrupted";
+    case Verdict::Killed:
+      return "killed";
   }
   return "";
 }
@@ -182,6 +191,8 @@ to be ended. The page is written from the same table as the tests.
 | waits | the progress stays until you quit; the exit status is 0. Start the program again |
 | the program ends | by an assertion, with signal 6 (status 134 in a shell). Start it again |
 | the program is closed | as you asked; the exit status is 0 |
+| interrupted | `fwupdatectl` says so for each printer, and ends with status 130 |
+| killed | `fwupdatectl` can say nothing any more; its status is 137. A process that waits for a printer to burn stays for as long as that may take, and keeps others from the printer; then none is left |
 | cannot begin | the row is gone, and Download is dimmed |
 
 | the printer afterwards | what it means |
@@ -214,6 +225,8 @@ std::vector<Cell> cellsOf(const std::string& table) {
   take(networkCells());
   take(usbCells());
   take(localCells());
+  take(interruptedCells(Verdict::Interrupted));
+  take(interruptedCells(Verdict::Killed));
   return cells;
 }
 

@@ -35,6 +35,8 @@ TEST(FaultMatrix, HasEachCellOnce) {
   note(networkCells());
   note(usbCells());
   note(localCells());
+  note(interruptedCells(Verdict::Interrupted));
+  note(interruptedCells(Verdict::Killed));
   EXPECT_THAT(written(), testing::EndsWith("\n" + std::to_string(names.size()) +
                                            " cells, and those of memory.\n"));
   EXPECT_GE(names.size(), 350u);

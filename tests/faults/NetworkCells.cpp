@@ -277,6 +277,17 @@ const std::vector<NetworkCell>& networkCells() {
   return all;
 }
 
+std::vector<NetworkCell> interruptedCells(Verdict verdict) {
+  std::vector<NetworkCell> cells = silent();
+  std::erase_if(cells, [](const NetworkCell& cell) { return cell.verdict != Verdict::Waits; });
+  for (NetworkCell& cell : cells) {
+    cell.table = verdict == Verdict::Killed ? "killed" : "interrupted";
+    cell.verdict = verdict;
+    cell.log.clear();
+  }
+  return cells;
+}
+
 Lines withoutArrivals(const Lines& lines) {
   Lines result;
   std::ranges::copy_if(lines, std::back_inserter(result), [](const std::string& line) {

@@ -36,5 +36,8 @@ struct NetworkCell : Cell {
 
 const std::vector<NetworkCell>& networkCells();
 
+// Those in which fwupdatectl is ended while a printer is silent: all printers at a time.
+std::vector<NetworkCell> interruptedCells(Verdict verdict);
+
 // All but the lines that tell in which pieces bytes came.
 Lines withoutArrivals(const Lines& lines);
