@@ -51,7 +51,7 @@ std::string rowOf(const Target& printer, const std::string& phase, const Part& p
   std::string row = label + ": " + phase;
   std::string percent;
   if (part.all > 0) {
-    const std::string whole =
+    std::string whole =
         row + bar(part, kLongestBar) + megabytes(part.done) + " of " + megabytes(part.all);
     if (columnsOf(whole) <= columns) return whole;
     percent = std::to_string(part.of(100)) + " %";

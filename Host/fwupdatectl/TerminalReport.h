@@ -9,6 +9,7 @@
 #include <list>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "LiveRows.h"

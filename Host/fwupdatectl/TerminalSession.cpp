@@ -51,7 +51,7 @@ void TerminalSession::stop() {
   sigset_t stopping;
   sigemptyset(&stopping);
   sigaddset(&stopping, SIGTSTP);
-  raise(SIGTSTP);
+  static_cast<void>(raise(SIGTSTP));
   sigprocmask(SIG_UNBLOCK, &stopping, nullptr);
   sigprocmask(SIG_BLOCK, &stopping, nullptr);
   showAgain();
