@@ -40,11 +40,11 @@ class FilesThatFail : public platform::Files {
   }
 
   platform::WholeRead readWhole(const std::filesystem::path& file, std::size_t size,
-                                std::vector<char>& bytes) override {
+                                platform::FileBytes& bytes) override {
     using Step = platform::WholeRead::Step;
     if (mFault == LocalFault::OpenFails) return {Step::Open, mStatus};
     if (mFault == LocalFault::ReadFails) {
-      bytes.resize(size);
+      bytes = platform::FileBytes(std::vector<char>(size));
       return {Step::Read, mStatus, size / 2};
     }
     if (mFault == LocalFault::Truncated) std::filesystem::resize_file(file, size / 2);
