@@ -20,13 +20,15 @@ struct Section {
 };
 
 constexpr Section kSections[] = {
-    {"freezes", "Network: the cable is pulled, or the printer freezes",
-     "Nothing comes back any more, and nothing is taken. A network printer is waited for as long "
-     "as "
-     "its user likes, since burning may take long: Quit ends the waiting."},
+    {"freezes", "Network: the printer freezes",
+     "It neither says nor takes anything more, as if it had lost its power, or as if the cable "
+     "were "
+     "pulled while the program sends. Switch the printer off and on if it does not come back by "
+     "itself, and start the program again."},
     {"is silent", "Network: the printer works on, and is not heard",
-     "It takes what it is sent, and nothing comes back. Once it has everything it burns, heard or "
-     "not."},
+     "It takes what it is sent, and nothing comes back: as when the cable is pulled while it "
+     "burns. "
+     "Once it has everything it burns, heard or not."},
     {"refuses", "Network: the printer refuses the connection",
      "It is busy with another job, or its port is shut."},
     {"closes", "Network: the printer closes the connection",
@@ -167,7 +169,9 @@ Look for the section that says what happened to you, and in it for the moment at
 Each line is a test that is run with the others (`tests/faults`), on the program that you have: what is
 seen, every entry of the log in its order, what the printer had received, that the program gives back
 all that it held, and that a good update follows, by the same program, or by the next one where it had
-to be ended. The page is written from the same table as the tests.
+to be ended. (Of `fwupdatectl`, interrupted or killed, it is not the log that is compared, but what it
+reports.) The printer is a virtual one that keeps to [wire-protocol.md](wire-protocol.md). The page is
+written from the same table as the tests.
 
 **In short**
 
@@ -176,7 +180,8 @@ to be ended. The page is written from the same table as the tests.
   ([wire-protocol.md](wire-protocol.md)).
 - **While the printer burns**, a pulled cable, a closed window or a computer without power do not hinder
   it: it has everything, and needs nobody. It has the new firmware afterwards, though the program could
-  not say so. Leave it switched on for some minutes, then update it again: it is up to date.
+  not say so. Leave it switched on for some minutes, then update it again: it is up to date. Nothing
+  here is about a printer that loses its own power while it burns: do not switch it off.
 - **Over the network nobody is in a hurry.** A printer that does not answer is waited for until you quit.
   A pulled cable looks like a printer that freezes while the program sends, and like one that is not
   heard while it burns.
