@@ -203,7 +203,8 @@ int main(int argc, char** argv) {
   completeStandardStreams();
   // Whoever reads what is written may go at any time, and must not take a download along.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  static_cast<void>(std::setlocale(LC_CTYPE, ""));
+  // For the widths of characters: what is written is UTF-8 wherever the tool runs, also by cron.
+  static_cast<void>(std::setlocale(LC_CTYPE, "C.UTF-8"));
   Options options;
   int status = kDone;
   if (!parse(argc, argv, options, status)) return whenWritten(options.output, status);
