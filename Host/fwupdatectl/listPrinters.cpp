@@ -2,13 +2,16 @@
 
 #include <algorithm>
 #include <iostream>
+#include <numeric>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "JsonLines.h"
 #include "PrinterDirectory.h"
 #include "Reports.h"
 #include "Signals.h"
+#include "Terminal.h"
 #include "ToolHost.h"
 #include "VersionQueries.h"
 #include "commands.h"
@@ -27,6 +30,8 @@ struct Found {
 };
 
 using Cells = std::vector<std::string>;
+
+constexpr std::string_view kGap = "  ";  // between columns
 
 // What a download would do now.
 std::string firmwareFor(const VersionQuery::Answer& answer) {
@@ -70,17 +75,22 @@ std::string padded(const std::string& text, std::size_t columns) {
   return text + std::string(columns > used ? columns - used : 0, ' ');
 }
 
-void printTable(const std::vector<Found>& printers, bool withVersions) {
-  std::vector<Cells> rows{{"NAME", "CONNECTION", "ADDRESS OR SERIAL NUMBER"}};
+// Where the terminal has fewer columns, each name stands above the rest of its row: nothing is cut,
+// since all of it is what "update" is given.
+void printTable(const std::vector<Found>& printers, bool withVersions, std::size_t columns) {
+  std::vector<Cells> rows{{"NAME", "CONNECTION", "ADDRESS OR SERIAL"}};
   if (withVersions) rows.front().insert(rows.front().end(), {"VERSION", "FIRMWARE"});
   for (const Found& each : printers) rows.push_back(cellsOf(each));
   std::vector<std::size_t> widths(rows.front().size());
   for (const Cells& row : rows) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], columnsOf(row[i]));
   }
+  const std::size_t gaps = kGap.size() * (widths.size() - 1);
+  const bool fits = std::accumulate(widths.begin(), widths.end(), gaps) <= columns;
   for (const Cells& row : rows) {
-    for (std::size_t i = 0; i + 1 < row.size(); ++i) std::cout << padded(row[i], widths[i]) << "  ";
-    std::cout << row.back() << '\n';
+    std::cout << (fits ? padded(row[0], widths[0]) : row[0] + '\n');
+    for (std::size_t i = 1; i + 1 < row.size(); ++i) std::cout << kGap << padded(row[i], widths[i]);
+    std::cout << kGap << row.back() << '\n';
   }
 }
 
@@ -91,7 +101,7 @@ void printTabbed(const Cells& cells) {
 
 void print(const std::vector<Found>& printers, const Options& options) {
   if (options.output == Options::Output::Text && isatty(STDOUT_FILENO) == 1) {
-    printTable(printers, options.versions);
+    printTable(printers, options.versions, sizeOfTerminal(STDOUT_FILENO).columns);
     return;
   }
   for (const Found& each : printers) {

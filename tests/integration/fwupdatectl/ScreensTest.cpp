@@ -68,7 +68,7 @@ TEST_F(FwupdatectlScreens, NamesInAnyScriptStandInColumns) {
   const Outcome piped = runInShell("LC_ALL=C '" FWUPDATECTL "' list --wait 4 </dev/null");
 
   const testing::Matcher<Rows> table = ElementsAre(
-      "NAME          CONNECTION  ADDRESS OR SERIAL NUMBER",
+      "NAME          CONNECTION  ADDRESS OR SERIAL",
       "\uFFFD[31mRed\uFFFD[2J  network     10.91.0.2:9105",
       "Bu\u0308ro          network     10.91.0.2:9103", "Office        network     10.91.0.2:9101",
       "a\uFFFDb\uFFFDc\uFFFDd       network     10.91.0.2:9107",
@@ -88,6 +88,7 @@ TEST_F(FwupdatectlScreens, NamesInAnyScriptStandInColumns) {
             "\U0001F600 Lobby\tnetwork\t10.91.0.2:9104\n");
 }
 
+// Which asks of the terminal as many columns as the table has.
 TEST_F(FwupdatectlScreens, VersionsAndFirmwareAreColumns) {
   privatenetwork::startDaemon();
   const VirtualPrinterProcess attic(listening("Attic \u5C4B\u6839", "9101"));
@@ -97,13 +98,32 @@ TEST_F(FwupdatectlScreens, VersionsAndFirmwareAreColumns) {
   std::vector<std::string> malformed = listening("Office", "9103");
   malformed.insert(malformed.end(), {"--fault", "data-length=0"});
   const VirtualPrinterProcess office(malformed);
-  const Terminal wide = start("list --wait 5 --versions", 100);
-  EXPECT_THAT(rowsAtEnd(wide, 1),
-              ElementsAre("NAME        CONNECTION  ADDRESS OR SERIAL NUMBER  VERSION  FIRMWARE",
-                          "Attic \u5C4B\u6839  network     10.91.0.1:9101            100      200 "
-                          "(product.brand.bin)",
-                          "Cellar      network     10.91.0.1:9102            200      up to date",
-                          "Office      network     10.91.0.1:9103            ?        ?"));
+  const Terminal usual = start("list --wait 5 --versions", 80);
+  const Terminal exact = start("list --wait 5 --versions", 75);
+  const Terminal narrower = start("list --wait 5 --versions", 74);
+  const Terminal listed = start("list --wait 5", 41);
+  const Terminal listedNarrower = start("list --wait 5", 40);
+  const testing::Matcher<Rows> table = ElementsAre(
+      "NAME        CONNECTION  ADDRESS OR SERIAL  VERSION  FIRMWARE",
+      "Attic \u5C4B\u6839  network     10.91.0.1:9101     100      200 (product.brand.bin)",
+      "Cellar      network     10.91.0.1:9102     200      up to date",
+      "Office      network     10.91.0.1:9103     ?        ?");
+  EXPECT_THAT(rowsAtEnd(usual, 1), table);
+  EXPECT_THAT(rowsAtEnd(exact, 1), table);
+  EXPECT_THAT(rowsAtEnd(narrower, 1),
+              ElementsAre("NAME", "  CONNECTION  ADDRESS OR SERIAL  VERSION  FIRMWARE",
+                          "Attic \u5C4B\u6839",
+                          "  network     10.91.0.1:9101     100      200 (product.brand.bin)",
+                          "Cellar", "  network     10.91.0.1:9102     200      up to date",
+                          "Office", "  network     10.91.0.1:9103     ?        ?"));
+  EXPECT_THAT(rowsAtEnd(listed), ElementsAre("NAME        CONNECTION  ADDRESS OR SERIAL",
+                                             "Attic \u5C4B\u6839  network     10.91.0.1:9101",
+                                             "Cellar      network     10.91.0.1:9102",
+                                             "Office      network     10.91.0.1:9103"));
+  EXPECT_THAT(rowsAtEnd(listedNarrower),
+              ElementsAre("NAME", "  CONNECTION  ADDRESS OR SERIAL", "Attic \u5C4B\u6839",
+                          "  network     10.91.0.1:9101", "Cellar", "  network     10.91.0.1:9102",
+                          "Office", "  network     10.91.0.1:9103"));
 }
 
 TEST_F(FwupdatectlScreens, PrintersComeAndGoUntilCtrlC) {
