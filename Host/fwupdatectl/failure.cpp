@@ -1,5 +1,7 @@
 #include "failure.h"
 
+#include <unistd.h>
+
 #include <iostream>
 
 #include "JsonLines.h"
@@ -22,5 +24,6 @@ int failForPrograms(Options::Output output, int status, const std::string& sente
 }
 
 int failByInterruption(Options::Output output) {
-  return failForPrograms(output, kInterrupted, "Interrupted.");
+  if (isatty(STDERR_FILENO) == 1) std::cerr << '\n';
+  return failForPrograms(output, kInterrupted, kInterruption);
 }

@@ -17,5 +17,9 @@ int fail(Options::Output output, int status, const std::string& sentence,
 int failForPrograms(Options::Output output, int status, const std::string& sentence,
                     const std::vector<Target>& candidates = {});
 
-// A signal ended the command: whoever pressed Ctrl+C knows.
+// A signal ended the command.
+inline constexpr const char* kInterruption = "Interrupted.";
+
+// The same where nothing more is said of it: whoever pressed Ctrl+C knows. The row in which a
+// terminal shows these keys is ended.
 int failByInterruption(Options::Output output);

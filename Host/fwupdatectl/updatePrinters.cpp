@@ -282,7 +282,8 @@ int update(ToolHost& host, const Options& options, const Printers& printers) {
   host.events().runApplicationEventLoop();
   report.finish();
   if (report.status() != kDone && std::ranges::any_of(printers, isOnUsb)) giveBackPrinters();
-  return run.isInterrupted() ? failByInterruption(options.output) : report.status();
+  return run.isInterrupted() ? failForPrograms(options.output, kInterrupted, kInterruption)
+                             : report.status();
 }
 
 }  // namespace

@@ -136,6 +136,7 @@ TEST_F(FwupdatectlScreens, PrintersComeAndGoUntilCtrlC) {
   EXPECT_THAT(rowsAtEnd(watching, 130),
               ElementsAre("+       Office  network 10.91.0.2:9101",
                           "-       Office  network 10.91.0.2:9101", "^C"));
+  EXPECT_EQ(watching->screen().cursor(), (TerminalScreen::Position{3, 0}));
 }
 
 // The finding about the rule is that of the machine.
