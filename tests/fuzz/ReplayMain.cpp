@@ -18,8 +18,8 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr int kMadeInputs = 10000;
-constexpr std::size_t kLargestInput = 4096;
+constexpr int kMadeInputs = FUZZ_MADE_INPUTS;
+constexpr std::size_t kLargestInput = FUZZ_LARGEST_INPUT;
 
 Bytes sCurrent;
 
