@@ -58,6 +58,10 @@ const std::set<std::string> kOfNoDownload{
     "Device finder object has not been supplied as context.",
     "A notifier has not been added to the run loop.",
     "Invalid index into list",
+    // Sentences of the tool, which it says as they stand; the last one begins with an address.
+    "The printer announces no port that can be connected to.",
+    "The printer has IPv6 addresses only: printers are reached by IPv4.",
+    R"(\")",
 };
 
 // Not texts, but what holds one that stands elsewhere.
@@ -74,6 +78,7 @@ const std::set<std::string> kHoldersOfTexts{
     "FirmwareLoader.cpp: const char* message",
     "PrinterListView.cpp: error.what()",  // of the list's set-up and columns
     "PrinterListView.cpp: name",          // a call of the toolkit that failed
+    "PrinterLock.cpp: inUseBy",           // who has the printer
     "checkIoKitResult.cpp: message",
     "checkIoKitResult.cpp: const char* message",
     "IoKitException.cpp: compose",
