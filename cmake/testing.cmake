@@ -37,5 +37,6 @@ function(fw_add_test name)
   gtest_discover_tests(${name}
     TEST_PREFIX "${ARG_PREFIX}"
     DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60 # while much else runs
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
 endfunction()
