@@ -43,6 +43,20 @@ TEST_F(FirmwareFilesReport, TellsWhatIsWrong) {
               ElementsAre("product.brand.bin: 18 bytes, malformed", "product.tarn.bin: missing"));
 }
 
+TEST_F(FirmwareFilesReport, ABlockIsMalformedForOneReasonAlone) {
+  write("product.brand.bin", std::string("KX\0"
+                                         "00000200\0"
+                                         "\x03\x0c",
+                                         14));
+  write("product.tarn.bin", std::string("KX\0"
+                                        "\xFF\0"
+                                        "x\0"
+                                        "\x03\x07",
+                                        9));
+  EXPECT_THAT(lines(), ElementsAre("product.brand.bin: 14 bytes, malformed",
+                                   "product.tarn.bin: 9 bytes, malformed"));
+}
+
 TEST_F(FirmwareFilesReport, AnEmptyFileIsMalformed) {
   write("product.brand.bin", "");
   std::filesystem::create_directory(mDirectory.path() / "product.tarn.bin");
