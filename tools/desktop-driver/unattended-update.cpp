@@ -87,20 +87,20 @@ class UnattendedUpdate {
   bool run() {
     find("the printer in the list", isPrinter);
     keepPicture("1-list");
-    clickUntil(isPrinter, "an enabled Download button", isEnabledDownload);
+    clickUntil(isPrinter, "an enabled Download button",
+               [this] { return isSeen(isEnabledDownload); });
     keepPicture("2-selected");
     // A printer on the network is asked about, one on USB is not.
-    const Node next =
-        clickUntil(isEnabledDownload, "a question or the progress",
-                   [](const Node& node) { return isConfirm(node) || isProgress(node); });
-    if (isConfirm(next)) {
+    clickUntil(isEnabledDownload, "a question or the download",
+               [this] { return downloadHasBegun() || isSeen(isConfirm); });
+    if (!downloadHasBegun()) {
       keepPicture("2-question");
-      clickUntil(isConfirm, "the progress", isProgress);
+      clickUntil(isConfirm, "the download", [this] { return downloadHasBegun(); });
     }
     keepPicture("3-progress");
 
     const std::optional<nlohmann::json> burn = waitForBurn();
-    desktop::waitUntil([&] { return progressHasEnded(); }, 30s);
+    desktop::waitUntil([&] { return !isSeen(isProgress); }, 30s);
     keepPicture("4-end");
     mProgram.signal(SIGTERM);
     mProgram.waitForExit(5s);
@@ -119,6 +119,16 @@ class UnattendedUpdate {
   static bool isEnabledDownload(const Node& node) { return isButton(node, "Download"); }
   static bool isConfirm(const Node& node) { return isButton(node, "Download firmware"); }
   static bool isProgress(const Node& node) { return node.role() == "progress bar"; }
+  static bool isClose(const Node& node) { return node.name() == "Close"; }
+
+  bool isSeen(const Condition& condition) const {
+    return desktop::findNode(mProgram.pid(), condition, 0ms).has_value();
+  }
+
+  // Where a look at the whole window takes seconds, a download may be over at the first one.
+  bool downloadHasBegun() const {
+    return mProgram.output().find("Connecting to I/O transport...") != std::string::npos;
+  }
 
   path journal() const { return mSettings.output / "journal.jsonl"; }
 
@@ -140,14 +150,14 @@ class UnattendedUpdate {
   }
 
   // A click comes to nothing where the window is not in its place yet, or a sheet does not listen
-  // yet. So it is done again until `effect` is there, which comes back.
-  Node clickUntil(const Condition& target, const std::string& what, const Condition& effect) {
-    std::optional<Node> seen;
+  // yet. So it is done again until it had its `effect`.
+  void clickUntil(const Condition& target, const std::string& what,
+                  const std::function<bool()>& effect) {
     auto nextClick = std::chrono::steady_clock::now();
-    desktop::waitUntil(
+    const bool isDone = desktop::waitUntil(
         [&] {
-          seen = desktop::findNode(mProgram.pid(), effect, 0ms);
-          if (seen || std::chrono::steady_clock::now() < nextClick) return seen.has_value();
+          if (effect()) return true;
+          if (std::chrono::steady_clock::now() < nextClick) return false;
           if (const auto node = desktop::findNode(mProgram.pid(), target, 0ms)) {
             click(*node);
             nextClick = std::chrono::steady_clock::now() + kUntilTheNextClick;
@@ -155,8 +165,7 @@ class UnattendedUpdate {
           return false;
         },
         kPatience);
-    if (!seen) giveUp(what);
-    return *seen;
+    if (!isDone) giveUp(what);
   }
 
   void click(const Node& node) {
@@ -173,16 +182,11 @@ class UnattendedUpdate {
     return std::nullopt;
   }
 
+  // A message to close says that there will be none.
   std::optional<nlohmann::json> waitForBurn() {
-    desktop::waitUntil([&] { return burnEntry().has_value() || progressHasEnded(); }, 300s);
+    desktop::waitUntil(
+        [&] { return burnEntry().has_value() || mProgram.exitStatus() || isSeen(isClose); }, 300s);
     return burnEntry();
-  }
-
-  // The progress is gone after a success; a message to close stands above it otherwise.
-  bool progressHasEnded() {
-    const auto isClose = [](const Node& node) { return node.name() == "Close"; };
-    return mProgram.exitStatus() || desktop::findNode(mProgram.pid(), isClose, 0ms) ||
-           !desktop::findNode(mProgram.pid(), isProgress, 0ms);
   }
 
   void keepPicture(const std::string& name) {
