@@ -109,9 +109,17 @@ void Application::settle() {
 bool Application::select(unsigned row) {
   settle();
   const bool isSelected = mToolkit.screen().select(kWindow, kList, row);
+  forgetRecords();
+  return isSelected;
+}
+
+void Application::forgetRecords() {
   mLog.takeEntries();
   mEvents.takeCommands();
-  return isSelected;
+  mEvents.takeCalls();
+  mServices.script().takeCalls();
+  mToolkit.script().takeCalls();
+  mUsb.takeCalls();
 }
 
 bool Application::pressDownload() { return mToolkit.screen().press(kWindow, kDownloadButton); }

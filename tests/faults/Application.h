@@ -97,6 +97,7 @@ class Application {
  private:
   platform::Platform surfaces(platform::Files* files);
   platform::Platform withStatuses();
+  void forgetRecords();
 
   FakeBundle mBundle;
   FakeLocalizedStrings mStrings;

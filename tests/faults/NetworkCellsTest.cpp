@@ -8,6 +8,7 @@
 #include "CellProcess.h"
 #include "DeafAddress.h"
 #include "DownloadFixture.h"
+#include "NetworkCellUpdate.h"
 #include "NetworkCells.h"
 #include "NoDescriptors.h"
 #include "TemporaryDirectory.h"
@@ -74,23 +75,10 @@ class CellRun {
       return;
     }
     download(application);
-    hold(application);
-    switch (mCell.verdict) {
-      case Verdict::Waits:
-        expectWaiting(application);
-        return;
-      case Verdict::Updated:
-        expectEnd(application, "DlOk", "PrinterSelectWindow");
-        break;
-      case Verdict::UpToDate:
-        expectEnd(application, "DlUd", "[PrinterSelectWindow] [ProgressSheet] UpToDateSheet");
-        break;
-      default:
-        expectEnd(application, "DlNo", "[PrinterSelectWindow] [ProgressSheet] FailedSheet");
-        break;
-    }
-    EXPECT_EQ(application.closeAlert(), mCell.verdict != Verdict::Updated);
-    EXPECT_EQ(application.onScreen(), "PrinterSelectWindow");
+    if (mCell.surrounding == Surrounding::Withdrawn) withdraw(application);
+    holdUntilFault(mCell, application, *mPrinter);
+    if (isWaiting()) return quitWhileWaiting(mCell, application);
+    expectEnd(mCell, application);
     EXPECT_EQ(application.held(), before);
     EXPECT_EQ(openDescriptors(), descriptors);
     mLog = application.log();
@@ -135,40 +123,8 @@ class CellRun {
     application.settle();
   }
 
-  // Keeps the program where it is until the printer has done what it does wrong.
-  void hold(Application& application) {
-    if (mCell.surrounding == Surrounding::Withdrawn) withdraw(application);
-    if (mCell.event.empty()) return;
-    if (!mCell.heldAt.empty()) {
-      EXPECT_TRUE(application.runUntil([&] {
-        return !application.log().empty() && application.log().back() == "5 " + mCell.heldAt;
-      })) << joined(application.log());
-    }
-    mPrinter->waitFor(mCell.event);
-  }
-
-  void expectEnd(Application& application, const std::string& command, const std::string& screen) {
-    EXPECT_TRUE(application.runUntil([&] { return !application.outcome().empty(); }));
-    EXPECT_EQ(application.outcome(), command);
-    EXPECT_EQ(application.onScreen(), screen);
-  }
-
-  // Up to the last line that there will be, and then for ten minutes of the program's own time.
-  void expectWaiting(Application& application) {
-    const std::size_t expected = mCell.log.size() - kDroppedLines;
-    EXPECT_TRUE(application.runUntil([&] { return seen(application.log()).size() >= expected; }));
-    application.pass(std::chrono::minutes(10));
-    EXPECT_EQ(application.outcome(), "");
-    EXPECT_EQ(application.onScreen(), "[PrinterSelectWindow] ProgressSheet");
-    EXPECT_TRUE(application.chooseQuit());
-  }
-
-  static constexpr std::size_t kDroppedLines = 2;
-
-  Lines seen(const Lines& log) const { return mCell.inAnyPieces ? withoutArrivals(log) : log; }
-
   void expectLog(const Lines& log) {
-    EXPECT_EQ(joined(seen(mLog.empty() ? log : mLog)), joined(mCell.log));
+    EXPECT_EQ(joined(seenLog(mCell, mLog.empty() ? log : mLog)), joined(mCell.log));
   }
 
   void abortInAnotherProcess() {
