@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 
 #include "TemporaryDirectory.h"
@@ -15,7 +16,12 @@ Outcome runInShell(const std::string& command) {
   const std::string redirected =
       "{ " + command + "\n} >'" + output.string() + "' 2>'" + errors.string() + "'";
   const int status = std::system(redirected.c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(output), contentOf(errors)};
+  const Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -1, contentOf(output),
+                        contentOf(errors)};
+  // For whoever reads why a test failed.
+  std::cout << "$ " << command << '\n'
+            << outcome.output << outcome.errors << "status " << outcome.status << std::endl;
+  return outcome;
 }
 
 std::string contentOf(const std::filesystem::path& file) {
