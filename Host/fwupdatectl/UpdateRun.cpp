@@ -14,8 +14,8 @@ constexpr const char* kInterruption =
 
 }  // namespace
 
-UpdateRun::UpdateRun(platform::RunLoop& runLoop, UpdateReport& report, std::vector<Target> targets,
-                     Settings settings)
+UpdateRun::UpdateRun(platform::RunLoop& runLoop, UpdateReport& report,
+                     const std::vector<Target>& targets, Settings settings)
     : mRunLoop(runLoop),
       mReport(report),
       mWaiting(targets.begin(), targets.end()),

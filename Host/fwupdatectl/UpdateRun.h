@@ -30,7 +30,7 @@ class UpdateRun {
   };
 
   // `runLoop` and `report` must outlive it.
-  UpdateRun(platform::RunLoop& runLoop, UpdateReport& report, std::vector<Target> targets,
+  UpdateRun(platform::RunLoop& runLoop, UpdateReport& report, const std::vector<Target>& targets,
             Settings settings);
   ~UpdateRun();
 
