@@ -83,7 +83,7 @@ unsigned long Screen::numberProperty(unsigned long window, const char* name) con
   XGetWindowProperty(mDisplay, window, XInternAtom(mDisplay, name, False), 0, 1, False,
                      AnyPropertyType, &type, &format, &items, &rest, &value);
   const unsigned long number =
-      items == 1 && format == 32 ? *reinterpret_cast<unsigned long*>(value) : 0;
+      value && items == 1 && format == 32 ? *reinterpret_cast<unsigned long*>(value) : 0;
   if (value) XFree(value);
   return number;
 }

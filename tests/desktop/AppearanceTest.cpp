@@ -228,7 +228,7 @@ TEST_F(Appearance, NamesOfPrintersDoNotChangeHowTheirAddressReads) {
   const auto arabic = startPrinter("طابعة المكتب 350", {"--burn-seconds", "3"});
   startProgram();
   cell("طابعة المكتب 350");
-  const Node row = cell("Evil\uFFFDtxt.exe 350T");
+  cell("Evil\uFFFDtxt.exe 350T");
   EXPECT_TRUE(waitForLog("-> Adding: Evil\u202Etxt.exe 350T"));
   keepPicture("1-list");
   startUpdate("Evil\uFFFDtxt.exe 350T");

@@ -42,7 +42,7 @@ class BusPrinter {
   void serveAll();
 
   // Takes so much of what is written, and says that all was taken, or that so much was.
-  void take(std::size_t bytes);
+  void take(std::size_t count);
   void complete(std::size_t bytes);
 
   const FakeUsbTransfer& transfer() const { return *mApplication.usb().transfers().front(); }

@@ -141,7 +141,6 @@ std::vector<NetworkCell> surplus() {
   }
 
   // The device ID is read two bytes late, and its last two become the first of the burn reply.
-  const Lines shifted = kAwaitingResponse;
   const Lines lateReply =
       response("303b", "00ac", "f", "30 3b 00 ac 00 0f 00 01 00 00 00 00 00 00 00 00") +
       Lines{"3 The firmware download failed on the printer."} + kTransportGone;

@@ -21,8 +21,8 @@ class VirtualDesktop {
   // Log files go to `directory`, which must exist. Also sets the environment of this program, so
   // there can be one desktop for each program only. `windowManager` is the command of one that
   // follows the EWMH. Throws std::runtime_error.
-  VirtualDesktop(const std::filesystem::path& directory, int width = 1280, int height = 800,
-                 const std::string& windowManager = "openbox");
+  explicit VirtualDesktop(const std::filesystem::path& directory, int width = 1280,
+                          int height = 800, const std::string& windowManager = "openbox");
   ~VirtualDesktop();
 
   VirtualDesktop(const VirtualDesktop&) = delete;

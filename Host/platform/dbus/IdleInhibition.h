@@ -27,7 +27,7 @@ class IdleInhibition : private BusConnection::Listener {
   void connect();
   void askPortal();
   void askScreenSaver();
-  void given(BusMessage giveBack);
+  void given(BusMessage giveBackCall);
   void giveBack();
 
   void signalled(DBusMessage* signal) override;

@@ -19,7 +19,7 @@
 
 namespace virtualprinter {
 
-class UsbGadget : public Attachment {
+class UsbGadget final : public Attachment {
  public:
   // `controller` names the device controller; empty takes any free one. The faults of the printer
   // give the shape of the interfaces. Throws std::runtime_error where there are no gadgets.

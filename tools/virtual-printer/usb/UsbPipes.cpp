@@ -80,8 +80,8 @@ void UsbPipes::write() {
 // FunctionFS halts an endpoint that is used in the wrong direction.
 void UsbPipes::stall() {
   std::uint8_t byte = 0;
-  [[maybe_unused]] ssize_t refused = ::read(mIn.get(), &byte, sizeof byte);
-  refused = ::write(mOut.get(), &byte, sizeof byte);
+  [[maybe_unused]] const ssize_t refusedRead = ::read(mIn.get(), &byte, sizeof byte);
+  [[maybe_unused]] const ssize_t refusedWrite = ::write(mOut.get(), &byte, sizeof byte);
 }
 
 }  // namespace virtualprinter
