@@ -27,7 +27,7 @@ class AclResponse {
   BigEndian<std::uint16_t> mCommand;
   BigEndian<std::uint16_t> mCmdStatus;
   BigEndian<std::uint16_t> mDataLength;
-  std::array<std::uint8_t, 8> mRest = {};
+  [[maybe_unused]] std::array<std::uint8_t, 8> mRest = {};  // read by none but the log, as bytes
 };
 
 static_assert(sizeof(AclResponse) == 16 && std::is_trivially_copyable_v<AclResponse>);
