@@ -114,6 +114,7 @@ bool Application::select(unsigned row) {
 }
 
 void Application::forgetRecords() {
+  mStrings.forgetAskedFor();
   mLog.takeEntries();
   mEvents.takeCommands();
   mEvents.takeCalls();

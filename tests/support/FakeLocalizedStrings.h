@@ -20,6 +20,7 @@ class FakeLocalizedStrings : public platform::LocalizedStrings {
   }
 
   const std::vector<std::string>& askedFor() const { return mAskedFor; }
+  void forgetAskedFor() { mAskedFor.clear(); }
 
  private:
   std::map<std::string, std::string> mTranslations;

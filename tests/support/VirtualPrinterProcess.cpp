@@ -64,6 +64,11 @@ void VirtualPrinterProcess::readJournal() {
   }
 }
 
+void VirtualPrinterProcess::forgetJournal() {
+  mJournal = {};
+  mPartialLine.shrink_to_fit();
+}
+
 // False when nothing came in that time.
 bool VirtualPrinterProcess::readOnce(int waitMilliseconds) {
   if (mEnded) return false;

@@ -32,8 +32,9 @@ class VirtualPrinterProcess {
 
   const std::vector<Entry>& journal() const { return mJournal; }
 
-  // Begins the journal in memory anew; what is counted from then on begins anew, too.
-  void forgetJournal() { mJournal.clear(); }
+  // Begins the journal in memory anew, and gives back what it took; what is counted from then on
+  // begins anew, too.
+  void forgetJournal();
 
   // The entries of one kind, without their times, so far.
   std::vector<Entry> entries(const std::string& event) const;
