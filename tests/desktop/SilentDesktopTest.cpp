@@ -91,18 +91,31 @@ INSTANTIATE_TEST_SUITE_P(Of, StoppedBus,
                          });
 
 // Nobody can look at the window by assistive technology then.
-TEST_F(SilentDesktop, SessionBusIsStoppedBeforeTheStart) {
-  mPrinter = startPrinter("Office");
+class SilentFromTheStart : public SilentDesktop {
+ protected:
+  void updateUnseen(const std::string& bus) {
+    mPrinter = startPrinter("Office");
+    startProgramUnseen();
+    EXPECT_EQ(timesLogged("Unable to use the " + bus + ": no answer"), 1u);
+    EXPECT_TRUE(waitForLog("Adding printer with ID=1"));
+    press("Home");
+    press("Return");
+    std::this_thread::sleep_for(1s);  // the question takes nothing before
+    press("alt+d");
+    expectBurn();
+  }
+};
+
+TEST_F(SilentFromTheStart, SessionBus) {
   desktop().signalSessionBus(SIGSTOP);
-  startProgramUnseen();
-  EXPECT_EQ(timesLogged("Unable to use the session bus: no answer"), 1u);
-  EXPECT_TRUE(waitForLog("Adding printer with ID=1"));
-  press("Home");
-  press("Return");
-  std::this_thread::sleep_for(1s);  // the question takes nothing before
-  press("alt+d");
-  expectBurn();
+  updateUnseen("session bus");
   desktop().signalSessionBus(SIGCONT);
+}
+
+TEST_F(SilentFromTheStart, AccessibilityBus) {
+  desktop().signalAccessibilityBus(SIGSTOP);
+  updateUnseen("accessibility bus");
+  desktop().signalAccessibilityBus(SIGCONT);
 }
 
 TEST_F(SilentDesktop, SystemBusIsStoppedBeforeTheStart) {

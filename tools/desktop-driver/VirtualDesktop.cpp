@@ -6,6 +6,7 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <atspi/atspi.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <csignal>
@@ -113,6 +114,17 @@ void VirtualDesktop::killServer() {
   // Xlib ends a program that loses its connection, and this one is to go on.
   XCloseDisplay(std::exchange(mDisplay, nullptr));
   mServer->signal(SIGKILL);
+}
+
+void VirtualDesktop::signalAccessibilityBus(int number) const {
+  int socket = -1;
+  ucred daemon{};
+  socklen_t size = sizeof daemon;
+  if (!dbus_connection_get_unix_fd(atspi_get_a11y_bus(), &socket) ||
+      getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &daemon, &size) != 0) {
+    throw std::runtime_error("the bus of assistive technology has no process");
+  }
+  kill(daemon.pid, number);
 }
 
 void VirtualDesktop::startServer(int width, int height) {

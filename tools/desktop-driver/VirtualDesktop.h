@@ -49,8 +49,9 @@ class VirtualDesktop {
   // Its upper left corner on the screen, without the frame.
   std::optional<std::pair<int, int>> windowPlace(std::string_view title) const;
 
-  // To the daemon of the session bus. Assistive technology has a bus of its own.
+  // To the daemon of the session bus, or to that of the bus which assistive technology has.
   void signalSessionBus(int number) const { mSessionBus->signal(number); }
+  void signalAccessibilityBus(int number) const;
 
   // The X server dies. Nothing can be seen or done on the desktop after that.
   void killServer();

@@ -3,13 +3,14 @@
 //
 //   desktop-services system|session SERVICE[=BEHAVIOUR]...
 //
-// Services: login1, portal, screensaver, notifications. Behaviours:
+// Services: login1, portal, screensaver, notifications, accessibility. Behaviours:
 //   refuses[:WORD]  answers calls whose first argument has WORD in it, or all, with an error: to
 //                   locks without the lid, another one than to all else
 //   waits           gives what it is asked for when a line comes on standard input
 //   cancels         (portal) takes back at once what it gives
 //   plain           (notifications) knows no markup
 //   confused        (notifications) tells a number for what it knows
+//   ADDRESS         (accessibility) tells that its bus is there
 //
 // One line on standard output for each event; "ready" when the names are taken. Goes on without its
 // bus, to see what is given back then, and ends with its standard input.
@@ -82,7 +83,8 @@ class Services {
         {"login1", "org.freedesktop.login1"},
         {"portal", "org.freedesktop.portal.Desktop"},
         {"screensaver", "org.freedesktop.ScreenSaver"},
-        {"notifications", "org.freedesktop.Notifications"}};
+        {"notifications", "org.freedesktop.Notifications"},
+        {"accessibility", "org.a11y.Bus"}};
     const std::string name = service.substr(0, service.find('='));
     const auto known = kNames.find(name);
     if (known == kNames.end()) return false;
@@ -192,6 +194,7 @@ class Services {
     if (interface == "org.freedesktop.ScreenSaver") {
       return takeBack(call, "screensaver released " + joined(argumentsOf(call)));
     }
+    if (interface == "org.a11y.Bus") return tellAddress(call);
     if (member == "GetCapabilities") return tellCapabilities(call);
     if (member == "Notify") {
       say("notification " + joined(argumentsOf(call)));
@@ -274,6 +277,13 @@ class Services {
     DBusMessage* const reply = dbus_message_new_method_return(call);
     dbus_message_append_args(reply, DBUS_TYPE_ARRAY, DBUS_TYPE_STRING, &list,
                              static_cast<int>(capabilities.size()), DBUS_TYPE_INVALID);
+    send(reply);
+  }
+
+  void tellAddress(DBusMessage* call) {
+    const char* const address = mBehaviours[dbus_message_get_destination(call)].c_str();
+    DBusMessage* const reply = dbus_message_new_method_return(call);
+    dbus_message_append_args(reply, DBUS_TYPE_STRING, &address, DBUS_TYPE_INVALID);
     send(reply);
   }
 

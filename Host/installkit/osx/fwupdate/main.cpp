@@ -29,7 +29,7 @@
 #include "platform/avahi/DaemonVersion.h"
 #include "platform/dbus/DesktopNotifier.h"
 #include "platform/dbus/PowerLock.h"
-#include "platform/dbus/SilentSessionBus.h"
+#include "platform/dbus/SilentBuses.h"
 #include "platform/libusb/DevicesReport.h"
 #include "platform/libusb/LibusbRegistry.h"
 #include "platform/posix/HostDescription.h"
@@ -188,17 +188,16 @@ class Host {
   platform::DownloadObservers mDownloadObservers;
 };
 
-// Qt would wait for it, and there would be no window.
-void leaveSilentSessionBus() {
+// Qt would wait for them, and there would be no window.
+void leaveSilentBuses() {
   constexpr std::chrono::seconds kPatience{5};
-  if (platform::leaveSilentSessionBus(kPatience)) {
-    logNotice("Unable to use the session bus: no answer");
-  }
+  const std::string name = platform::leaveSilentBuses(kPatience);
+  if (!name.empty()) logNotice("Unable to use the " + name + ": no answer");
 }
 
 // The platform outlives everything that reaches it.
 void runUpdater() {
-  leaveSilentSessionBus();
+  leaveSilentBuses();
   Host host(platform::current());
   const platform::PlatformScope scope(host.surfaces());
   FirmwareDownloader downloader;
