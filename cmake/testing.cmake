@@ -1,6 +1,7 @@
 # fw_add_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, each of its cases a test of CTest.
-# With LAUNCHER, the program is started by that command. A test that waits for a bus, a daemon, a window
-# or an emulated machine has the label "waits": it may need another try (tests/results), and no other.
+# With LAUNCHER, the program is started by that command. A test that waits for other processes (a printer,
+# a bus, a daemon, a window, an emulated machine) while real time limits run has the label "waits": it
+# may need another try (tests/results), and no other.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(nlohmann_json REQUIRED)

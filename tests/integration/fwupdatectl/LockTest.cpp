@@ -87,7 +87,7 @@ TEST_F(FwupdatectlLock, EndsWithAKilledProcess) {
 class FwupdatectlLockOfAQuestion : public testing::Test {
  protected:
   explicit FwupdatectlLockOfAQuestion(const std::vector<std::string>& options =
-                                          {"--fault", "delay@id-request=1500",
+                                          {"--fault", "delay@id-request=4000",
                                            "--faulty-conversations", "1", "--burn-seconds", "0.1"})
       : mPrinter(options) {}
 
@@ -129,7 +129,7 @@ TEST_F(FwupdatectlLockOfAQuestion, AnotherQuestionWaitsForItsEnd) {
 
 class FwupdatectlLockBeforeAQuestion : public FwupdatectlLockOfAQuestion {
  protected:
-  FwupdatectlLockBeforeAQuestion() : FwupdatectlLockOfAQuestion({"--burn-seconds", "2"}) {}
+  FwupdatectlLockBeforeAQuestion() : FwupdatectlLockOfAQuestion({"--burn-seconds", "8"}) {}
 };
 
 TEST_F(FwupdatectlLockBeforeAQuestion, NothingIsAskedDuringAnUpdate) {
