@@ -263,6 +263,7 @@ IOReturn FakeUsbInterfaceObject::start(const std::string& call, const FakeUsbTra
   transfer->completionTimeout = completionTimeout;
   // Last comes what makes it one of those under way: where memory ends before, there is none.
   limitTime(transfer, shorter(noDataTimeout, completionTimeout));
+  std::erase_if(mStarted, [](const auto& each) { return each.expired(); });
   mStarted.push_back(transfer);
   mRegistry.mTransfers.push_back(transfer);
   if (mEntry->stalledPipes.contains(started.pipe)) {

@@ -1,5 +1,8 @@
 #include "WatchedMemory.h"
 
+#include <malloc.h>
+
+#include <atomic>
 #include <cstdlib>
 #include <new>
 #include <utility>
@@ -12,6 +15,8 @@ std::size_t sSuccessesBeforeFailure = 0;
 
 const void* sWatchedBlock = nullptr;
 bool sWatchedBlockIsFreed = false;
+
+std::atomic<std::size_t> sHeldBytes = 0;
 
 bool isToFail() {
   if (!sFailing || !sMayFail || sSuccessesBeforeFailure-- > 0) return false;
@@ -30,6 +35,8 @@ FailingAllocation::~FailingAllocation() { sFailing = false; }
 
 bool FailingAllocation::hasFailed() const { return !sFailing; }
 
+std::size_t heldBytes() { return sHeldBytes; }
+
 AllocationsMayFail::AllocationsMayFail(bool may) : mBefore(std::exchange(sMayFail, may)) {}
 
 AllocationsMayFail::~AllocationsMayFail() { sMayFail = mBefore; }
@@ -47,11 +54,13 @@ void* operator new(std::size_t size) {
   if (isToFail()) throw std::bad_alloc();
   void* const memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
+  sHeldBytes += malloc_usable_size(memory);
   return memory;
 }
 
 void operator delete(void* memory) noexcept {
   if (memory != nullptr && memory == sWatchedBlock) sWatchedBlockIsFreed = true;
+  sHeldBytes -= malloc_usable_size(memory);
   std::free(memory);
 }
 

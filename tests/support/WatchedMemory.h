@@ -1,5 +1,5 @@
 // Replaces the allocation of the program that it is linked into with one that can be made to fail,
-// and that can be asked what has been freed.
+// and that can be asked what has been freed, and how much has not.
 #pragma once
 
 #include <cstddef>
@@ -15,6 +15,9 @@ class FailingAllocation {
 
   bool hasFailed() const;
 };
+
+// The bytes that are allocated now.
+std::size_t heldBytes();
 
 // While one lives, allocations may fail and count, or do neither. The innermost one decides; where
 // there is none, they may.

@@ -4,6 +4,7 @@
 #include <random>
 
 #include "UsbInterfaceTest.h"
+#include "WatchedMemory.h"
 
 namespace {
 
@@ -441,6 +442,25 @@ TEST_F(UsbInterfaceReadDeathTest, ReadOfNothingWaitsForAPacketFirst) {
   EXPECT_THAT(mUsb.takeCalls(), ElementsAre(kClear, readOf(64)));
   mUsb.completeRead("a");
   EXPECT_DEATH(mLoop.runAllLater(), "^Assertion failed: \\(lenToReturn > 0\\), function read, ");
+}
+
+TEST_F(UsbInterfaceReadTest, TransfersThatAreOverHoldNoMemory) {
+  ActingNotifier notifier([] {});
+  std::string buffer(1, '?');
+  const auto transfer = [&] {
+    write("?", notifier);
+    mUsb.completeWrite(1);
+    mLoop.runAllLater();
+    mInterface->read(buffer.data(), 1, notifier, 20000);
+    send("!");
+    mUsb.takeCalls();
+    mPlatform.takeEntries();
+  };
+  transfer();
+  const std::size_t held = heldBytes();
+  for (int i = 0; i < 100; ++i) transfer();
+  EXPECT_EQ(heldBytes(), held);
+  EXPECT_EQ(notifier.times(), 202);
 }
 
 }  // namespace
