@@ -133,6 +133,23 @@ TEST_F(ObservedDownloadTest, OnlyTheImageTellsItsProgress) {
   EXPECT_THAT(told, ElementsAre("write 28"));
 }
 
+TEST_F(ObservedDownloadTest, EachPhaseBeginsWhenTheLogHasToldOfIt) {
+  installFirmware(kFirmware200);
+  mRecord.mReplies = {kDeviceIdResponse, kDeviceId100, kBurnResponse};
+  std::vector<std::string> before;
+  for (const char* phase : {"Connecting", "AskingForVersion", "ChoosingFirmware", "SendingFirmware",
+                            "BurningFirmware within 3000"}) {
+    mRecord.mOnCall[phase] = [&before, this] { before.push_back(mLog.lines().back()); };
+  }
+  start();
+  resume(9);
+  EXPECT_THAT(before, ElementsAre("5 Connecting to I/O transport...",
+                                  "5 Clearing unsolicited status updates...",
+                                  "5 Choosing and loading a firmware file...",
+                                  "5 Writing new firmware to printer...",
+                                  "5 This will take some time; using a timeout of 3000ms."));
+}
+
 TEST_F(ObservedDownloadTest, FailureOfATransferEndsItOnce) {
   start();
   takeCalls();

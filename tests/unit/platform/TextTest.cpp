@@ -85,6 +85,12 @@ TEST(Text, IsMadeFromWideCharacters) {
   EXPECT_FALSE(Text::fromWide(L"").isNull());
 }
 
+TEST(Text, WideCharactersAtTheBordersOfUtf8) {
+  EXPECT_EQ(Text::fromWide(L"\x7F\x80").utf8(), "\x7F\xC2\x80");
+  EXPECT_EQ(Text::fromWide(L"\x7FF\x800").utf8(), "\xDF\xBF\xE0\xA0\x80");
+  EXPECT_EQ(Text::fromWide(L"\xFFFF\x10000").utf8(), "\xEF\xBF\xBF\xF0\x90\x80\x80");
+}
+
 TEST(Text, RefusesWideElementsThatAreNoCharacters) {
   for (const unsigned element : {0xD800u, 0xDFFFu, 0x110000u, 0xFFFFFFFFu}) {
     const std::wstring wide(1, static_cast<wchar_t>(element));
