@@ -10,7 +10,7 @@ using platform::Bus;
 using platform::BusConnection;
 using platform::BusMessage;
 
-class BusConnectionTest : public BusTest, private BusConnection::Listener {
+class BusConnectionTest : public BusTest, protected BusConnection::Listener {
  protected:
   bool opens(Bus bus) { return BusConnection(runLoop, bus, *this).open(); }
 
@@ -54,6 +54,18 @@ TEST_F(BusConnectionTest, WithoutAnAddressTheSessionIsTheOneOfTheRuntimeDirector
   EXPECT_EQ(nameOn(Bus::Session), "org.freedesktop.DBus");
   unsetenv("XDG_RUNTIME_DIR");
   EXPECT_FALSE(opens(Bus::Session));
+}
+
+// The bus can be written to at any time: a loop that looked for that would never rest.
+TEST_F(BusConnectionTest, ConnectionWithNothingToSendWaitsForMessagesAlone) {
+  BusConnection connection(runLoop, Bus::System, *this);
+  ASSERT_TRUE(connection.open());
+  bool isGreeted = false;
+  connection.call(
+      platform::newMethodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "GetId"),
+      [&](DBusMessage*) { isGreeted = true; });
+  ASSERT_TRUE(runLoop.runUntil([&] { return isGreeted; }));
+  EXPECT_EQ(runLoop.enabledWatches(), 1U);
 }
 
 TEST_F(BusConnectionTest, StartsNoProcessAndAsksNoNetworkForABus) {

@@ -1,13 +1,39 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <string>
 
+#include "FakeRunLoop.h"
 #include "platform/libusb/InterfaceChanges.h"
 
 namespace {
 
 using namespace std::string_literals;
 using platform::isInterfaceChange;
+
+// Looks at the descriptor when nobody watches it any more.
+class LookingRunLoop : public FakeRunLoop {
+ public:
+  std::unique_ptr<Watch> watch(int descriptor, Interest, std::function<void()>) override {
+    return std::make_unique<Looking>(descriptor, mWasOpen);
+  }
+
+  bool mWasOpen = false;
+
+ private:
+  class Looking : public Watch {
+   public:
+    Looking(int descriptor, bool& wasOpen) : mDescriptor(descriptor), mWasOpen(wasOpen) {}
+    ~Looking() override { mWasOpen = fcntl(mDescriptor, F_GETFD) >= 0; }
+    void setEnabled(bool) override {}
+
+   private:
+    const int mDescriptor;
+    bool& mWasOpen;
+  };
+};
 
 // As the kernel sends them.
 std::string message(const std::string& action, const std::string& type) {
@@ -39,6 +65,14 @@ TEST(InterfaceChangesTest, MessagesMayBeCutOff) {
   for (std::size_t length = 0; length < whole.size(); ++length) {
     EXPECT_EQ(isInterfaceChange(whole.substr(0, length)), length >= end) << length;
   }
+}
+
+TEST(InterfaceChangesTest, SocketIsClosedWhenItIsWatchedNoMore) {
+  LookingRunLoop runLoop;
+  {
+    const platform::InterfaceChanges changes(runLoop, [] {});
+  }
+  EXPECT_TRUE(runLoop.mWasOpen);
 }
 
 }  // namespace
