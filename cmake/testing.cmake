@@ -2,6 +2,9 @@
 # With LAUNCHER, the program is started by that command. A test that waits for other processes (a printer,
 # a bus, a daemon, a window, an emulated machine) while real time limits run has the label "waits": it
 # may need another try (tests/results), and no other.
+#
+# FW_ON_ITS_OWN_MACHINE starts a program where nobody else has a port, and so nobody else's lock of a
+# printer is in its way. It takes SKIP_RETURN_CODE 77.
 include(GoogleTest)
 find_package(GTest REQUIRED)
 find_package(nlohmann_json REQUIRED)
@@ -22,6 +25,8 @@ target_link_libraries(fw_test_headers PRIVATE
 target_precompile_headers(fw_test_headers PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp> <algorithm> <filesystem> <fstream> <functional>
   <memory> <optional> <span> <sstream> <string> <vector>)
+
+set(FW_ON_ITS_OWN_MACHINE ${PROJECT_SOURCE_DIR}/tools/private-network --no-bus --links 0 --)
 
 function(fw_add_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES" ${ARGN})
