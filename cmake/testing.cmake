@@ -42,6 +42,7 @@ function(fw_add_test name)
   endif()
   gtest_discover_tests(${name}
     TEST_PREFIX "${ARG_PREFIX}"
+    NO_PRETTY_VALUES # the instances of a case have names
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60 # while much else runs
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})

@@ -69,7 +69,8 @@ INSTANTIATE_TEST_SUITE_P(, TextsOfACountry,
                                          std::pair("zh_CN", "要更新此网络"),
                                          std::pair("zh_SG", "要更新此网络"),
                                          std::pair("zh_TW", "Download new firmware"),
-                                         std::pair("zh_HK", "Download new firmware")));
+                                         std::pair("zh_HK", "Download new firmware")),
+                         [](const auto& country) { return country.param.first; });
 
 // Ends the process with the text in the user's language, as the environment says it.
 class TextsInASession : public QtApplicationTest {
