@@ -144,8 +144,8 @@ std::vector<std::string> DesktopTest::printersInList() {
   const auto application = desktop::findApplication(mProgram->pid());
   if (!application) return {};
   std::vector<Node> cells;
-  for (const Node& node : application->descendants()) {
-    if (isCell(node) && node.isShowing()) cells.push_back(node);
+  for (const Node& node : application->allShowing()) {
+    if (isCell(node)) cells.push_back(node);
   }
   const auto left = [](const Node& node) { return node.extents().x; };
   const auto first = std::min_element(

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -16,6 +17,7 @@ namespace desktop {
 namespace {
 
 using namespace std::chrono_literals;
+using std::chrono::steady_clock;
 
 [[noreturn]] void becomeCommand(const std::vector<std::string>& command, int output,
                                 const ChildProcess::Environment& added) {
@@ -88,6 +90,8 @@ bool ChildProcess::waitForOutput(const std::string& text, std::chrono::milliseco
   return written();
 }
 
-void pauseBriefly() { std::this_thread::sleep_for(5ms); }
+void pauseAfter(steady_clock::duration effort) {
+  std::this_thread::sleep_for(std::clamp<steady_clock::duration>(effort, 5ms, 50ms));
+}
 
 }  // namespace desktop

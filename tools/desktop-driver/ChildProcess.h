@@ -46,18 +46,22 @@ class ChildProcess {
   std::optional<int> mExitStatus;
 };
 
-// Calls `condition` every few milliseconds until it holds; false when the limit passes first.
+// Calls `condition` every few milliseconds until it holds; false when the limit passes first. A
+// condition that takes longer is asked less often, so that what it waits for gets the processors,
+// too.
 template <typename Condition>
 bool waitUntil(Condition condition, std::chrono::milliseconds limit);
 
-void pauseBriefly();
+// Between two looks, when the one before took `effort`.
+void pauseAfter(std::chrono::steady_clock::duration effort);
 
 template <typename Condition>
 bool waitUntil(Condition condition, std::chrono::milliseconds limit) {
-  const auto deadline = std::chrono::steady_clock::now() + limit;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    pauseBriefly();
+  using std::chrono::steady_clock;
+  const auto deadline = steady_clock::now() + limit;
+  for (auto asked = steady_clock::now(); !condition(); asked = steady_clock::now()) {
+    if (steady_clock::now() > deadline) return false;
+    pauseAfter(steady_clock::now() - asked);
   }
   return true;
 }

@@ -2,7 +2,6 @@
 
 #include <atspi/atspi.h>
 
-#include <algorithm>
 #include <array>
 #include <sstream>
 
@@ -96,12 +95,25 @@ std::vector<Node> Node::children() const {
   return nodes;
 }
 
-std::vector<Node> Node::descendants() const {
-  std::vector<Node> nodes{*this};
-  for (const Node& child : children()) {
-    const std::vector<Node> below = child.descendants();
-    nodes.insert(nodes.end(), below.begin(), below.end());
+// Each question goes to the other program and back, so none is asked that need not be.
+std::optional<Node> Node::firstShowing(const std::function<bool(const Node&)>& condition) const {
+  if (!isShowing()) return std::nullopt;
+  if (condition(*this)) return *this;
+  const int count = atspi_accessible_get_child_count(mAccessible.get(), nullptr);
+  for (int i = 0; i < count; ++i) {
+    const auto child = own(atspi_accessible_get_child_at_index(mAccessible.get(), i, nullptr));
+    if (!child) continue;
+    if (auto found = Node(child).firstShowing(condition)) return found;
   }
+  return std::nullopt;
+}
+
+std::vector<Node> Node::allShowing() const {
+  std::vector<Node> nodes;
+  firstShowing([&](const Node& node) {
+    nodes.push_back(node);
+    return false;
+  });
   return nodes;
 }
 
@@ -145,13 +157,9 @@ std::optional<Node> findNode(int processId, const std::function<bool(const Node&
   std::optional<Node> found;
   waitUntil(
       [&] {
-        const auto application = findApplication(processId);
-        if (!application) return false;
-        const std::vector<Node> nodes = application->descendants();
-        const auto match = std::find_if(nodes.begin(), nodes.end(), [&](const Node& node) {
-          return node.isShowing() && condition(node);
-        });
-        if (match != nodes.end()) found = *match;
+        if (const auto application = findApplication(processId)) {
+          found = application->firstShowing(condition);
+        }
         return found.has_value();
       },
       limit);

@@ -39,8 +39,12 @@ class Node {
 
   std::vector<Node> children() const;
 
-  // This node and all below it, in depth-first order.
-  std::vector<Node> descendants() const;
+  // Of this node and all below it, in depth-first order, the first that shows and meets the
+  // condition. Below what does not show nothing does, so it is not looked at.
+  std::optional<Node> firstShowing(const std::function<bool(const Node&)>& condition) const;
+
+  // Likewise, all that show.
+  std::vector<Node> allShowing() const;
 
   // Presses the object as assistive technology does: its first action. False when it has none.
   bool activate() const;
