@@ -175,7 +175,7 @@ bool isPresent(const UsbInterfaceDescription& interface) {
 }
 
 bool hasChanged(const UsbDeviceDescription& description) {
-  if (!std::filesystem::exists(description.directory)) return false;
+  if (incarnationOf(description.directory) != description.incarnation) return false;
   const Text configuration = readSysfsAttribute(description.directory, "bConfigurationValue");
   return configuration.utf8() != description.configuration.utf8() ||
          std::any_of(
@@ -192,6 +192,7 @@ UsbDeviceDescription describeUsbDevice(libusb_device* device,
 
   UsbDeviceDescription description;
   description.directory = directory;
+  description.incarnation = incarnationOf(directory);
   const Text product = readSysfsAttribute(directory, "product");
   description.name = entryName(product, "IOUSBDevice");
 

@@ -38,6 +38,7 @@ struct UsbInterfaceDescription {
 struct UsbDeviceDescription {
   std::string name;                 // of the registry entry
   std::filesystem::path directory;  // in sysfs
+  std::uint64_t incarnation = 0;    // that directory's number; 0 when it is not there
   PropertyDictionary properties;
   Text configuration;       // its value, in sysfs; null or empty while there is none
   bool configured = false;  // the configuration is set, and the kernel has made all its interfaces
@@ -57,8 +58,8 @@ UsbInterfaceDescription describeUsbInterface(const libusb_interface_descriptor& 
 // Whether the interface is the one that was described: neither gone nor made anew.
 bool isPresent(const UsbInterfaceDescription& interface);
 
-// Whether the device, which is still there, has another configuration by now, or its interfaces
-// have been made anew.
+// Whether the device, if it is still there, has another configuration by now, or its interfaces
+// have been made anew. Another device may have taken its place; what has changed then is not it.
 bool hasChanged(const UsbDeviceDescription& description);
 
 }  // namespace platform

@@ -179,4 +179,14 @@ TEST_F(UsbDeviceDescriptionTest, DoesNotChangeByLeaving) {
   EXPECT_FALSE(hasChanged(device));
 }
 
+// It keeps what it was described as, and is told of as gone.
+TEST_F(UsbDeviceDescriptionTest, DoesNotChangeByAnotherInItsPlace) {
+  makeInterfaces();
+  const UsbDeviceDescription device = describe();
+  std::filesystem::rename(mDirectory.path() / "1-2", mDirectory.path() / "old");
+  store("1-2/bConfigurationValue", "1");
+  makeInterfaces();
+  EXPECT_FALSE(hasChanged(device));
+}
+
 }  // namespace
