@@ -14,6 +14,7 @@
 
 #include "JsonLines.h"
 #include "openFiles.h"
+#include "workerEvent.h"
 
 using nlohmann::ordered_json;
 
@@ -140,8 +141,7 @@ void WorkerProcess::terminate() {
 
 void WorkerProcess::readEvents() {
   for (const std::string& line : mEvents.takeLines()) {
-    const auto event = ordered_json::parse(line, nullptr, false);
-    if (event.is_object()) mListener.told(event);
+    if (const auto event = workerEvent(line)) mListener.told(*event);
   }
   endWhenAllIsRead();
 }
