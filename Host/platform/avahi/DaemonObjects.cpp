@@ -23,7 +23,8 @@ std::unique_ptr<DaemonObjects::Object> DaemonObjects::create(const BusMessage& c
 // The daemon is one process: its reply comes before the first signal of the object.
 void DaemonObjects::replied(const std::shared_ptr<Entry>& entry, DBusMessage* reply) {
   const char* path = nullptr;
-  if (!dbus_message_get_args(reply, nullptr, DBUS_TYPE_OBJECT_PATH, &path, DBUS_TYPE_INVALID)) {
+  if (!isReturn(reply) ||
+      !dbus_message_get_args(reply, nullptr, DBUS_TYPE_OBJECT_PATH, &path, DBUS_TYPE_INVALID)) {
     if (entry->client != nullptr) entry->client->refused();
     return;
   }

@@ -184,7 +184,8 @@ class ResolveQuery final : public DaemonQuery {
                           DBUS_TYPE_STRING, &word, DBUS_TYPE_STRING, &word, DBUS_TYPE_STRING, &word,
                           DBUS_TYPE_STRING, &word, DBUS_TYPE_INT32, &number, DBUS_TYPE_STRING,
                           &text, DBUS_TYPE_UINT16, &port, DBUS_TYPE_INVALID);
-    if (avahi_address_parse(text, number, &address) == nullptr) {
+    // The library takes another family for a mistake, and ends the program.
+    if (!AVAHI_PROTO_VALID(number) || avahi_address_parse(text, number, &address) == nullptr) {
       return tell(Responder::News::Refused, {});
     }
     tell(Responder::News::Answered,

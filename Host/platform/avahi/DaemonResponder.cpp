@@ -1,5 +1,7 @@
 #include "platform/avahi/DaemonResponder.h"
 
+#include <avahi-common/domain.h>
+
 #include <string>
 #include <utility>
 
@@ -74,12 +76,12 @@ class BusResponder : public DaemonResponder, private BusConnection::Listener {
 
   void closed() override { become(State::Lost); }
 
-  // `owner` is the daemon's unique name on the bus, empty when there is none. One that does not
-  // answer, because it is stopped, is not ready.
+  // `owner` is the daemon's unique name on the bus, no name at all when there is none. One that
+  // does not answer, because it is stopped, is not ready.
   void daemonIs(const std::string& owner) {
     if (mState == State::Ready) return become(State::Lost);
     mOwner = owner;
-    if (mOwner.empty()) return become(State::Absent);
+    if (!dbus_validate_bus_name(owner.c_str(), nullptr)) return become(State::Absent);
     become(State::Unknown);
     mBus.call(newMethodCall(owner, "/", "org.freedesktop.Avahi.Server", "GetDomainName"),
               [this, owner](DBusMessage* reply) {
@@ -90,7 +92,7 @@ class BusResponder : public DaemonResponder, private BusConnection::Listener {
   // One that talks to nobody like us is as good as none.
   void daemonAnswered(DBusMessage* reply) {
     const char* const domain = textOf(reply);
-    if (domain == nullptr) return become(State::Absent);
+    if (domain == nullptr || avahi_is_valid_domain_name(domain) == 0) return become(State::Absent);
     mDomain = domain;
     mObjects = std::make_unique<DaemonObjects>(mBus, mOwner);
     become(State::Ready);

@@ -57,6 +57,7 @@ DomainBrowses::DomainBrowses(Responder& responder, std::string type, const std::
 DomainBrowses::~DomainBrowses() = default;
 
 void DomainBrowses::domainAppeared(const std::string& domain) {
+  if (avahi_is_valid_domain_name(domain.c_str()) == 0) return;
   if (avahi_domain_equal(domain.c_str(), mResponder.defaultDomain().c_str()) != 0) return;
   auto other = mOthers.find(domain);
   if (other == mOthers.end()) {

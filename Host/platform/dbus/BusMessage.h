@@ -15,10 +15,19 @@ struct BusMessageRelease {
 };
 using BusMessage = std::unique_ptr<DBusMessage, BusMessageRelease>;
 
+// Whether it is an answer: an error has its own name and no values that anybody asks for.
+inline bool isReturn(DBusMessage* reply) {
+  return dbus_message_get_type(reply) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
+}
+
 // A call that the bus starts its destination for, where it knows how. Null when there is no memory,
-// or a name is none.
+// or `destination` or `path` is none: the library takes that for a mistake, and ends the program.
 inline BusMessage newStartingCall(const std::string& destination, const std::string& path,
                                   const char* interface, const char* method) {
+  if (!dbus_validate_bus_name(destination.c_str(), nullptr) ||
+      !dbus_validate_path(path.c_str(), nullptr)) {
+    return nullptr;
+  }
   return BusMessage(
       dbus_message_new_method_call(destination.c_str(), path.c_str(), interface, method));
 }
@@ -56,7 +65,7 @@ inline void appendOptions(
 // Null when it is an error, or has none.
 inline const char* textOf(DBusMessage* reply) {
   const char* text = nullptr;
-  if (dbus_message_get_type(reply) == DBUS_MESSAGE_TYPE_METHOD_RETURN) {
+  if (isReturn(reply)) {
     dbus_message_get_args(reply, nullptr, DBUS_TYPE_STRING, &text, DBUS_TYPE_INVALID);
   }
   return text;

@@ -47,6 +47,17 @@ TEST_F(DomainBrowsesTest, DefaultDomainIsBrowsedOnce) {
   EXPECT_THAT(responder.browses, ElementsAre("local"));
 }
 
+// A label is never longer than 63 bytes, and what a backslash escapes has to follow it.
+TEST_F(DomainBrowsesTest, WhatIsNoDomainIsNotBrowsed) {
+  const DomainBrowses browses(responder, "_pdl-datastream._tcp", "", *this);
+  for (const std::string& domain : {std::string(64, 'x') + ".example", std::string("office\\")}) {
+    responder.domains->domainAppeared(domain);
+    responder.domains->domainDisappeared(domain);
+  }
+  EXPECT_THAT(responder.browses, ElementsAre("local"));
+  EXPECT_THAT(told, IsEmpty());
+}
+
 TEST_F(DomainBrowsesTest, GivenDomainIsBrowsedAlone) {
   const DomainBrowses browses(responder, "_pdl-datastream._tcp", "office.example", *this);
   EXPECT_THAT(responder.browses, ElementsAre("office.example"));
