@@ -67,7 +67,7 @@ bool DesktopNotifier::connect() {
 bool DesktopNotifier::ask(const std::string& title, const std::string& text) {
   return mBus != nullptr &&
          mBus->call(newDaemonCall("GetCapabilities"), [this, title, text](DBusMessage* reply) {
-           if (dbus_message_get_type(reply) != DBUS_MESSAGE_TYPE_METHOD_RETURN) return;
+           if (!isReturn(reply)) return;
            notify(title, knowsMarkup(reply) ? escaped(text) : text);
          });
 }

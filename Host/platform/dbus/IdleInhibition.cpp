@@ -72,7 +72,8 @@ void IdleInhibition::connect() {
 void IdleInhibition::askPortal() {
   mAsking = mBus->call(newPortalInhibit(mTexts), [this](DBusMessage* reply) {
     const char* request = nullptr;
-    if (dbus_message_get_args(reply, nullptr, DBUS_TYPE_OBJECT_PATH, &request, DBUS_TYPE_INVALID)) {
+    if (isReturn(reply) &&
+        dbus_message_get_args(reply, nullptr, DBUS_TYPE_OBJECT_PATH, &request, DBUS_TYPE_INVALID)) {
       return given(newMethodCall(kPortal, request, kPortalRequest, "Close"));
     }
     askScreenSaver();
@@ -82,8 +83,8 @@ void IdleInhibition::askPortal() {
 void IdleInhibition::askScreenSaver() {
   mAsking = mBus->call(newScreenSaverInhibit(mTexts), [this](DBusMessage* reply) {
     std::uint32_t cookie = 0;
-    const bool isGiven =
-        dbus_message_get_args(reply, nullptr, DBUS_TYPE_UINT32, &cookie, DBUS_TYPE_INVALID) != 0;
+    const bool isGiven = isReturn(reply) && dbus_message_get_args(reply, nullptr, DBUS_TYPE_UINT32,
+                                                                  &cookie, DBUS_TYPE_INVALID);
     given(isGiven ? newUnInhibit(cookie) : nullptr);
   });
 }

@@ -53,7 +53,7 @@ void SleepLock::askFor(std::size_t choice) {
 }
 
 void SleepLock::answered(std::size_t choice, DBusMessage* reply) {
-  if (dbus_message_has_signature(reply, DBUS_TYPE_UNIX_FD_AS_STRING)) {
+  if (isReturn(reply) && dbus_message_has_signature(reply, DBUS_TYPE_UNIX_FD_AS_STRING)) {
     mPatience.reset();
     mLock.reset(dbus_message_ref(reply));
     if (choice > 0) reportOnce(kLess + kChoices[choice] + " during downloads: " + mRefusal);
