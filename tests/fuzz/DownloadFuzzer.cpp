@@ -21,7 +21,9 @@
 #include "LogRecorder.h"
 #include "Printer.h"
 #include "PrinterMessages.h"
+#include "PrinterTalk.h"
 #include "RecordingObserver.h"
+#include "Script.h"
 #include "platform/Text.h"
 
 namespace {
@@ -31,25 +33,6 @@ using Awaits = DownloadModel::Awaits;
 void require(bool holds) {
   if (!holds) std::abort();
 }
-
-// The bytes of the script; nothing but zeros behind its end.
-class Script {
- public:
-  Script(const std::uint8_t* data, std::size_t size) : mData(data), mSize(size) {}
-
-  bool isOver() const { return mNext == mSize; }
-  std::uint8_t take() { return isOver() ? std::uint8_t{0} : mData[mNext++]; }
-  std::string take(std::size_t count) {
-    std::string bytes;
-    while (bytes.size() < count) bytes += static_cast<char>(take());
-    return bytes;
-  }
-
- private:
-  const std::uint8_t* mData;
-  std::size_t mSize;
-  std::size_t mNext = 0;
-};
 
 class DownloadRun {
  public:
@@ -80,13 +63,13 @@ class DownloadRun {
         if (isConnected()) arrives(script.take(operand));
         break;
       case 4:
-        sayNext(operand);
+        mTalk.sayNext(operand);
         break;
       case 5:
-        if (isConnected()) arrives(takeSaid(operand));
+        if (isConnected()) arrives(mTalk.take(operand));
         break;
       case 6:
-        if (!mSaid.empty()) change(mSaid[operand % mSaid.size()], script.take());
+        mTalk.change(operand, script.take());
         break;
       default:
         if (operand % 8 == 7 && isConnected()) setSendFails(true);
@@ -100,7 +83,7 @@ class DownloadRun {
   bool finishWell() {
     if (mModel.awaits() != Awaits::Nothing) return true;
     const std::size_t told = mModel.commands().size();
-    mSaid.clear();
+    mTalk.forget();
     start(0);
     connectionEnds(false);
     becomesWritable();
@@ -146,7 +129,7 @@ class DownloadRun {
     const bool isRefused = how % 8 == 6;
     const bool isTaken = how % 8 == 7;
     mLog.takeEntries();
-    mSaid.clear();
+    mTalk.forget();
     setSendFails(false);
     mNetwork.setConnectResult(isRefused ? 111 : 0);
     mLocks.setUpdating(isTaken ? "somebody (process 7)" : "");
@@ -175,23 +158,6 @@ class DownloadRun {
     require(mNetwork.arrives({bytes.begin(), bytes.end()}));
     mModel.arrives(bytes);
   }
-
-  // What the printer has to say waits until it is sent, in pieces, and may be changed meanwhile.
-  void sayNext(std::uint8_t which) {
-    const std::string ids[] = {kDeviceId100, bytes("\0\x24MDL:KX350T;LIC:QT725013;FWVER:199;"),
-                               bytes("\0\x24MDL:KX350T;LIC:QT725013;FWVER:200;"),
-                               bytes("\0\x24MDL:KX350T;LIC:QT725013;FWVER:900;"),
-                               bytes("\0\x24MDL:KX999T;LIC:QT725013;FWVER:100;")};
-    mSaid += which >= 16 ? kBurnResponse : kDeviceIdResponse + ids[which % 5];
-  }
-
-  std::string takeSaid(std::uint8_t count) {
-    const std::string piece = count == 31 ? mSaid : mSaid.substr(0, count);
-    mSaid.erase(0, piece.size());
-    return piece;
-  }
-
-  static void change(char& byte, std::uint8_t how) { byte = static_cast<char>(byte ^ how); }
 
   bool takeTurn() {
     if (mModel.awaits() != Awaits::Turn) return true;
@@ -251,7 +217,7 @@ class DownloadRun {
   FakeNetwork mNetwork;
   FakeDeviceLocks mLocks;
   LogRecorder mLog{surfaces()};
-  std::string mSaid;
+  PrinterTalk mTalk;
   DownloadModel mModel;
   std::unique_ptr<FirmwareDownloader> mDownloader = std::make_unique<FirmwareDownloader>();
   Printer* mPrinter = Printer::create(

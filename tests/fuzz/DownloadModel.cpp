@@ -37,7 +37,7 @@ std::size_t deviceIdSize(const std::string& response) {
 }  // namespace
 
 void DownloadModel::start(bool canConnect) {
-  mArrived.clear();
+  if (!mKeepsUnread) mArrived.clear();
   mAwaits = Awaits::Connection;
   if (!canConnect) end("DlNo");
 }
@@ -56,6 +56,11 @@ void DownloadModel::becomesWritable() {
 void DownloadModel::arrives(const std::string& bytes) {
   mArrived += bytes;
   takeBytes();
+}
+
+void DownloadModel::transferFails() {
+  mArrived.clear();
+  end("DlNo");
 }
 
 void DownloadModel::takeTurn() {

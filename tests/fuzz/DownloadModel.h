@@ -1,4 +1,4 @@
-// What a download to a network printer must do, said in the simplest way: what it waits for, what
+// What a download to a printer must do, said in the simplest way: what it waits for, what
 // it has sent, and how it ended. Knows nothing of the product but its messages.
 #pragma once
 
@@ -10,10 +10,16 @@ class DownloadModel {
  public:
   enum class Awaits { Nothing, Connection, Room, Bytes, Turn };
 
+  // On the cable: what was sent and not read before is the first to be read.
+  void keepUnread() { mKeepsUnread = true; }
+
   void start(bool canConnect);
   void connectionEnds();
   void becomesWritable();
   void arrives(const std::string& bytes);
+
+  // The write or read that is under way.
+  void transferFails();
 
   // The event that says that a read is served has been delivered.
   void takeTurn();
@@ -28,6 +34,10 @@ class DownloadModel {
   // then told what became of it: "DlUd", "DlNo", or nothing when the burn header was sent.
   bool nextTurnIsUnknown() const;
   void takeUnknownTurn(const std::string& command);
+
+  // What has arrived and nobody has read yet.
+  std::size_t unread() const { return mArrived.size(); }
+  void forgetUnread() { mArrived.clear(); }
 
   Awaits awaits() const { return mAwaits; }
   const std::vector<std::string>& sent() const { return mSent; }
@@ -47,6 +57,7 @@ class DownloadModel {
   Read mRead = Read::Response;
   std::size_t mLength = 0;
   std::string mArrived;
+  bool mKeepsUnread = false;
   std::string mTaken;
   bool mSendFails = false;
   std::vector<std::string> mSent;
