@@ -1,5 +1,6 @@
 // Feeds a fuzzer without libFuzzer: every file of the corpus directories that are given, then a
-// fixed number of inputs made from them. An input that ends the program is shown first.
+// fixed number of inputs made from them, in the fuzzer's own way where it has one. An input that
+// ends the program is shown first.
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
@@ -12,6 +13,9 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
+                                               std::size_t most, unsigned seed)
+    __attribute__((weak));
 extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__((weak));
 
 namespace {
@@ -59,18 +63,18 @@ std::vector<Bytes> readCorpus(int count, char** directories) {
 
 class Maker {
  public:
-  explicit Maker(const std::vector<Bytes>& corpus) : mCorpus(corpus) {}
-
-  Bytes make() {
-    Bytes input = mCorpus[below(mCorpus.size())];
-    for (std::size_t changes = 1 + below(8); changes > 0; --changes) change(input);
+  Bytes make(const std::vector<Bytes>& corpus) {
+    Bytes input = corpus[below(corpus.size())];
+    for (std::size_t changes = 1 + below(8); changes > 0; --changes) {
+      if (LLVMFuzzerCustomMutator == nullptr) {
+        change(input);
+      } else {
+        changeInItsOwnWay(input);
+      }
+    }
     if (input.size() > kLargestInput) input.resize(kLargestInput);
     return input;
   }
-
- private:
-  std::size_t below(std::size_t limit) { return mRandom() % limit; }
-  std::uint8_t anyByte() { return static_cast<std::uint8_t>(mRandom()); }
 
   void change(Bytes& input) {
     const auto position = static_cast<std::ptrdiff_t>(below(input.size() + 1));
@@ -94,11 +98,32 @@ class Maker {
     }
   }
 
-  const std::vector<Bytes>& mCorpus;
+ private:
+  std::size_t below(std::size_t limit) { return mRandom() % limit; }
+  std::uint8_t anyByte() { return static_cast<std::uint8_t>(mRandom()); }
+
+  void changeInItsOwnWay(Bytes& input) {
+    const std::size_t size = std::min(input.size(), kLargestInput);
+    input.resize(kLargestInput);
+    input.resize(LLVMFuzzerCustomMutator(input.data(), size, input.size(),
+                                         static_cast<unsigned>(mRandom())));
+  }
+
   std::mt19937 mRandom{20050829};
 };
 
+Maker sMaker;
+
 }  // namespace
+
+// What a fuzzer's own way of making inputs changes bytes with.
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t most) {
+  Bytes bytes(data, data + size);
+  sMaker.change(bytes);
+  bytes.resize(std::min(bytes.size(), most));
+  std::copy(bytes.begin(), bytes.end(), data);
+  return bytes.size();
+}
 
 int main(int argc, char** argv) {
   std::signal(SIGABRT, showCurrentInputOnAbort);
@@ -111,7 +136,6 @@ int main(int argc, char** argv) {
   }
   for (const Bytes& input : corpus) run(input);
   run({});
-  Maker maker(corpus);
-  for (int i = 0; i < kMadeInputs; ++i) run(maker.make());
+  for (int i = 0; i < kMadeInputs; ++i) run(sMaker.make(corpus));
   std::printf("%zu inputs of the corpus, %d made from them\n", corpus.size(), kMadeInputs);
 }
