@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
@@ -175,6 +176,23 @@ TEST_F(SealedFileTest, FileThatWasJustWrittenIsNotSealed) {
   // Nor is one that was just put there with an old time.
   std::filesystem::last_write_time(mFile, std::filesystem::last_write_time(mFile) - 1h);
   EXPECT_FALSE(SealedFile::read(mFile, std::chrono::system_clock::now()));
+}
+
+// A writer who goes on within the time of one clock tick of the file system leaves the times alone.
+TEST_F(SealedFileTest, FileIsSealedTwoSecondsAfterItWasWritten) {
+  const auto youngest = [this] {
+    struct stat info {};
+    EXPECT_EQ(::stat(mFile.c_str(), &info), 0);
+    const auto time = std::max(std::pair(info.st_mtim.tv_sec, info.st_mtim.tv_nsec),
+                               std::pair(info.st_ctim.tv_sec, info.st_ctim.tv_nsec));
+    return SealedFile::Time(std::chrono::seconds(time.first) +
+                            std::chrono::nanoseconds(time.second));
+  };
+  for (const auto written : {-1h, 1h}) {  // before or after it was changed
+    std::filesystem::last_write_time(mFile, std::filesystem::last_write_time(mFile) + written);
+    EXPECT_FALSE(SealedFile::read(mFile, youngest() + 2s - 1ns));
+    EXPECT_TRUE(SealedFile::read(mFile, youngest() + 2s));
+  }
 }
 
 TEST_F(SealedFileTest, OnlyFilesAreSealed) {
