@@ -1,4 +1,5 @@
 #include <cstring>
+#include <new>
 #include <stdexcept>
 
 #include "AssertionLine.h"
@@ -10,6 +11,7 @@
 #include "SendIeee1284ReqTask.h"
 #include "SuppressUstatusTask.h"
 #include "WaitForAclResponseTask.h"
+#include "WatchedMemory.h"
 
 namespace {
 
@@ -112,6 +114,29 @@ TEST_F(DeviceIdTasksTest, ReadTakesTheLargestLength) {
   ReadIeee1284DataTask task(mTransport, response);
   task();
   EXPECT_THAT(mRecord.mCalls, ElementsAre("read 65535"));
+}
+
+// One allocation after another fails: among them the one for the bytes that are to be read.
+TEST_F(DeviceIdTasksTest, ReadIsLoggedBeforeThereIsMemoryForIt) {
+  const AclResponse response = responseOf(kDeviceIdResponse);
+  const LogEntry entry{5, "Reading IEEE 1284 device ID..."};
+  mRecord.mCalls.reserve(1);
+  bool isLoggedFirst = false;
+  bool hasFailed = true;
+  for (std::size_t successes = 0; hasFailed; ++successes) {
+    ReadIeee1284DataTask task(mTransport, response);
+    mRecord.mCalls.clear();
+    mLog.takeEntries();
+    const FailingAllocation failing(successes);
+    try {
+      task();
+    } catch (const std::bad_alloc&) {
+      const std::vector<LogEntry>& entries = mLog.entries();
+      isLoggedFirst |= mRecord.mCalls.empty() && !entries.empty() && entries.back() == entry;
+    }
+    hasFailed = failing.hasFailed();
+  }
+  EXPECT_TRUE(isLoggedFirst);
 }
 
 class DeviceIdTasksDeathTest : public DeviceIdTasksTest {
