@@ -355,6 +355,17 @@ TEST_F(FirmwareLoaderTest, WrongNumberOfFieldsKeepsTheImageWithVersionZero) {
                           LogEntry{3, "Invalid number of platform ID fields: got 4, expected 3"}));
 }
 
+// Formatting stays set in the log.
+TEST_F(FirmwareLoaderTest, NumbersOfAMalformedBlockAreDecimalWhateverWasLoggedBefore) {
+  Log<3>() << std::hex;
+  EXPECT_EQ(versionOfFileWith("\xFF\x00"s), 0u);
+  Log<3>() << std::hex;
+  EXPECT_EQ(versionOfFileWith(std::string(12, '\0') + "\x03\x0C"), 0u);
+  EXPECT_THAT(mRecorder.entries(),
+              ElementsAre(LogEntry{3, "Invalid platform ID version: got 255, expected 3"},
+                          LogEntry{3, "Invalid number of platform ID fields: got 12, expected 3"}));
+}
+
 TEST_F(FirmwareLoaderTest, BlockOfNoBytesHasNoFields) {
   EXPECT_EQ(versionOfFileWith("KX\0"
                               "00000200\0"
