@@ -48,10 +48,7 @@ class BuildTree:
                 if self.is_program(output) and parts & set(inputs)}
 
     def programs(self, source):
-        """Those made of it, and those that start one: with how far from it they are."""
+        """Those made of it, and those that start one."""
         made = self.made_of(source)
-        distances = {}
-        for output, (_, inputs, _) in self.edges.items():
-            if output in made or self.is_program(output) and made & set(self.started(output)):
-                distances[output] = (0 if output in made else 100) + sum(each.startswith("Host/") for each in inputs)
-        return distances
+        return {output for output in self.edges
+                if output in made or self.is_program(output) and made & set(self.started(output))}

@@ -77,11 +77,8 @@ class Trials:
             raise RuntimeError("mutation: what is not broken cannot be built\n" + output)
 
     def programs_of(self, name):
-        """Nearest ones first."""
-        distances = self.tree.programs(os.path.join(self.root, name))
-        reached = [self.tests[each] for each in distances if each in self.tests]
-        reached = [each for each in reached if each.kind in self.kinds]
-        return sorted(reached, key=lambda each: (self.kinds.index(each.kind), distances[each.output], each.output))
+        reached = [self.tests[each] for each in self.tree.programs(os.path.join(self.root, name)) if each in self.tests]
+        return [each for each in reached if each.kind in self.kinds]
 
     def is_sound(self, program):
         if program.output not in self.sound:
@@ -92,6 +89,7 @@ class Trials:
 
     def try_file(self, name, mutants):
         programs = [each for each in self.programs_of(name) if self.is_sound(each)]
+        programs.sort(key=lambda each: (self.kinds.index(each.kind), each.seconds))  # the shortest way first
         if not programs:
             print(f"{name}: no test program reaches it")
             return
