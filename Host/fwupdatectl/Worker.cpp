@@ -84,8 +84,10 @@ class Told final : public platform::DownloadObserver {
     mOutcome = outcome;
     try {
       const auto why = whyNotUpdated();
-      if (why) mOutcome = DownloadOutcome::Failed;
-      if (why) say("cause", toJson(*why));
+      if (why) {
+        mOutcome = DownloadOutcome::Failed;
+        say("cause", toJson(*why));
+      }
     } catch (const std::bad_alloc&) {
       // The outcome is told, and the log has the reason.
     }
