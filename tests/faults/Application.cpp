@@ -98,6 +98,14 @@ void Application::announce(const std::string& name, std::uint16_t port) {
   settle();
 }
 
+void Application::announceSilent(const std::string& name) {
+  FakeNetService::Announcement announcement;
+  announcement.name = name;
+  announcement.answers = false;
+  mServices.announce(std::move(announcement));
+  settle();
+}
+
 void Application::settle() {
   mAround([this] {
     do {

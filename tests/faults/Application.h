@@ -51,6 +51,7 @@ class Application {
 
   // The printers that there are.
   void announce(const std::string& name, std::uint16_t port);
+  void announceSilent(const std::string& name);  // one that tells nothing but its name
   void withdraw(const std::string& name) { mServices.withdraw(name); }
   FakeUsbRegistry& usb() { return mUsb; }
 

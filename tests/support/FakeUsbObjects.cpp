@@ -261,6 +261,7 @@ IOReturn FakeUsbInterfaceObject::start(const std::string& call, const FakeUsbTra
   const auto transfer = std::make_shared<FakeUsbTransfer>(started);
   transfer->noDataTimeout = noDataTimeout;
   transfer->completionTimeout = completionTimeout;
+  std::erase_if(mStarted, [](const auto& earlier) { return earlier.expired(); });
   // Last comes what makes it one of those under way: where memory ends before, there is none.
   limitTime(transfer, shorter(noDataTimeout, completionTimeout));
   std::erase_if(mStarted, [](const auto& each) { return each.expired(); });
