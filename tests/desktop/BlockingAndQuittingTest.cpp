@@ -46,19 +46,6 @@ TEST_F(SheetBlocksItsWindow, TheQuestionLetsNothingThrough) {
   answerByKey("Escape", "Download firmware");
 }
 
-TEST_F(SheetBlocksItsWindow, TheProgressLetsNothingThrough) {
-  const auto printer = startPrinter("Office", {"--burn-seconds", "6"});
-  startProgram();
-  startUpdate("Office");
-  tryEverythingBehindTheSheet();
-  press("Escape");
-  EXPECT_TRUE(programRuns());
-  progressBar();
-  printer->waitFor("burn");
-  EXPECT_TRUE(waitForLog("Firmware download is complete, the printer will restart."));
-  EXPECT_EQ(timesLogged("Connecting to I/O transport..."), 1u);
-}
-
 TEST_F(SheetBlocksItsWindow, TheFailureLetsNothingThrough) {
   const auto printer = startPrinter("Office", {"--fault", "fail-burn"});
   startProgram();
@@ -135,16 +122,6 @@ TEST_F(QuittingEndsWell, AtTheEndOfTheSessionDuringTheQuestion) {
   expectTidyEnd();
 }
 
-TEST_F(QuittingEndsWell, AtTheEndOfTheSessionDuringADownload) {
-  const auto printer = startPrinter("Office", {"--fault", "silence@id-request"});
-  startProgram();
-  startUpdate("Office");
-  EXPECT_TRUE(waitForLog("Async read request for 16 bytes."));
-  program().signal(SIGTERM);
-  expectTidyEnd();
-  EXPECT_EQ(timesLogged("Cleaning up network transport."), 1u);
-}
-
 TEST_F(QuittingEndsWell, ByTheMenuKeyDuringTheQuestion) {
   const auto printer = startPrinter("Office");
   startProgram();
@@ -217,18 +194,6 @@ TEST_F(QuittingADownload, ByTheMenuKey) {
   press("ctrl+q");
   button("Keep downloading");
   keepPicture("question");
-  expectEndAfterTheQuestion();
-}
-
-TEST_F(QuittingADownload, ByTheMenu) {
-  startEndlessUpdate();
-  chooseQuit();
-  expectEndAfterTheQuestion();
-}
-
-TEST_F(QuittingADownload, ByClosingTheWindow) {
-  startEndlessUpdate();
-  EXPECT_TRUE(desktop().closeWindow(kWindow));
   expectEndAfterTheQuestion();
 }
 

@@ -41,23 +41,16 @@ TEST_F(InterruptionTest, NothingInterruptsADownloadUntilItsOutcome) {
   EXPECT_FALSE(mDesktop.hasNews());  // the window is the active one
 }
 
-class EndTest : public InterruptionTest, public testing::WithParamInterface<int> {};
-
 // The desktop sees that the program has gone when that has no time to say so.
-TEST_P(EndTest, OfTheProgramUnlocks) {
+TEST_F(InterruptionTest, FaultOfTheProgramUnlocks) {
   const auto printer = startPrinter("Office", {"--burn-seconds", "60"});
   startProgram();
   startUpdate("Office");
   expectLocked();
-  program().signal(GetParam());
+  program().signal(SIGABRT);
   EXPECT_EQ(mSystem.news(), kUnlock);
-  EXPECT_EQ(mDesktop.news(), GetParam() == SIGTERM ? kMaySleep : "left without giving back");
+  EXPECT_EQ(mDesktop.news(), "left without giving back");
 }
-
-INSTANTIATE_TEST_SUITE_P(By, EndTest, testing::Values(SIGTERM, SIGABRT, SIGKILL),
-                         [](const testing::TestParamInfo<int>& signal) {
-                           return std::string(sigabbrev_np(signal.param));
-                         });
 
 TEST_F(InterruptionTest, WhoLooksElsewhereIsNotified) {
   const auto printer = startPrinter("<b>R&D", {"--burn-seconds", "5"});

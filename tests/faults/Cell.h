@@ -19,7 +19,7 @@ enum class Verdict {
   NotStarted,   // nothing begins
   Quits,        // the user quits meanwhile
   Interrupted,  // fwupdatectl is told to end
-  Killed,       // fwupdatectl is ended
+  Killed,       // the program is ended by SIGKILL
 };
 
 // What the printer is like afterwards.

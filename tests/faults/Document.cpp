@@ -1,6 +1,7 @@
 #include "Document.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "LocalCells.h"
 #include "NetworkCells.h"
 #include "UsbCells.h"
+#include "WindowCells.h"
 
 namespace {
 
@@ -94,6 +96,22 @@ constexpr Section kSections[] = {
      "has "
      "everything burns on."},
     {"killed", "The computer: fwupdatectl is killed", "By SIGKILL, or for want of memory."},
+    {"window: closed", "The window: it is closed",
+     "This section and the next two are run with the installed program in a window of a desktop, "
+     "over "
+     "the network. What kept the computer from sleeping is given back, the exit status is 0, and a "
+     "program that is started then does a good update. A firmware that is being sent has 16 MiB "
+     "here, "
+     "of which the printer takes half: a send is not interrupted, fails after five seconds, and "
+     "the "
+     "program ends right after it.",
+     "you"},
+    {"window: killed", "The window: it is killed",
+     "By SIGKILL, or for want of memory: the exit status is 137. The system sees to it that the "
+     "computer may sleep again.",
+     "you"},
+    {"window: second download", "The window: a second download",
+     "By button, menu, Ctrl+D and assistive technology.", "you"},
     {"second download", "The computer: a second download",
      "Nothing behind the progress takes an order. The update goes on.", "you"},
 };
@@ -162,6 +180,48 @@ std::string inTable(const std::string& text) {
   return result;
 }
 
+// A section's title, with a link to it as GitHub and GitLab make it.
+std::string linkTo(const std::string& table) {
+  const auto* const section =
+      std::ranges::find_if(kSections, [&](const Section& each) { return each.table == table; });
+  std::string anchor;
+  for (const char c : std::string(section->title)) {
+    if (c == ' ') anchor += '-';
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+      anchor += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+  }
+  return "[" + std::string(section->title) + "](#" + anchor + ")";
+}
+
+void writeGuide(std::ostream& out) {
+  struct Entry {
+    const char* what;
+    std::vector<std::string> tables;
+  };
+  const std::vector<Entry> entries{
+      {"You pulled the USB cable", {"unplugged"}},
+      {"You pulled the network cable, or the printer went off", {"freezes", "is silent", "breaks"}},
+      {"You closed the window, logged out, or the program was killed",
+       {"window: closed", "window: killed", "quit"}},
+      {"You pressed Ctrl-C in a terminal", {"interrupted", "killed"}},
+      {"Another program has the printer, or you may not use it", {"not opened", "refuses"}},
+      {"The printer does not answer", {"is silent"}},
+      {"The network is poor", {"pieces"}},
+      {"The firmware file is damaged", {"firmware file"}},
+      {"The log has an error", {}},
+  };
+  out << "\n**Where to look**\n\n| what happened | sections |\n|---|---|\n";
+  for (const Entry& entry : entries) {
+    out << "| " << entry.what << " | ";
+    if (entry.tables.empty()) out << "Search this page for its words";
+    for (const std::string& table : entry.tables) {
+      out << (table == entry.tables.front() ? "" : "; ") << linkTo(table);
+    }
+    out << " |\n";
+  }
+}
+
 void writeLegend(std::ostream& out) {
   out << R"(# What happens when an update goes wrong
 
@@ -187,6 +247,10 @@ written from the same table as the tests.
   heard while it burns.
 - **Over USB there are time-outs.** If an update failed halfway, pull the cable and plug it in again, or
   switch the printer off and on, before you try again.
+)";
+  writeGuide(out);
+  out << R"(
+**What the words mean**
 
 | what is seen | what it means |
 |---|---|
@@ -197,7 +261,7 @@ written from the same table as the tests.
 | the program ends | by an assertion, with signal 6 (status 134 in a shell). Start it again |
 | the program is closed | as you asked; the exit status is 0 |
 | interrupted | `fwupdatectl` says so for each printer, and ends with status 130 |
-| killed | `fwupdatectl` can say nothing any more; its status is 137. A process that waits for a printer to burn stays for as long as that may take, and keeps others from the printer; then none is left |
+| killed | the program can say nothing any more; its status is 137. Of `fwupdatectl`, a process that waits for a printer to burn stays for as long as that may take, and keeps others from the printer; then none is left |
 | cannot begin | the row is gone, and Download is dimmed |
 
 | the printer afterwards | what it means |
@@ -229,6 +293,7 @@ std::vector<Cell> cellsOf(const std::string& table) {
   };
   take(networkCells());
   take(usbCells());
+  take(windowCells());
   take(localCells());
   take(interruptedCells(Verdict::Interrupted));
   take(interruptedCells(Verdict::Killed));

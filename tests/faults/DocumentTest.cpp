@@ -9,6 +9,7 @@
 #include "LocalCells.h"
 #include "NetworkCells.h"
 #include "UsbCells.h"
+#include "WindowCells.h"
 
 namespace {
 
@@ -34,6 +35,7 @@ TEST(FaultMatrix, HasEachCellOnce) {
   };
   note(networkCells());
   note(usbCells());
+  note(windowCells());
   note(localCells());
   note(interruptedCells(Verdict::Interrupted));
   note(interruptedCells(Verdict::Killed));
