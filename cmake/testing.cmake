@@ -1,7 +1,10 @@
 # fw_add_test(NAME SOURCES... LIBRARIES...): a GoogleTest program, each of its cases a test of CTest.
-# With LAUNCHER, the program is started by that command. A test that waits for other processes (a printer,
-# a bus, a daemon, a window, an emulated machine) while real time limits run has the label "waits": it
-# may need another try (tests/results), and no other.
+# With LAUNCHER, the program is started by that command. The suites of TOGETHER run in one process each
+# and are a test each; so is a whole program with the sanitizers, where the start of a process is what
+# most cases would spend their time on (tests/results names the case that failed). Cases that have to be
+# ALONE, as those that end or start processes, are not put together. A test that waits for other processes
+# (a printer, a bus, a daemon, a window, an emulated machine) while real time limits run has the label
+# "waits": it may need another try (tests/results), and no other.
 #
 # FW_ON_ITS_OWN_MACHINE starts a program where nobody else has a port, and so nobody else's lock of a
 # printer is in its way. It takes SKIP_RETURN_CODE 77.
@@ -29,7 +32,7 @@ target_precompile_headers(fw_test_headers PRIVATE
 set(FW_ON_ITS_OWN_MACHINE ${PROJECT_SOURCE_DIR}/tools/private-network --no-bus --links 0 --)
 
 function(fw_add_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
   endif()
@@ -40,10 +43,26 @@ function(fw_add_test name)
   if(ARG_LAUNCHER)
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
   endif()
+  if(FWUPDATE_SANITIZE AND NOT ARG_ALONE AND NOT "waits" IN_LIST ARG_PROPERTIES)
+    fw_add_cases(${ARG_PREFIX}${name} ${name} "*" TIMEOUT 600 ${ARG_PROPERTIES})
+    return()
+  endif()
+  set(others "*-")
+  foreach(suite IN LISTS ARG_TOGETHER)
+    fw_add_cases(${ARG_PREFIX}${suite} ${name} "*${suite}.*" TIMEOUT 600 ${ARG_PROPERTIES})
+    string(APPEND others "*${suite}.*:")
+  endforeach()
   gtest_discover_tests(${name}
     TEST_PREFIX "${ARG_PREFIX}"
+    TEST_FILTER "${others}"
     NO_PRETTY_VALUES # the instances of a case have names
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60 # while much else runs
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+endfunction()
+
+# Cases of a program as one test.
+function(fw_add_cases name program filter)
+  add_test(NAME ${name} COMMAND ${program} --gtest_filter=${filter})
+  set_tests_properties(${name} PROPERTIES ${ARGN})
 endfunction()
