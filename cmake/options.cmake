@@ -1,4 +1,5 @@
 option(FWUPDATE_TESTS "Build the tests and benchmarks" ON)
+option(FWUPDATE_PART_TESTS "With the tests, also those of the program's parts: what needs no whole program" ON)
 include(CMakeDependentOption)
 cmake_dependent_option(FWUPDATE_TOOLS "Build the virtual printer and what drives a window" ON
   "NOT FWUPDATE_TESTS" ON)

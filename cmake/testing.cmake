@@ -2,9 +2,10 @@
 # With LAUNCHER, the program is started by that command. The suites of TOGETHER run in one process each
 # and are a test each; so is a whole program with the sanitizers, where the start of a process is what
 # most cases would spend their time on (tests/results names the case that failed). Cases that have to be
-# ALONE, as those that end or start processes, are not put together. A test that waits for other processes
-# (a printer, a bus, a daemon, a window, an emulated machine) while real time limits run has the label
-# "waits": it may need another try (tests/results), and no other.
+# ALONE, as those that end or start processes, are not put together. With SHORT, all other cases get the
+# prefix "long.": ./test has them with --all only. A test that waits for other processes (a printer, a
+# bus, a daemon, a window, an emulated machine) while real time limits run has the label "waits": it may
+# need another try (tests/results), and no other.
 #
 # FW_ON_ITS_OWN_MACHINE starts a program where nobody else has a port, and so nobody else's lock of a
 # printer is in its way. It takes SKIP_RETURN_CODE 77.
@@ -29,10 +30,21 @@ target_precompile_headers(fw_test_headers PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp> <algorithm> <filesystem> <fstream> <functional>
   <memory> <optional> <span> <sstream> <string> <vector>)
 
+# A folder of tests of the program's parts. Where they are not wanted, editors and checkers still know
+# how they are compiled.
+function(fw_add_part folder)
+  if(FWUPDATE_PART_TESTS)
+    add_subdirectory(${folder})
+  else()
+    set(FW_NOT_RUN ON)
+    add_subdirectory(${folder} EXCLUDE_FROM_ALL)
+  endif()
+endfunction()
+
 set(FW_ON_ITS_OWN_MACHINE ${PROJECT_SOURCE_DIR}/tools/private-network --no-bus --links 0 --)
 
 function(fw_add_test name)
-  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER;SHORT" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
   endif()
@@ -43,6 +55,9 @@ function(fw_add_test name)
   if(ARG_LAUNCHER)
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")
   endif()
+  if(FW_NOT_RUN)
+    return()
+  endif()
   if(FWUPDATE_SANITIZE AND NOT ARG_ALONE AND NOT "waits" IN_LIST ARG_PROPERTIES)
     fw_add_cases(${ARG_PREFIX}${name} ${name} "*" TIMEOUT 600 ${ARG_PROPERTIES})
     return()
@@ -52,13 +67,24 @@ function(fw_add_test name)
     fw_add_cases(${ARG_PREFIX}${suite} ${name} "*${suite}.*" TIMEOUT 600 ${ARG_PROPERTIES})
     string(APPEND others "*${suite}.*:")
   endforeach()
-  gtest_discover_tests(${name}
-    TEST_PREFIX "${ARG_PREFIX}"
-    TEST_FILTER "${others}"
+  if(ARG_SHORT)
+    list(JOIN ARG_SHORT ":" short)
+    fw_discover_cases(${name} "${ARG_PREFIX}" "${short}" TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+    set(ARG_PREFIX "long.${ARG_PREFIX}")
+    string(APPEND others "${short}")
+  endif()
+  fw_discover_cases(${name} "${ARG_PREFIX}" "${others}" TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+endfunction()
+
+# Each case of a program as a test.
+function(fw_discover_cases program prefix filter)
+  gtest_discover_tests(${program}
+    TEST_PREFIX "${prefix}"
+    TEST_FILTER "${filter}"
     NO_PRETTY_VALUES # the instances of a case have names
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60 # while much else runs
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+    PROPERTIES ${ARGN})
 endfunction()
 
 # Cases of a program as one test.
