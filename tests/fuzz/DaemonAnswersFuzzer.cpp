@@ -267,7 +267,7 @@ class Run {
     const std::string text = isThere ? valuesOf(reply).front() : "";
     if (dbus_message_has_member(call, "GetNameOwner")) {
       daemonIs(text);
-    } else if (dbus_message_get_destination(call) == mOwner) {
+    } else if (dbus_message_get_destination(call) == mOwner && mDaemon.empty()) {
       const bool isDaemon = isThere && avahi_is_valid_domain_name(text.c_str()) != 0;
       if (isDaemon) mDaemon = mOwner;
       become(isDaemon ? State::Ready : State::Absent);

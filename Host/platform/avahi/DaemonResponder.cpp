@@ -91,6 +91,8 @@ class BusResponder : public DaemonResponder, private BusConnection::Listener {
 
   // One that talks to nobody like us is as good as none.
   void daemonAnswered(DBusMessage* reply) {
+    // Asked twice when it takes its name while the bus is asked for it: there may be queries now.
+    if (mObjects != nullptr) return;
     const char* const domain = textOf(reply);
     if (domain == nullptr || avahi_is_valid_domain_name(domain) == 0) return become(State::Absent);
     mDomain = domain;
