@@ -9,6 +9,7 @@
 #include "runAndReport.h"
 
 using namespace platform::literals;
+using std::chrono::milliseconds;
 
 namespace {
 
@@ -34,10 +35,12 @@ platform::Data loopback(std::uint16_t port) {
 
 }  // namespace
 
-Application::Application(const std::string& resources, platform::Files* files)
+Application::Application(const std::string& resources, platform::Files* files,
+                         const MakeUsb& makeUsb)
     : mFiles(platform::makePosixFiles()),
       mNetwork(platform::makePosixNetwork(mLoop)),
       mLocks(platform::makePosixDeviceLocks()),
+      mHostUsb(makeUsb ? makeUsb(mLoop) : nullptr),
       mToolkit([this](const platform::EventTarget& target, const platform::Event& event) {
         return mEvents.send(target, event);
       }),
@@ -60,9 +63,14 @@ platform::Platform Application::surfaces(platform::Files* files) {
   surfaces.network = mNetwork.get();
   surfaces.services = &mServices;
   surfaces.usb = &mUsb;
+  mObservers.add(mUnended);
+  if (mHostUsb) {
+    surfaces.usb = mHostUsb.get();
+    mObservers.add(*mHostUsb);
+  }
   surfaces.toolkit = &mToolkit;
   surfaces.deviceLocks = mLocks.get();
-  surfaces.downloadObserver = &mUnended;
+  surfaces.downloadObserver = &mObservers;
   return surfaces;
 }
 
@@ -177,9 +185,20 @@ bool Application::runUntil(const std::function<bool()>& done) {
   });
 }
 
-void Application::pass(std::chrono::milliseconds time) {
+void Application::pass(milliseconds time) {
   mLoop.advance(time);
   settle();
+}
+
+bool Application::liveUntil(const std::function<bool()>& done, std::chrono::seconds atMost) {
+  const milliseconds turn{10};
+  const auto deadline = std::chrono::steady_clock::now() + atMost;
+  while (!done()) {
+    if (std::chrono::steady_clock::now() > deadline) return false;
+    mLoop.pollDescriptors(mLoop.putOff() > 0 ? milliseconds(0) : turn);
+    pass(turn);
+  }
+  return true;
 }
 
 std::string Application::outcome() const {

@@ -23,6 +23,7 @@
 #include "platform/Network.h"
 #include "platform/Platform.h"
 #include "platform/Status.h"
+#include "platform/libusb/LibusbRegistry.h"
 
 // Counts the updates that have begun and not ended, as an observer is told. Takes no memory.
 class UnendedUpdates final : public platform::DownloadObserver {
@@ -42,8 +43,13 @@ class UnendedUpdates final : public platform::DownloadObserver {
 
 class Application {
  public:
-  // The firmware files stand in `resources`. `files` takes the place of the real ones.
-  explicit Application(const std::string& resources, platform::Files* files = nullptr);
+  using MakeUsb =
+      std::function<std::unique_ptr<platform::LibusbRegistry>(platform::RunLoop& runLoop)>;
+
+  // The firmware files stand in `resources`. `files` takes the place of the real ones, and what
+  // `makeUsb` makes that of a bus of calls.
+  explicit Application(const std::string& resources, platform::Files* files = nullptr,
+                       const MakeUsb& makeUsb = {});
   ~Application();
 
   // Runs the program, and in its event loop `user`, after which it quits. Returns its exit status.
@@ -84,6 +90,10 @@ class Application {
   bool runUntil(const std::function<bool()>& done);
   // The same with time passing, as far as it says.
   void pass(std::chrono::milliseconds time);
+  // The same with time passing, ten milliseconds of it for each look at what came from outside:
+  // where the computer is slow, the program's time is, too.
+  bool liveUntil(const std::function<bool()>& done,
+                 std::chrono::seconds atMost = std::chrono::seconds(20));
 
   // "DlOk", "DlUd", "DlNo"; empty before there is one. Since the last selection.
   std::string outcome() const;
@@ -109,8 +119,10 @@ class Application {
   std::unique_ptr<platform::DeviceLocks> mLocks;
   FakeServiceDiscovery mServices;
   FakeUsbRegistry mUsb;
+  std::unique_ptr<platform::LibusbRegistry> mHostUsb;
   FakeToolkit mToolkit;
   UnendedUpdates mUnended;
+  platform::DownloadObservers mObservers;
   LogRecorder mLog;
   std::unique_ptr<platform::StatusTable> mStatuses;
   platform::PlatformScope mWithStatuses;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Cell.h"
+#include "KernelUsbCells.h"
 #include "LocalCells.h"
 #include "NetworkCells.h"
 #include "UsbCells.h"
@@ -45,6 +46,11 @@ constexpr Section kSections[] = {
      "Another device has its address by now, or none has; the printer is switched off."},
     {"withdrawn", "Network: the announcement goes",
      "A printer that is no longer announced leaves the list. An update that has begun goes on."},
+    {"poor network", "Network: packets are lost, late, out of order or twice",
+     "TCP makes that good. Run in a virtual machine, whose kernel does it to what passes between "
+     "the "
+     "program and the printer; the firmware has 100,000 bytes.",
+     "the network"},
     {"pieces", "Network: in pieces, merged, late",
      "How the bytes are cut and when they come makes no difference."},
     {"large firmware", "Network: a firmware of many megabytes",
@@ -82,6 +88,20 @@ constexpr Section kSections[] = {
      "printer was not plugged in anew."},
     {"wrong answers on USB", "USB: the printer does not answer as such a printer does",
      "As over the network."},
+    {"kernel: unplugged", "USB on a real bus: the cable is pulled",
+     "This section and the next four are run in a virtual machine, with the bus, the driver for "
+     "printers (`usblp`) and the rights of its own Linux; the sections above, with a bus of calls. "
+     "When an update is over, that driver has the printer's interface again, and one can print. In "
+     "the middle of the firmware, that has 4,000,000 bytes."},
+    {"kernel: stalls", "USB on a real bus: the printer stalls",
+     "The stall is cleared before the next transfer."},
+    {"kernel: no answer in time", "USB on a real bus: nothing happens in time",
+     "The printer is there, and does not answer on the bus (NAK without an end)."},
+    {"kernel: not opened", "USB on a real bus: the printer cannot be used",
+     "Another program has it, the user may not use it, or the system is not ready. Nothing is "
+     "sent."},
+    {"kernel: quit", "USB on a real bus: the program is closed",
+     "The driver for printers has the interface again before the program is gone.", "you"},
     {"firmware file", "The computer: the firmware file",
      "Nothing is sent to the printer. A file without a version that counts makes every printer up "
      "to "
@@ -200,14 +220,15 @@ void writeGuide(std::ostream& out) {
     std::vector<std::string> tables;
   };
   const std::vector<Entry> entries{
-      {"You pulled the USB cable", {"unplugged"}},
+      {"You pulled the USB cable", {"kernel: unplugged", "unplugged"}},
       {"You pulled the network cable, or the printer went off", {"freezes", "is silent", "breaks"}},
       {"You closed the window, logged out, or the program was killed",
        {"window: closed", "window: killed", "quit"}},
       {"You pressed Ctrl-C in a terminal", {"interrupted", "killed"}},
-      {"Another program has the printer, or you may not use it", {"not opened", "refuses"}},
-      {"The printer does not answer", {"is silent"}},
-      {"The network is poor", {"pieces"}},
+      {"Another program has the printer, or you may not use it",
+       {"kernel: not opened", "not opened", "refuses"}},
+      {"The printer does not answer", {"kernel: no answer in time", "is silent"}},
+      {"The network is poor", {"poor network", "pieces"}},
       {"The firmware file is damaged", {"firmware file"}},
       {"The log has an error", {}},
   };
@@ -292,7 +313,9 @@ std::vector<Cell> cellsOf(const std::string& table) {
                          [&](const Cell& cell) { return cell.table == table; });
   };
   take(networkCells());
+  take(poorNetworkCells());
   take(usbCells());
+  take(kernelUsbCells());
   take(windowCells());
   take(localCells());
   take(interruptedCells(Verdict::Interrupted));

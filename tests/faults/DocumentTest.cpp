@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Document.h"
+#include "KernelUsbCells.h"
 #include "LocalCells.h"
 #include "NetworkCells.h"
 #include "UsbCells.h"
@@ -34,7 +35,9 @@ TEST(FaultMatrix, HasEachCellOnce) {
     for (const Cell& cell : cells) EXPECT_TRUE(names.insert(nameOf(cell)).second) << nameOf(cell);
   };
   note(networkCells());
+  note(poorNetworkCells());
   note(usbCells());
+  note(kernelUsbCells());
   note(windowCells());
   note(localCells());
   note(interruptedCells(Verdict::Interrupted));

@@ -277,6 +277,42 @@ const std::vector<NetworkCell>& networkCells() {
   return all;
 }
 
+const std::vector<PoorNetworkCell>& poorNetworkCells() {
+  struct Condition {
+    const char* what;
+    std::vector<std::string> netem;
+  };
+  static const std::vector<PoorNetworkCell> all = [] {
+    const std::vector<Condition> conditions{
+        {"5 % of the packets are lost", {"loss", "5%"}},
+        {"each packet takes 100 ms", {"delay", "100ms"}},
+        {"25 % of the packets overtake others", {"delay", "20ms", "reorder", "25%"}},
+        {"10 % of the packets come twice", {"duplicate", "10%"}},
+        {"all of that", {"delay", "100ms", "reorder", "25%", "loss", "5%", "duplicate", "10%"}}};
+    std::vector<PoorNetworkCell> cells;
+    for (const Condition& condition : conditions) {
+      PoorNetworkCell cell;
+      cell.table = "poor network";
+      cell.when = "throughout";
+      cell.what = condition.what;
+      cell.conditions = condition.netem;
+      cell.afterwards = Afterwards::Updated;
+      cell.firmwareSize = 100000;
+      cell.inAnyPieces = true;
+      cell.position = "after uel";
+      cell.log = kChosen + kAwaitingResponse + kAwaitingDeviceId + kAwaitingBurn + kBurned +
+                 kTransportGone;
+      std::ranges::replace(cell.log, "5 Async write request for 28 bytes.",
+                           "5 Async write request for 100000 bytes.");
+      std::ranges::replace(cell.log, "5 This will take some time; using a timeout of 3000ms.",
+                           "5 This will take some time; using a timeout of 6000ms.");
+      cells.push_back(cell);
+    }
+    return cells;
+  }();
+  return all;
+}
+
 std::vector<NetworkCell> interruptedCells(Verdict verdict) {
   std::vector<NetworkCell> cells = silent();
   std::erase_if(cells, [](const NetworkCell& cell) { return cell.verdict != Verdict::Waits; });

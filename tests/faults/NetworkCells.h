@@ -36,6 +36,13 @@ struct NetworkCell : Cell {
 
 const std::vector<NetworkCell>& networkCells();
 
+// Those in which the network does badly what a network may do. They need a kernel that does so on
+// purpose, as the one of the virtual machine.
+struct PoorNetworkCell : NetworkCell {
+  std::vector<std::string> conditions;  // as tc-netem(8) has them
+};
+const std::vector<PoorNetworkCell>& poorNetworkCells();
+
 // Those in which fwupdatectl is ended while a printer is silent: all printers at a time.
 std::vector<NetworkCell> interruptedCells(Verdict verdict);
 
