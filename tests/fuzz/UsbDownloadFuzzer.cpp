@@ -191,7 +191,7 @@ class UsbDownloadRun {
     mSent.push_back(transfer().written);
     mUsb.completeWrite(transfer().size - std::min<std::uint32_t>(left, transfer().size));
     mRunLoop.runAllLater();
-    mEvents.deliverAll();
+    require(mEvents.deliverNext());
     mModel.becomesWritable();
   }
 
