@@ -1,11 +1,12 @@
 // Every cell of an update over a kernel's USB, with the whole program but for its pixels on one
 // side, and the virtual printer as a process of its own on the other.
 #include <gmock/gmock.h>
-#include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <thread>
 
 #include "Application.h"
 #include "AsOtherUser.h"
@@ -205,7 +206,7 @@ class KernelCellRun {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!done()) {
       ASSERT_LT(std::chrono::steady_clock::now(), deadline) << otherwise;
-      usleep(5000);
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
   }
 

@@ -1,8 +1,8 @@
 // Updates more printers at a time than the host lets the tool start processes or open files for.
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <memory>
+#include <random>
 
 #include "Tool.h"
 
@@ -25,9 +25,12 @@ class FwupdatectlLimits : public testing::Test {
                       " </dev/null");
   }
 
-  // As somebody who runs nothing else. The search for leaks would be one process more.
+  // As somebody who runs nothing else: each test that runs at the time has its own. The search for
+  // leaks would be one process more.
   static std::string withProcesses(int count) {
-    const std::string somebody = std::to_string(100000 + ::getpid());
+    std::random_device chance;
+    const std::string somebody =
+        std::to_string(std::uniform_int_distribution(100'000, 1'000'000'000)(chance));
     return "ASAN_OPTIONS=$ASAN_OPTIONS:detect_leaks=0 prlimit --nproc=" + std::to_string(count) +
            " setpriv --reuid=" + somebody + " --regid=" + somebody + " --clear-groups ";
   }
