@@ -47,10 +47,8 @@ void Course::expectToAdd(double heapBytesAnEvent) const {
     EXPECT_EQ(sample.use.threads, expected.threads) << "after " << sample.events;
   }
   EXPECT_LE(growthAnEvent(&Use::heap), heapBytesAnEvent);
-#ifndef __SANITIZE_ADDRESS__  // keeps freed memory for a while
   EXPECT_LE(growthAnEvent(&Use::resident),
             heapBytesAnEvent + kMiB / (static_cast<double>(mCount) / 2));
-#endif
   if (const char* const results = std::getenv("ENDURANCE_RESULTS")) {
     writeTable(std::string(results) + "/" + mName + ".csv");
     writePlot(std::string(results) + "/" + mName + ".svg");

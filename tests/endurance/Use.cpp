@@ -10,19 +10,11 @@
 #include <stdexcept>
 #include <string>
 
-#ifdef __SANITIZE_ADDRESS__
-#include <sanitizer/allocator_interface.h>
-#endif
-
 namespace {
 
 std::size_t heapInUse() {
-#ifdef __SANITIZE_ADDRESS__
-  return __sanitizer_get_current_allocated_bytes();
-#else
   const struct mallinfo2 info = mallinfo2();
   return info.uordblks + info.hblkhd;
-#endif
 }
 
 // The second number is that of the resident pages.
