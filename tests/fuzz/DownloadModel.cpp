@@ -58,8 +58,9 @@ void DownloadModel::arrives(const std::string& bytes) {
   takeBytes();
 }
 
+// A message that is not taken leaves what is unread as it is; a read begins where nothing is.
 void DownloadModel::transferFails() {
-  mArrived.clear();
+  if (mAwaits == Awaits::Bytes) mArrived.clear();
   end("DlNo");
 }
 

@@ -80,7 +80,7 @@ std::string nameOfSilentBus(milliseconds patience) {
 }  // namespace
 
 std::string leaveSilentBuses(milliseconds patience) {
-  const std::string name = nameOfSilentBus(patience);
+  std::string name = nameOfSilentBus(patience);
   if (!name.empty()) setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
   return name;
 }
