@@ -144,7 +144,7 @@ class FaultsOfTheWindow : public DesktopTest, public testing::WithParamInterface
     if (isNew) mPrinter->waitFor("ready", 2);
     writeFirmware(28);
     const Outcome next = runInShell("'" + (mProgram.parent_path() / "fwupdatectl").string() +
-                                    "' update --yes --quiet Office " + "</dev/null");
+                                    "' update --yes --quiet --wait 20 Office </dev/null");
     EXPECT_EQ(next.status, 0) << next.errors;
     mPrinter->readJournal();
     EXPECT_EQ(mPrinter->entries("burn").size(), 1u);
