@@ -5,6 +5,7 @@ cmake_dependent_option(FWUPDATE_TOOLS "Build the virtual printer and what drives
   "NOT FWUPDATE_TESTS" ON)
 option(FWUPDATE_MERGE_FILES "Compile several files of a test or tool at a time" OFF)
 option(FWUPDATE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(FWUPDATE_COVERAGE "Count which lines and branches of Host run" OFF)
 option(FWUPDATE_LIBFUZZER "Build the fuzzers of tests/fuzz with libFuzzer (clang only)" OFF)
 
 # Every target of the project links fw_options, directly or through another.
@@ -45,4 +46,8 @@ endif()
 # libFuzzer sees which branches of the product an input reaches.
 if(FWUPDATE_LIBFUZZER)
   target_compile_options(fw_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
+if(FWUPDATE_COVERAGE)
+  target_link_options(fw_options INTERFACE --coverage)
 endif()
