@@ -84,8 +84,10 @@ Printers printersThatAreThere(ToolHost& host, const Options& options) {
   });
   PrinterDirectory* looked = nullptr;
   std::unique_ptr<platform::RunLoop::Timer> secondLook;
+  // One that has just restarted may be known from before, go, and come back.
   const auto lookAgain = [&] {
-    if (secondLook || !areAllThere(looked->printers(), options)) return;
+    if (!areAllThere(looked->printers(), options)) return secondLook.reset();
+    if (secondLook) return;
     secondLook = host.runLoop().startTimer(kSecondLook, false,
                                            [&host] { host.events().quitApplicationEventLoop(); });
   };
