@@ -1,7 +1,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -13,6 +12,7 @@
 #include "Failures.h"
 #include "PrinterDirectory.h"
 #include "Reports.h"
+#include "SearchTime.h"
 #include "Signals.h"
 #include "Terminal.h"
 #include "TerminalReport.h"
@@ -44,8 +44,6 @@ class NoSuchPrinter : public std::runtime_error {
   Printers mCandidates;
 };
 
-using namespace std::chrono_literals;
-
 bool isInterrupted = false;
 
 Printers named(const Printers& printers, const std::string& name) {
@@ -72,44 +70,22 @@ bool areAllThere(const Printers& printers, const Options& options) {
   });
 }
 
-// Another printer of the same name may answer a little later: which one is meant is asked then.
-constexpr std::chrono::milliseconds kSecondLook{1000};
-
-// Waits until those are found that are asked for, and a moment longer, or until the time is over:
-// for all printers, until no more of them are to be expected.
+// Those that there are when the search for them is over.
 Printers printersThatAreThere(ToolHost& host, const Options& options) {
+  const auto endLoop = [&host] { host.events().quitApplicationEventLoop(); };
   const Signals signals(host.runLoop(), [&] {
     isInterrupted = true;
-    host.events().quitApplicationEventLoop();
+    endLoop();
   });
-  PrinterDirectory* looked = nullptr;
-  std::unique_ptr<platform::RunLoop::Timer> secondLook;
-  // One that has just restarted may be known from before, go, and come back.
-  const auto lookAgain = [&] {
-    if (!areAllThere(looked->printers(), options)) return secondLook.reset();
-    if (secondLook) return;
-    secondLook = host.runLoop().startTimer(kSecondLook, false,
-                                           [&host] { host.events().quitApplicationEventLoop(); });
-  };
-  std::unique_ptr<platform::RunLoop::Timer> end;
-  const auto endIn = [&](std::chrono::milliseconds time) {
-    end = host.runLoop().startTimer(time, false,
-                                    [&host] { host.events().quitApplicationEventLoop(); });
-  };
   const bool mayBeOnTheNetwork = options.all || !options.names.empty();
-  const auto begin = std::chrono::steady_clock::now();
+  std::optional<SearchTime> time;
   PrinterDirectory directory(host, [&](PrinterDirectory::Change change, const Target&) {
-    if (looked == nullptr) return;
-    if (options.all && change == PrinterDirectory::Change::Added) {
-      const auto passed = std::chrono::duration_cast<std::chrono::milliseconds>(
-          std::chrono::steady_clock::now() - begin);
-      endIn(std::max(endOfSearch(options.wait, passed) - passed, 0ms));
-    }
-    lookAgain();
+    if (!time) return;
+    if (options.all && change == PrinterDirectory::Change::Added) time->extend();
+    time->setComplete(areAllThere(directory.printers(), options));
   });
-  looked = &directory;
-  endIn(options.wait);
-  lookAgain();
+  time.emplace(host.runLoop(), options.wait, endLoop);
+  time->setComplete(areAllThere(directory.printers(), options));
   host.events().runApplicationEventLoop();
   Printers found = directory.printers();
   if (mayBeOnTheNetwork && !isInterrupted && !areAllThere(found, options)) {
