@@ -39,13 +39,24 @@ TEST(FakeSystemLogTest, RecordsWhatTheProgramDoes) {
   EXPECT_EQ(log.closings(), 1);
 }
 
-// Runs in a child process, which ends with 0 when the daemon's place received this.
-void expectReceived(const std::function<void(SystemLog&)>& program,
-                    const std::vector<std::string>& expected) {
+// Runs in a child process in the daemon's place, which ends with 0 when `holds` is true.
+void expectInChild(const std::function<bool(FileDescriptor& daemon)>& holds) {
   const pid_t child = ::fork();
   if (child == 0) {
-    const FileDescriptor daemon = takeLogDaemonsPlace();
+    FileDescriptor daemon = takeLogDaemonsPlace();
     if (!daemon) ::_exit(kChildCannotRun);
+    ::_exit(holds(daemon) ? 0 : 1);
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status));
+  if (WEXITSTATUS(status) == kChildCannotRun) GTEST_SKIP() << "no name spaces for this user";
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+}
+
+void expectReceived(const std::function<void(SystemLog&)>& program,
+                    const std::vector<std::string>& expected) {
+  expectInChild([&](const FileDescriptor& daemon) {
     program(*platform::makePosixSystemLog());
     std::vector<std::string> received;
     while (const auto entry = receiveLogEntry(daemon)) received.push_back(*entry);
@@ -53,13 +64,8 @@ void expectReceived(const std::function<void(SystemLog&)>& program,
       for (const std::string& entry : received)
         std::fprintf(stderr, "received: %s\n", entry.c_str());
     }
-    ::_exit(received == expected ? 0 : 1);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  ASSERT_TRUE(WIFEXITED(status));
-  if (WEXITSTATUS(status) == kChildCannotRun) GTEST_SKIP() << "no name spaces for this user";
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+    return received == expected;
+  });
 }
 
 TEST(PosixSystemLogTest, SendsEachEntryWithItsPriorityAndIdentity) {
@@ -76,6 +82,41 @@ TEST(PosixSystemLogTest, OpensAgainUnderAnotherIdentity) {
       },
       {"<11>fwupdate: Failed to load firmware file.",
        "<13>fwupdate: ", "<15>fwupdate: 100 %s %n %d", "<13>another: again"});
+}
+
+TEST(PosixSystemLogTest, IsCalledAsTheProgramUntilItIsOpened) {
+  expectReceived([](SystemLog& log) { log.write(5, "early"); }, {"<13>test_contract_posix: early"});
+}
+
+// Runs in a child process, which ends with 0 when that holds of the log and the daemon's place.
+void expectOfDaemon(const std::function<bool(SystemLog&, FileDescriptor& daemon)>& holds) {
+  expectInChild([&](FileDescriptor& daemon) {
+    const auto log = platform::makePosixSystemLog();
+    log->open("fwupdate", 0, SystemLog::kUserFacility);
+    return holds(*log, daemon);
+  });
+}
+
+TEST(PosixSystemLogTest, DaemonThatDoesNotReadIsNotWaitedFor) {
+  expectOfDaemon([](SystemLog& log, FileDescriptor& daemon) {
+    constexpr int kMoreThanAnyQueue = 10000;
+    for (int i = 0; i < kMoreThanAnyQueue; ++i) log.write(5, "x");
+    while (receiveLogEntry(daemon)) {
+    }
+    log.write(5, "once it reads again");
+    return receiveLogEntry(daemon) == "<13>fwupdate: once it reads again";
+  });
+}
+
+TEST(PosixSystemLogTest, DaemonThatIsStartedAnewGetsWhatFollows) {
+  expectOfDaemon([](SystemLog& log, FileDescriptor& daemon) {
+    log.write(5, "before");
+    daemon = FileDescriptor();
+    log.write(5, "meanwhile");
+    daemon = listenAsLogDaemon();
+    log.write(3, "after");
+    return receiveLogEntry(daemon) == "<11>fwupdate: after" && !receiveLogEntry(daemon);
+  });
 }
 
 TEST(PosixSystemLogTest, MirrorsEntriesToStandardErrorOnRequest) {

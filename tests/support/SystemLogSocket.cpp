@@ -4,6 +4,7 @@
 #include <sys/mount.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <array>
 #include <cstring>
@@ -28,10 +29,15 @@ FileDescriptor takeLogDaemonsPlace() {
       ::mount("tmpfs", "/dev", "tmpfs", 0, nullptr) != 0) {
     return {};
   }
+  return listenAsLogDaemon();
+}
+
+FileDescriptor listenAsLogDaemon() {
   FileDescriptor daemon(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   std::strcpy(address.sun_path, "/dev/log");
+  ::unlink(address.sun_path);
   if (::bind(daemon.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     return {};
   }

@@ -10,5 +10,8 @@
 // socket that listens there; none where the user may have no name spaces.
 platform::FileDescriptor takeLogDaemonsPlace();
 
+// Does so once more, as a daemon does that is started anew.
+platform::FileDescriptor listenAsLogDaemon();
+
 // The entry that arrived first, "<11>fwupdate: text", without its time; nothing when none waits.
 std::optional<std::string> receiveLogEntry(const platform::FileDescriptor& daemon);

@@ -2,6 +2,9 @@
 
 #include <syslog.h>
 
+#include <cerrno>
+
+#include "platform/posix/LogDaemon.h"
 #include "platform/posix/StandardErrorLine.h"
 
 namespace platform {
@@ -15,29 +18,35 @@ static_assert(SystemLog::kUserFacility == LOG_USER);
 class PosixSystemLog : public SystemLog {
  public:
   void open(const char* identity, int options, int facility) override {
-    mMirrorsAs = (options & kMirrorToStandardError) != 0 ? identity : nullptr;
-    ::openlog(identity, options & ~kMirrorToStandardError, facility);
+    mIdentity = identity;
+    mFacility = facility;
+    mMirrors = (options & kMirrorToStandardError) != 0;
   }
 
   void write(int priority, const char* text) override {
-    if (mMirrorsAs != nullptr) mirror(text);
-    ::syslog(priority, "%s", text);
+    if (mMirrors) mirror(text);
+    mDaemon.send(mFacility | priority, mIdentity, text);
   }
 
   void close() override {
-    mMirrorsAs = nullptr;
-    ::closelog();
+    mIdentity = program_invocation_short_name;
+    mFacility = kUserFacility;
+    mMirrors = false;
+    mDaemon.disconnect();
   }
 
  private:
   void mirror(const char* text) const {
     StandardErrorLine line;
-    line.add(mMirrorsAs);
+    line.add(mIdentity);
     line.add(": ");
     line.add(text);
   }
 
-  const char* mMirrorsAs = nullptr;  // the identity; null when entries are not mirrored
+  LogDaemon mDaemon;
+  const char* mIdentity = program_invocation_short_name;
+  int mFacility = kUserFacility;
+  bool mMirrors = false;
 };
 
 }  // namespace

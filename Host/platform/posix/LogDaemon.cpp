@@ -1,0 +1,67 @@
+#include "platform/posix/LogDaemon.h"
+
+#include <sys/socket.h>
+#include <sys/uio.h>
+#include <sys/un.h>
+#include <syslog.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+namespace platform {
+namespace {
+
+constexpr std::array kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                             "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+using Head = std::array<char, 64>;
+
+// "<13>Nov 21 09:00:00 ", whatever the user's language.
+int writeHead(int priority, Head& head) {
+  const std::time_t now = std::time(nullptr);
+  std::tm time{};
+  ::localtime_r(&now, &time);
+  return std::snprintf(head.data(), head.size(), "<%d>%s %2d %02d:%02d:%02d ", priority,
+                       kMonths[static_cast<std::size_t>(time.tm_mon)], time.tm_mday, time.tm_hour,
+                       time.tm_min, time.tm_sec);
+}
+
+iovec partOf(const char* text, std::size_t size) { return {const_cast<char*>(text), size}; }
+
+}  // namespace
+
+// One that was started anew has another socket.
+void LogDaemon::send(int priority, const char* identity, const char* text) {
+  Head head;
+  const int headSize = writeHead(priority, head);
+  std::array parts{partOf(head.data(), static_cast<std::size_t>(headSize)),
+                   partOf(identity, std::strlen(identity)), partOf(": ", 2),
+                   partOf(text, std::strlen(text))};
+  msghdr entry{};
+  entry.msg_iov = parts.data();
+  entry.msg_iovlen = parts.size();
+  for (int attempts = 0; attempts < 2; ++attempts) {
+    if (!mSocket && !connect()) return;
+    if (::sendmsg(mSocket.get(), &entry, MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) return;
+    if (errno == EAGAIN) return;
+    disconnect();
+  }
+}
+
+bool LogDaemon::connect() {
+  mSocket = FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, _PATH_LOG);
+  if (mSocket &&
+      ::connect(mSocket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+    return true;
+  }
+  disconnect();
+  return false;
+}
+
+}  // namespace platform
