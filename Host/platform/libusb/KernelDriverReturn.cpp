@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -12,28 +13,43 @@
 namespace platform {
 namespace {
 
-// What the thread has. Its end closes a pipe, and so can be watched.
+// What the thread has. Its end closes a pipe, and so can be watched. Without a descriptor of its
+// own it has the caller's.
 class Call {
  public:
   Call(int node, std::uint8_t interface, int end)
-      : mNode(fcntl(node, F_DUPFD_CLOEXEC, 0)), mInterface(interface), mEnd(end) {
+      : mCopy(fcntl(node, F_DUPFD_CLOEXEC, 0)),
+        mNode(mCopy >= 0 ? mCopy : node),
+        mInterface(interface),
+        mEnd(end) {
     giveBackAtExit(mNode, mInterface);
   }
   ~Call() {
     dropFromExit(mNode, mInterface);
-    close(mNode);
-    close(mEnd);
+    if (mCopy >= 0) close(mCopy);
+    if (mEnd >= 0) close(mEnd);
   }
   Call(const Call&) = delete;
   Call& operator=(const Call&) = delete;
 
+  bool canBeWatched() const { return mCopy >= 0 && mEnd >= 0; }
   void make() const { connectKernelDriver(mNode, mInterface); }
 
  private:
+  int mCopy;
   int mNode;
   std::uint8_t mInterface;
   int mEnd;
 };
+
+bool startThread(const std::shared_ptr<Call>& call) {
+  try {
+    std::thread([call] { call->make(); }).detach();
+    return true;
+  } catch (const std::system_error&) {
+    return false;
+  }
+}
 
 }  // namespace
 
@@ -43,13 +59,12 @@ KernelDriverReturn::KernelDriverReturn(RunLoop& runLoop, int node, std::uint8_t 
   if (pipe2(ends, O_CLOEXEC) == 0) {
     mEnd = ends[0];
     mWatch = runLoop.watch(mEnd, RunLoop::Interest::Readable, std::move(ended));
+  } else {
+    mTold = runLoop.startTimer(std::chrono::milliseconds(0), false, std::move(ended));
   }
   const auto call = std::make_shared<Call>(node, interface, ends[1]);
-  try {
-    std::thread([call] { call->make(); }).detach();
-  } catch (const std::system_error&) {
-    call->make();  // no threads to be had: somebody waits
-  }
+  // No descriptors or no threads to be had: somebody waits.
+  if (!call->canBeWatched() || !startThread(call)) call->make();
 }
 
 KernelDriverReturn::~KernelDriverReturn() {

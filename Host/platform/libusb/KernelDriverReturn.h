@@ -2,7 +2,7 @@
 // the printer first who it is, and waits for seconds where it does not answer. So a thread does it,
 // with one call to the kernel and a descriptor of its own; it touches nothing else of the program,
 // and goes on when this object is gone. Should the program end before the call is made, its end
-// makes it.
+// makes it. Where there is no descriptor or no thread to be had, the call is made at once.
 #pragma once
 
 #include <cstdint>
@@ -26,6 +26,7 @@ class KernelDriverReturn {
  private:
   int mEnd = -1;  // readable when the thread has ended
   std::unique_ptr<RunLoop::Watch> mWatch;
+  std::unique_ptr<RunLoop::Timer> mTold;  // where there is no such descriptor
 };
 
 }  // namespace platform
