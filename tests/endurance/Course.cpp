@@ -40,7 +40,7 @@ void Course::count() {
 
 void Course::expectToAdd(double heapBytesAnEvent) const {
   ASSERT_GE(mSamples.size(), kSamplesAtLeast);
-  const Use& expected = quarter(1).front().use;
+  const Use expected = quarter(1).front().use;
   for (const Sample& sample : mSamples) {
     if (sample.events < quarter(1).front().events) continue;
     EXPECT_EQ(sample.use.descriptors, expected.descriptors) << "after " << sample.events;
