@@ -3,9 +3,9 @@
 # and are a test each; so is a whole program with the sanitizers, where the start of a process is what
 # most cases would spend their time on (tests/results names the case that failed). Cases that have to be
 # ALONE, as those that end or start processes, are not put together. With SHORT, all other cases get the
-# prefix "long.": ./test has them with --all only. A test that waits for other processes (a printer, a
-# bus, a daemon, a window, an emulated machine) while real time limits run has the label "waits": it may
-# need another try (tests/results), and no other.
+# prefix "long.", and those that match LONG are one test with that prefix: ./test has them with --all
+# only. A test that waits for other processes (a printer, a bus, a daemon, a window, an emulated machine)
+# while real time limits run has the label "waits": it may need another try (tests/results), and no other.
 #
 # FW_ON_ITS_OWN_MACHINE starts a program where nobody else has a port, and so nobody else's lock of a
 # printer is in its way. It takes SKIP_RETURN_CODE 77.
@@ -30,8 +30,8 @@ target_precompile_headers(fw_test_headers PRIVATE
   <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp> <algorithm> <filesystem> <fstream> <functional>
   <memory> <optional> <span> <sstream> <string> <vector>)
 
-# A folder of tests of the program's parts. Where they are not wanted, editors and checkers still know
-# how they are compiled.
+# A folder of tests that ./test has with the sanitizers, or of what it does not run. Where they are not
+# wanted, editors and checkers still know how they are compiled.
 function(fw_add_part folder)
   if(FWUPDATE_PART_TESTS)
     add_subdirectory(${folder})
@@ -44,7 +44,7 @@ endfunction()
 set(FW_ON_ITS_OWN_MACHINE ${PROJECT_SOURCE_DIR}/tools/private-network --no-bus --links 0 --)
 
 function(fw_add_test name)
-  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER;SHORT" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER;SHORT;LONG" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
   endif()
@@ -62,9 +62,13 @@ function(fw_add_test name)
     fw_add_cases(${ARG_PREFIX}${name} ${name} "*" TIMEOUT 600 ${ARG_PROPERTIES})
     return()
   endif()
-  set(others "*-")
+  list(JOIN ARG_LONG ":" long)
+  if(ARG_LONG)
+    fw_add_cases(long.${ARG_PREFIX}${name} ${name} "${long}" TIMEOUT 600 ${ARG_PROPERTIES})
+  endif()
+  set(others "*-${long}:")
   foreach(suite IN LISTS ARG_TOGETHER)
-    fw_add_cases(${ARG_PREFIX}${suite} ${name} "*${suite}.*" TIMEOUT 600 ${ARG_PROPERTIES})
+    fw_add_cases(${ARG_PREFIX}${suite} ${name} "*${suite}.*-${long}" TIMEOUT 600 ${ARG_PROPERTIES})
     string(APPEND others "*${suite}.*:")
   endforeach()
   if(ARG_SHORT)

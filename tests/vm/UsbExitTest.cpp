@@ -30,7 +30,6 @@ struct BusyProgram {
     device = host.awaitPrinter();
     acl = host.openInterface(device, UsbHost::kPrinterClass);
     ews = host.openInterface(device, UsbHost::kVendorClass);
-    host.write(*acl, kStatusOff);
     host.startWrite(*acl, image, writing, 0);
     host.startRead(*acl, answer, reading, 0);
     loop.runFor(std::chrono::milliseconds(50));
@@ -40,7 +39,7 @@ struct BusyProgram {
   std::unique_ptr<platform::UsbRegistry> registry = platform::makeLibusbRegistry(loop);
   UsbHost host{*registry, loop,
                [this](const std::function<bool()>& done) { return loop.runUntil(done); }};
-  std::string image = std::string(1 << 20, 'x');
+  std::string image = kStatusOff + std::string(1 << 20, 'x');
   std::string answer = std::string(512, '\0');
   TransferRecorder writing;
   TransferRecorder reading;
