@@ -1,6 +1,6 @@
-// Feeds a fuzzer without libFuzzer: every file of the corpus directories that are given, then a
-// fixed number of inputs made from them, in the fuzzer's own way where it has one. An input that
-// ends the program is shown first.
+// Feeds a fuzzer without libFuzzer: every file of a corpus, then a fixed number of inputs made from
+// them, in the fuzzer's own way where it has one. An input that ends the program is shown first.
+// Arguments: the size of the largest input, how many are made, the directory of the corpus.
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
@@ -10,6 +10,8 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <string>
+#include <utility>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
@@ -21,9 +23,6 @@ extern "C" void __sanitizer_set_death_callback(void (*callback)()) __attribute__
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-constexpr int kMadeInputs = FUZZ_MADE_INPUTS;
-constexpr std::size_t kLargestInput = FUZZ_LARGEST_INPUT;
 
 Bytes sCurrent;
 
@@ -44,12 +43,10 @@ void run(Bytes input) {
   LLVMFuzzerTestOneInput(sCurrent.data(), sCurrent.size());
 }
 
-std::vector<Bytes> readCorpus(int count, char** directories) {
+std::vector<Bytes> readCorpus(const std::filesystem::path& directory) {
   std::vector<std::filesystem::path> files;
-  for (int i = 0; i < count; ++i) {
-    for (const auto& entry : std::filesystem::directory_iterator(directories[i])) {
-      files.push_back(entry.path());
-    }
+  for (const auto& entry : std::filesystem::directory_iterator(directory)) {
+    files.push_back(entry.path());
   }
   std::sort(files.begin(), files.end());
 
@@ -63,6 +60,8 @@ std::vector<Bytes> readCorpus(int count, char** directories) {
 
 class Maker {
  public:
+  void setLargestInput(std::size_t size) { mLargest = size; }
+
   Bytes make(const std::vector<Bytes>& corpus) {
     Bytes input = corpus[below(corpus.size())];
     for (std::size_t changes = 1 + below(8); changes > 0; --changes) {
@@ -72,7 +71,7 @@ class Maker {
         changeInItsOwnWay(input);
       }
     }
-    if (input.size() > kLargestInput) input.resize(kLargestInput);
+    if (input.size() > mLargest) input.resize(mLargest);
     return input;
   }
 
@@ -103,13 +102,14 @@ class Maker {
   std::uint8_t anyByte() { return static_cast<std::uint8_t>(mRandom()); }
 
   void changeInItsOwnWay(Bytes& input) {
-    const std::size_t size = std::min(input.size(), kLargestInput);
-    input.resize(kLargestInput);
+    const std::size_t size = std::min(input.size(), mLargest);
+    input.resize(mLargest);
     input.resize(LLVMFuzzerCustomMutator(input.data(), size, input.size(),
                                          static_cast<unsigned>(mRandom())));
   }
 
   std::mt19937 mRandom{20050829};
+  std::size_t mLargest = 0;
 };
 
 Maker sMaker;
@@ -129,13 +129,19 @@ int main(int argc, char** argv) {
   std::signal(SIGABRT, showCurrentInputOnAbort);
   if (__sanitizer_set_death_callback != nullptr) __sanitizer_set_death_callback(showCurrentInput);
 
-  std::vector<Bytes> corpus = readCorpus(argc - 1, argv + 1);
+  if (argc != 4) {
+    std::fputs("Usage: FUZZER LARGEST MADE CORPUS\n", stderr);
+    return 2;
+  }
+  sMaker.setLargestInput(std::stoul(argv[1]));
+  const int made = std::stoi(argv[2]);
+  const std::vector<Bytes> corpus = readCorpus(argv[3]);
   if (corpus.empty()) {
     std::fputs("There is no corpus.\n", stderr);
     return 1;
   }
   for (const Bytes& input : corpus) run(input);
   run({});
-  for (int i = 0; i < kMadeInputs; ++i) run(sMaker.make(corpus));
-  std::printf("%zu inputs of the corpus, %d made from them\n", corpus.size(), kMadeInputs);
+  for (int i = 0; i < made; ++i) run(sMaker.make(corpus));
+  std::printf("%zu inputs of the corpus, %d made from them\n", corpus.size(), made);
 }
