@@ -5,7 +5,7 @@ import resource
 import shutil
 import subprocess
 
-LEFT_OUT = ("virtual-machine", "packages", "installed", "test-output", "unattended")
+LEFT_OUT = ("virtual-machine", "endurance-machine", "packages", "installed", "test-output", "unattended")
 
 
 class Laboratory:
@@ -64,6 +64,13 @@ class Laboratory:
     def call_in_build(self, command):
         return self.call(["sh", "-c", command], 3600, directory=os.path.join(self.root, self.build),
                          environment=["CCACHE_DISABLE=1"])
+
+    def configure(self):
+        """As it is, and with the files that have come since; but each file of the product by itself, not
+        several of them at a time: one is compiled again for each mutant."""
+        status, output = self.call(["cmake", "-B", self.build, "-DCMAKE_UNITY_BUILD=OFF"], 600)
+        if status != 0:
+            raise RuntimeError("mutation: the copy cannot be configured\n" + output)
 
     def make(self, jobs, *targets):
         return self.call(["ninja", "-C", self.build, "-j", str(jobs), *targets], 3600)

@@ -65,7 +65,7 @@ class Trials:
 
     def set_up(self):
         self.laboratory = Laboratory(self.root, self.options.build, self.options.work)
-        self.laboratory.make(self.options.jobs, "build.ninja")  # files may have come since
+        self.laboratory.configure()
         self.tests = test_programs(self.laboratory)
         self.tree = BuildTree(self.laboratory.inside("build.ninja"), os.path.join(self.root, self.laboratory.build))
         self.bench = Bench(self.laboratory, self.tree, os.path.join(self.options.work, "unbroken"))
