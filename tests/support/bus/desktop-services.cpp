@@ -6,6 +6,7 @@
 // Services: login1, portal, screensaver, notifications, accessibility. Behaviours:
 //   refuses[:WORD]  answers calls whose first argument has WORD in it, or all, with an error: to
 //                   locks without the lid, another one than to all else
+//   fails           answers with an error that carries what it gives
 //   waits           gives what it is asked for when a line comes on standard input
 //   cancels         (portal) takes back at once what it gives
 //   plain           (notifications) knows no markup
@@ -203,12 +204,19 @@ class Services {
     send(dbus_message_new_error(call, DBUS_ERROR_UNKNOWN_METHOD, "Unknown method"));
   }
 
+  // An answer to add to, or an error that looks like one.
+  DBusMessage* newReply(DBusMessage* call) {
+    return mBehaviours[dbus_message_get_destination(call)] == "fails"
+               ? dbus_message_new_error(call, DBUS_ERROR_FAILED, nullptr)
+               : dbus_message_new_method_return(call);
+  }
+
   void lock(DBusMessage* call) {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) std::abort();
     mLocks.push_back({argumentsOf(call), ends[0]});
     say("lock " + joined(mLocks.back().arguments));
-    DBusMessage* const reply = dbus_message_new_method_return(call);
+    DBusMessage* const reply = newReply(call);
     dbus_message_append_args(reply, DBUS_TYPE_UNIX_FD, &ends[1], DBUS_TYPE_INVALID);
     close(ends[1]);
     send(reply);
@@ -240,7 +248,7 @@ class Services {
   void givePortal(DBusMessage* call) {
     const char* const request = "/org/freedesktop/portal/desktop/request/1";
     say("portal " + joined(argumentsOf(call)));
-    DBusMessage* const reply = dbus_message_new_method_return(call);
+    DBusMessage* const reply = newReply(call);
     dbus_message_append_args(reply, DBUS_TYPE_OBJECT_PATH, &request, DBUS_TYPE_INVALID);
     send(reply);
     const bool cancels = mBehaviours[dbus_message_get_destination(call)] == "cancels";
@@ -289,7 +297,7 @@ class Services {
 
   void replyNumber(DBusMessage* call, std::uint32_t number) {
     if (dbus_message_get_no_reply(call)) return;
-    DBusMessage* const reply = dbus_message_new_method_return(call);
+    DBusMessage* const reply = newReply(call);
     dbus_message_append_args(reply, DBUS_TYPE_UINT32, &number, DBUS_TYPE_INVALID);
     send(reply);
   }

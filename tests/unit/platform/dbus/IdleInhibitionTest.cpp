@@ -47,6 +47,26 @@ TEST_F(IdleInhibitionTest, APortalWhoseDesktopDoesNotLeavesItToTheScreenSaver) {
   EXPECT_EQ(news(), "screensaver released 4711");
 }
 
+TEST_F(IdleInhibitionTest, ARequestThatComesWithAnErrorLeavesItToTheScreenSaver) {
+  offerDesktop({"portal=fails", "screensaver"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "portal 12 | reason | Why.");
+  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+  inhibition->end();
+  EXPECT_EQ(news(), "screensaver released 4711");
+}
+
+TEST_F(IdleInhibitionTest, ACookieThatComesWithAnErrorIsNotGivenBack) {
+  offerDesktop({"screensaver=fails"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+  ASSERT_TRUE(runLoop.runUntil([&] {
+    inhibition->end();
+    return runLoop.enabledWatches() == 0;
+  }));
+  EXPECT_EQ(news(), "left without giving back");
+}
+
 TEST_F(IdleInhibitionTest, WhatIsGivenAfterTheEndIsGivenBack) {
   offerDesktop({"screensaver=waits"});
   inhibition->begin();

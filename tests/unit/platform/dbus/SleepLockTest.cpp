@@ -10,6 +10,7 @@ using platform::Text;
 using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 constexpr char kLockedAll[] =
     "lock sleep:shutdown:handle-lid-switch | fwupdate | A printer gets firmware. | block";
@@ -160,6 +161,26 @@ TEST_F(SleepLockTest, WhoMayLockNothingIsToldOnce) {
   }
   EXPECT_THAT(reports, ElementsAre("Unable to keep the computer awake during downloads: "
                                    "org.freedesktop.DBus.Error.AccessDenied"));
+}
+
+TEST_F(SleepLockTest, ALockThatComesWithAnErrorIsNone) {
+  offerLogin("=fails");
+  begin();
+  Lines told;
+  while (told.size() < 6 && !HasFailure()) {
+    told.push_back(news());
+    EXPECT_NE(told.back(), "no news");
+  }
+  EXPECT_THAT(
+      told, UnorderedElementsAre(
+                kLockedAll, kUnlockedAll,
+                "lock sleep:shutdown | fwupdate | A printer gets firmware. | block",
+                "unlock sleep:shutdown", "lock sleep | fwupdate | A printer gets firmware. | block",
+                "unlock sleep"));
+  waitForReport();
+  end();
+  EXPECT_THAT(reports, ElementsAre("Unable to keep the computer awake during downloads: "
+                                   "org.freedesktop.DBus.Error.Failed"));
 }
 
 TEST_F(SleepLockTest, WithoutLogindThatIsReportedOnce) {
