@@ -68,6 +68,24 @@ TEST_F(HeadlessToolkitTest, EachWindowHasControlsOfItsOwn) {
   EXPECT_THAT(mTold, ElementsAre());
 }
 
+TEST_F(HeadlessToolkitTest, EachInterfaceHasAReferenceOfItsOwn) {
+  platform::NibRef first = platform::NibRef::None;
+  platform::NibRef second = platform::NibRef::None;
+  EXPECT_EQ(mToolkit.createNibReference(platform::Text(), first), noErr);
+  EXPECT_EQ(mToolkit.createNibReference(platform::Text(), second), noErr);
+  EXPECT_NE(first, platform::NibRef::None);
+  EXPECT_NE(second, platform::NibRef::None);
+  EXPECT_NE(first, second);
+}
+
+TEST_F(HeadlessToolkitTest, CallbacksAreNoneToBeginWith) {
+  platform::DataBrowserCallbacks callbacks{};
+  callbacks.itemCompare = [](ControlRef, platform::ItemId, platform::ItemId,
+                             platform::FourCharCode) { return true; };
+  EXPECT_EQ(mToolkit.initDataBrowserCallbacks(callbacks), noErr);
+  EXPECT_EQ(callbacks.itemCompare, nullptr);
+}
+
 TEST_F(HeadlessToolkitTest, NothingIsSelectedAndNothingIsWide) {
   platform::ItemId first = 7;
   platform::ItemId last = 7;
