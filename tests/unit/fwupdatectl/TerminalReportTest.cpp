@@ -107,6 +107,13 @@ TEST_F(TerminalReportTest, NarrowerTerminalsLeaveOutMore) {
   EXPECT_EQ(rowOfSending(8, printer(1)), "Pr\u2026: 4\u2026");
 }
 
+TEST_F(TerminalReportTest, NarrowestTerminalShowsThatSomethingIsCut) {
+  begin(24, 20, 1);
+  mSize.columns = 1;
+  mReport->began(printer(1));
+  EXPECT_EQ(rows().at(1), "\u2026");
+}
+
 TEST_F(TerminalReportTest, PhaseIsCutWhereNothingElseIsLeft) {
   const auto rowOfBurning = [this](int columns) {
     begin(24, columns, 1);
