@@ -4,44 +4,26 @@
 // good download follows whatever came before.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "DownloadEvents.h"
-#include "DownloadModel.h"
-#include "FakeBundle.h"
-#include "FakeDeviceLocks.h"
-#include "FakeEvents.h"
-#include "FakeFiles.h"
 #include "FakeNetwork.h"
-#include "FakeRunLoop.h"
-#include "FirmwareDownloader.h"
 #include "LogRecorder.h"
+#include "ModelledDownloads.h"
 #include "Printer.h"
 #include "PrinterMessages.h"
-#include "PrinterTalk.h"
-#include "RecordingObserver.h"
 #include "Script.h"
 #include "platform/Text.h"
 
 namespace {
 
-using Awaits = DownloadModel::Awaits;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-class DownloadRun {
+class DownloadRun : private ModelledDownloads {
  public:
-  DownloadRun() {
-    mFiles.addDirectory("/resources");
-    mFiles.addFile("/resources/product.brand.bin", kFirmware200);
-    handleDownloadEvents(mEvents);
+  DownloadRun() = default;
+  ~DownloadRun() {
+    mDownloader.reset();
+    Printer::destroy(mPrinter);
   }
-  ~DownloadRun() { Printer::destroy(mPrinter); }
   DownloadRun(const DownloadRun&) = delete;
   DownloadRun& operator=(const DownloadRun&) = delete;
 
@@ -51,7 +33,7 @@ class DownloadRun {
     const std::uint8_t operand = code >> 3;
     switch (code & 7) {
       case 0:
-        if (mModel.awaits() == Awaits::Nothing) start(operand);
+        if (!isRunning()) start(operand);
         break;
       case 1:
         if (mModel.awaits() == Awaits::Connection) connectionEnds(operand % 8 == 7);
@@ -81,7 +63,7 @@ class DownloadRun {
 
   // From wherever the last one was left: what must come of a printer that does all it should.
   bool finishWell() {
-    if (mModel.awaits() != Awaits::Nothing) return true;
+    if (isRunning()) return true;
     const std::size_t told = mModel.commands().size();
     mTalk.forget();
     start(0);
@@ -98,32 +80,19 @@ class DownloadRun {
     return mModel.commands().size() == told + 1 && mModel.commands().back() == "DlOk";
   }
 
-  // The program ends now.
   void leave() {
-    const bool isRunning = mModel.awaits() != Awaits::Nothing;
-    mDownloader.reset();
-    require(!mNetwork.isOpen() && mLocks.granted() == 0);
-    require(mEvents.commands() == mModel.commands());
-    require(mEnds.size() == mModel.commands().size() + (isRunning ? 1 : 0));
-    require(!isRunning || mEnds.back() == "ended Failed");
+    end();
+    require(!mNetwork.isOpen());
   }
 
  private:
-  platform::Platform surfaces() {
-    platform::Platform platform;
-    platform.bundle = &mBundle;
-    platform.files = &mFiles;
-    platform.runLoop = &mRunLoop;
-    platform.events = &mEvents;
+  platform::Platform surfacesWithNetwork() {
+    platform::Platform platform = surfaces();
     platform.network = &mNetwork;
-    platform.deviceLocks = &mLocks;
-    platform.downloadObserver = &mObserver;
     return platform;
   }
 
-  bool isConnected() const {
-    return mModel.awaits() != Awaits::Nothing && mModel.awaits() != Awaits::Connection;
-  }
+  bool isConnected() const { return isRunning() && mModel.awaits() != Awaits::Connection; }
 
   void start(std::uint8_t how) {
     const bool isRefused = how % 8 == 6;
@@ -159,39 +128,20 @@ class DownloadRun {
     mModel.arrives(bytes);
   }
 
-  bool takeTurn() {
-    if (mModel.awaits() != Awaits::Turn) return true;
-    if (mModel.nextTurnIsFatal()) return false;
-    const std::size_t told = mEvents.commands().size();
-    const bool isUnknown = mModel.nextTurnIsUnknown();
-    require(mEvents.deliverNext());
-    if (!isUnknown) {
-      mModel.takeTurn();
-    } else {
-      const bool isOver = mEvents.commands().size() > told;
-      mModel.takeUnknownTurn(isOver ? mEvents.commands().back() : "");
-    }
-    return true;
-  }
-
   void check() {
-    require(mEvents.commands() == mModel.commands());
+    checkOutcomes();
     require(mNetwork.sent().size() == mModel.sent().size());
     if (!mModel.sent().empty()) {
       const auto& sent = mNetwork.sent().back();
       require(std::string(sent.begin(), sent.end()) == mModel.sent().back());
     }
     require(mEvents.queued() == (mModel.awaits() == Awaits::Turn ? 1u : 0u));
-    require(mEnds.size() == mModel.commands().size());
-    require(mNetwork.isOpen() == (mModel.awaits() != Awaits::Nothing));
-    if (mModel.awaits() == Awaits::Nothing && !mModel.commands().empty()) checkEnd();
+    require(mNetwork.isOpen() == isRunning());
+    if (!isRunning() && !mModel.commands().empty()) checkLog();
   }
 
-  void checkEnd() {
+  void checkLog() {
     const std::string& command = mModel.commands().back();
-    require(mEnds.back() == (command == "DlOk"   ? "ended Succeeded"
-                             : command == "DlUd" ? "ended UpToDate"
-                                                 : "ended Failed"));
     const std::vector<LogEntry>& log = mLog.entries();
     require(log.size() >= 2 && log.back().text == "Cleaning up network transport.");
     const LogEntry& reason = log[log.size() - 2];
@@ -202,24 +152,10 @@ class DownloadRun {
     } else {
       require(reason.priority == 3);
     }
-    require(mLocks.granted() == 0);
-    require(mRunLoop.timers() == 0 && mRunLoop.putOff() == 0);
   }
 
-  std::vector<std::string> mEnds;
-  RecordingObserver mObserver{[this](const std::string& call) {
-    if (call.starts_with("ended ")) mEnds.push_back(call);
-  }};
-  FakeBundle mBundle;
-  FakeFiles mFiles;
-  FakeRunLoop mRunLoop;
-  FakeEvents mEvents;
   FakeNetwork mNetwork;
-  FakeDeviceLocks mLocks;
-  LogRecorder mLog{surfaces()};
-  PrinterTalk mTalk;
-  DownloadModel mModel;
-  std::unique_ptr<FirmwareDownloader> mDownloader = std::make_unique<FirmwareDownloader>();
+  LogRecorder mLog{surfacesWithNetwork()};
   Printer* mPrinter = Printer::create(
       platform::Text::fromUtf8("Office"),
       platform::makeData({16, 2, 0x23, 0x8C, 192, 0, 2, 7, 0, 0, 0, 0, 0, 0, 0, 0}));

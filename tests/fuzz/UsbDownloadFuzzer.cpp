@@ -6,39 +6,23 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "DownloadEvents.h"
-#include "DownloadModel.h"
-#include "FakeBundle.h"
-#include "FakeDeviceLocks.h"
-#include "FakeEvents.h"
-#include "FakeFiles.h"
-#include "FakeRunLoop.h"
 #include "FakeUsbRegistry.h"
-#include "FirmwareDownloader.h"
 #include "LogRecorder.h"
+#include "ModelledDownloads.h"
 #include "Printer.h"
 #include "PrinterMessages.h"
-#include "PrinterTalk.h"
 #include "QuillUsbDevice.h"
-#include "RecordingObserver.h"
 #include "Script.h"
 
 namespace {
 
-using Awaits = DownloadModel::Awaits;
-
 constexpr std::array<platform::IOReturn, 4> kFailures{
     platform::kIOUSBTransactionTimeout, platform::kIOUSBPipeStalled, platform::kIOReturnNoDevice,
     static_cast<platform::IOReturn>(0xE00002EBu)};
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // A printer on the cable, as long as it is plugged in.
 class PluggedIn {
@@ -66,17 +50,17 @@ class PluggedIn {
   Printer* mPrinter = nullptr;
 };
 
-class UsbDownloadRun {
+class UsbDownloadRun : private ModelledDownloads {
  public:
   explicit UsbDownloadRun(Script& script) {
     constexpr std::array<std::uint16_t, 6> kPacketSizes{64, 512, 8, 1, 16, 17};
     mPacketSize = script.choose(kPacketSizes);
-    mFiles.addDirectory("/resources");
-    mFiles.addFile("/resources/product.brand.bin", kFirmware200);
-    handleDownloadEvents(mEvents);
     mModel.keepUnread();
     plugIn();
   }
+  ~UsbDownloadRun() { mDownloader.reset(); }
+  UsbDownloadRun(const UsbDownloadRun&) = delete;
+  UsbDownloadRun& operator=(const UsbDownloadRun&) = delete;
 
   // False when the program would end by assertion at the next step.
   bool step(Script& script) {
@@ -84,7 +68,7 @@ class UsbDownloadRun {
     const std::uint8_t operand = code >> 3;
     switch (code & 7) {
       case 0:
-        if (mModel.awaits() == Awaits::Nothing) start();
+        if (!isRunning()) start();
         break;
       case 1:
         connect();
@@ -116,7 +100,7 @@ class UsbDownloadRun {
   }
 
   bool finishWell() {
-    if (mModel.awaits() != Awaits::Nothing) return true;
+    if (isRunning()) return true;
     const std::size_t told = mModel.commands().size();
     if (mModel.unread() > 0) {
       mPluggedIn.reset();
@@ -137,25 +121,16 @@ class UsbDownloadRun {
   }
 
   void leave() {
-    const bool isRunning = mModel.awaits() != Awaits::Nothing;
-    mDownloader.reset();
+    end();
     mPluggedIn.reset();
     mRunLoop.runAllLater();
-    require(mUsb.problems().empty() && mUsb.transfers().empty() && mLocks.granted() == 0);
-    require(mEvents.commands() == mModel.commands());
-    require(mEnds.size() == mModel.commands().size() + (isRunning ? 1 : 0));
+    require(mUsb.problems().empty() && mUsb.transfers().empty());
   }
 
  private:
-  platform::Platform surfaces() {
-    platform::Platform platform;
-    platform.bundle = &mBundle;
-    platform.files = &mFiles;
-    platform.runLoop = &mRunLoop;
-    platform.events = &mEvents;
+  platform::Platform surfacesWithUsb() {
+    platform::Platform platform = surfaces();
     platform.usb = &mUsb;
-    platform.deviceLocks = &mLocks;
-    platform.downloadObserver = &mObserver;
     return platform;
   }
 
@@ -228,26 +203,10 @@ class UsbDownloadRun {
     if (mPluggedIn == nullptr) plugIn();
   }
 
-  bool takeTurn() {
-    if (mModel.awaits() != Awaits::Turn) return true;
-    if (mModel.nextTurnIsFatal()) return false;
-    const std::size_t told = mEvents.commands().size();
-    const bool isUnknown = mModel.nextTurnIsUnknown();
-    require(mEvents.deliverNext());
-    if (!isUnknown) {
-      mModel.takeTurn();
-    } else {
-      const bool isOver = mEvents.commands().size() > told;
-      mModel.takeUnknownTurn(isOver ? mEvents.commands().back() : "");
-    }
-    return true;
-  }
-
   void check() {
-    require(mEvents.commands() == mModel.commands());
+    checkOutcomes();
     const Awaits awaits = mModel.awaits();
     require(mEvents.queued() == (awaits == Awaits::Turn || awaits == Awaits::Connection ? 1u : 0u));
-    require(mEnds.size() == mModel.commands().size());
     require(mUsb.transfers().size() ==
             (awaits == Awaits::Room || awaits == Awaits::Bytes ? 1u : 0u));
     if (awaits == Awaits::Room) require(transfer().written == mModel.sent().back());
@@ -255,37 +214,17 @@ class UsbDownloadRun {
     require(std::equal(mSent.begin(), mSent.begin() + static_cast<std::ptrdiff_t>(sent),
                        mModel.sent().begin() + static_cast<std::ptrdiff_t>(mSentBefore)));
     require(mSent.size() == sent);
-    if (awaits == Awaits::Nothing && !mModel.commands().empty()) checkEnd();
+    if (!isRunning() && !mModel.commands().empty()) {
+      require(mLog.entries().back().text == "Cleaning up USB transport.");
+    }
   }
 
-  void checkEnd() {
-    const std::string& command = mModel.commands().back();
-    require(mEnds.back() == (command == "DlOk"   ? "ended Succeeded"
-                             : command == "DlUd" ? "ended UpToDate"
-                                                 : "ended Failed"));
-    require(mLog.entries().back().text == "Cleaning up USB transport.");
-    require(mLocks.granted() == 0);
-    require(mRunLoop.timers() == 0 && mRunLoop.putOff() == 0);
-  }
-
-  std::vector<std::string> mEnds;
-  RecordingObserver mObserver{[this](const std::string& call) {
-    if (call.starts_with("ended ")) mEnds.push_back(call);
-  }};
-  FakeBundle mBundle;
-  FakeFiles mFiles;
-  FakeRunLoop mRunLoop;
-  FakeEvents mEvents;
   FakeUsbRegistry mUsb;
-  FakeDeviceLocks mLocks;
-  LogRecorder mLog{surfaces()};
-  PrinterTalk mTalk;
-  DownloadModel mModel;
+  LogRecorder mLog{surfacesWithUsb()};
   std::uint16_t mPacketSize = 64;
   std::vector<std::string> mSent;  // in this download
   std::size_t mSentBefore = 0;
   std::unique_ptr<PluggedIn> mPluggedIn;
-  std::unique_ptr<FirmwareDownloader> mDownloader = std::make_unique<FirmwareDownloader>();
 };
 
 }  // namespace
