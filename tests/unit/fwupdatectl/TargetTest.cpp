@@ -25,6 +25,15 @@ TEST(Target, WhatIsNoAddressIsRefused) {
   }
 }
 
+TEST(Target, AddressOfAnotherKindIsNamed) {
+  try {
+    completeAddress("fe80::1");
+    ADD_FAILURE();
+  } catch (const std::invalid_argument& error) {
+    EXPECT_STREQ(error.what(), "\"fe80::1\" is an IPv6 address: printers are reached by IPv4");
+  }
+}
+
 TEST(Target, NameOfAHostIsNoLongerThanNamesAre) {
   EXPECT_EQ(completeAddress(std::string(253, 'a')), std::string(253, 'a') + ":9100");
   EXPECT_THROW(completeAddress(std::string(254, 'a')), std::invalid_argument);

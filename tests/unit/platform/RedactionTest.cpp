@@ -18,6 +18,14 @@ TEST(Redaction, LeavesOtherWordsAlone) {
             "hanna annas anna2 _anna annaä /home/annabel");
 }
 
+TEST(Redaction, ControlCharactersAreNoPartOfAWord) {
+  EXPECT_EQ(redacted("\x7F"
+                     "anna\x7F \x1F"
+                     "anna\t",
+                     kNames),
+            "\x7F<user>\x7F \x1F<user>\t");
+}
+
 TEST(Redaction, EmptyNamesHideNothing) {
   EXPECT_EQ(redacted("Connected. Done", {"", "", ""}), "Connected. Done");
 }

@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <utility>
@@ -167,6 +169,16 @@ TEST_F(UpdateRunTest, NoPrintersAreDoneAtOnce) {
   runToItsEnd();
 }
 
+TEST_F(UpdateRunTest, NothingStaysOpenOfAWorker) {
+  const auto descriptors = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  const auto before = descriptors();
+  start({sayOutcome("updated"), sayPhase("connecting")});
+  runToItsEnd();
+  EXPECT_EQ(descriptors(), before);
+}
+
 // Limits. ----------------------------------------------------------------------------------------
 
 TEST_F(UpdateRunTest, LimitWhileItConnects) {
@@ -296,6 +308,12 @@ TEST_F(UpdateRunTest, PrinterThatIsBackIsAskedForItsVersion) {
   EXPECT_EQ(back.outcome, UpdateResult::Outcome::Updated);
   EXPECT_EQ(back.versionAfter, 200u);
   EXPECT_EQ(back.cause, "");
+}
+
+TEST_F(UpdateRunTest, LimitOfADownloadIsNoneOfTheReturn) {
+  start({updatedThenVersion(sayVersion(200))}, {.timeout = 5000ms, .returnWait = 60000ms});
+  runUntilTold("1 phase waiting-for-return");
+  EXPECT_EQ(mLoop.timers(), 2u);  // the pause before the question, and the end
 }
 
 TEST_F(UpdateRunTest, PrinterThatIsNotBackInTimeHasFailed) {
