@@ -6,6 +6,7 @@
 
 #include "Crowd.h"
 #include "DiscoveryTest.h"
+#include "platform/avahi/InProcessResponder.h"
 
 namespace {
 
@@ -50,6 +51,22 @@ class OnlyStack {
   bool mHolds = false;
 };
 
+// What a search is told.
+class Told : public platform::BrowseListener {
+ public:
+  void appeared(const platform::ServiceName& service, platform::Place) override {
+    names.push_back(service.name);
+  }
+  void disappeared(const platform::ServiceName& service, platform::Place) override {
+    gone.push_back(service.name);
+  }
+  void allForNow() override {}
+  void browsingFailed() override { ADD_FAILURE(); }
+
+  std::vector<std::string> names;
+  std::vector<std::string> gone;
+};
+
 TEST_F(InProcessTest, PrintersAreFoundWithoutSystemBus) {
   privatenetwork::stopBus();
   auto printer = announce({"Printer", "usb_MFG=Veltra"});
@@ -60,6 +77,22 @@ TEST_F(InProcessTest, PrintersAreFoundWithoutSystemBus) {
   printer->withdraw();
   ASSERT_TRUE(waitFor("removed Printer"));
   EXPECT_THAT(told(), ElementsAre("added Printer", "resolved Printer", "removed Printer"));
+}
+
+TEST_F(InProcessTest, SearchThatIsDroppedIsToldNothing) {
+  const platform::AvahiPollAdapter poll(runLoop);
+  Told dropped;
+  Told kept;
+  const auto responder = platform::startInProcessResponder(poll);
+  auto first = responder->browse("_pdl-datastream._tcp", "local", dropped);
+  const auto second = responder->browse("_pdl-datastream._tcp", "local", kept);
+  first.reset();
+  auto printer = announce({"Printer"});
+  ASSERT_TRUE(runLoop.runUntil([&] { return !kept.names.empty(); }, std::chrono::seconds(20)));
+  printer->withdraw();
+  ASSERT_TRUE(runLoop.runUntil([&] { return !kept.gone.empty(); }, std::chrono::seconds(20)));
+  EXPECT_THAT(dropped.names, IsEmpty());
+  EXPECT_THAT(dropped.gone, IsEmpty());
 }
 
 TEST_F(InProcessTest, PrintersAreFoundWithoutSpecialRights) {
