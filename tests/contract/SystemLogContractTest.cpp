@@ -4,8 +4,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "FakeSystemLog.h"
@@ -94,6 +98,34 @@ void expectOfDaemon(const std::function<bool(SystemLog&, FileDescriptor& daemon)
     const auto log = platform::makePosixSystemLog();
     log->open("fwupdate", 0, SystemLog::kUserFacility);
     return holds(*log, daemon);
+  });
+}
+
+// Whether that thread of this process sleeps in a call of the kernel.
+bool isAsleep(pid_t thread) {
+  std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
+  const std::string stat{std::istreambuf_iterator<char>(file), {}};
+  return stat.find(") S ") != std::string::npos;
+}
+
+TEST(PosixSystemLogTest, DaemonThatHasMuchToDoGetsAllEntries) {
+  expectOfDaemon([](SystemLog& log, FileDescriptor& daemon) {
+    constexpr int kMoreThanAnyQueue = 10000;
+    std::vector<std::string> received;
+    std::atomic<bool> isWritten = false;
+    std::thread reader([&, writer = ::gettid()] {
+      // It reads when the queue is full.
+      while (!isAsleep(writer) && !isWritten) std::this_thread::yield();
+      for (bool isLastLook = false; !isLastLook;) {
+        isLastLook = isWritten;
+        while (const auto entry = receiveLogEntry(daemon)) received.push_back(*entry);
+      }
+    });
+    for (int i = 0; i < kMoreThanAnyQueue; ++i) log.write(5, "x");
+    log.write(5, "last");
+    isWritten = true;
+    reader.join();
+    return received.size() == kMoreThanAnyQueue + 1 && received.back() == "<13>fwupdate: last";
   });
 }
 

@@ -1,6 +1,7 @@
 #include "platform/posix/LogDaemon.h"
 
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/uio.h>
 #include <sys/un.h>
 #include <syslog.h>
@@ -16,6 +17,9 @@ namespace {
 
 constexpr std::array kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                              "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+// Its queue may have room for ten entries only, and whoever writes is faster than who reads.
+constexpr timeval kPatience{.tv_sec = 1, .tv_usec = 0};
 
 using Head = std::array<char, 64>;
 
@@ -45,8 +49,9 @@ void LogDaemon::send(int priority, const char* identity, const char* text) {
   entry.msg_iovlen = parts.size();
   for (int attempts = 0; attempts < 2; ++attempts) {
     if (!mSocket && !connect()) return;
-    if (::sendmsg(mSocket.get(), &entry, MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) return;
-    if (errno == EAGAIN) return;
+    const int wait = mReads ? 0 : MSG_DONTWAIT;
+    mReads = ::sendmsg(mSocket.get(), &entry, MSG_NOSIGNAL | wait) >= 0;
+    if (mReads || errno == EAGAIN) return;
     disconnect();
   }
 }
@@ -56,7 +61,9 @@ bool LogDaemon::connect() {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
   std::strcpy(address.sun_path, _PATH_LOG);
+  mReads = true;
   if (mSocket &&
+      ::setsockopt(mSocket.get(), SOL_SOCKET, SO_SNDTIMEO, &kPatience, sizeof kPatience) == 0 &&
       ::connect(mSocket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
     return true;
   }

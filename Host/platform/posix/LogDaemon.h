@@ -1,7 +1,7 @@
 // The way to the host's log daemon: a datagram for each entry, in the form of syslog(3). That
-// function waits for a daemon that has stopped reading, and a printer in the middle of its firmware
-// would wait with it; here such an entry is dropped, as where there is no daemon. Used by the
-// system log.
+// function waits for room in the daemon's queue, for ever when the daemon has stopped reading, and
+// a printer in the middle of its firmware would wait with it. Here it has a second. Then entries
+// are dropped, as where there is no daemon, until it reads again. Used by the system log.
 #pragma once
 
 #include "platform/posix/FileDescriptor.h"
@@ -10,7 +10,7 @@ namespace platform {
 
 class LogDaemon {
  public:
-  // Never waits, and takes no memory, since an entry may say that it is exhausted.
+  // Takes no memory, since an entry may say that it is exhausted.
   void send(int priority, const char* identity, const char* text);
 
   void disconnect() { mSocket = FileDescriptor(); }
@@ -19,6 +19,7 @@ class LogDaemon {
   bool connect();
 
   FileDescriptor mSocket;
+  bool mReads = false;  // has taken the last entry, or has not had one yet
 };
 
 }  // namespace platform
