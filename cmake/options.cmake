@@ -1,5 +1,6 @@
 option(FWUPDATE_TESTS "Build the tests and benchmarks" ON)
-option(FWUPDATE_PART_TESTS "With the tests, also those of the program's parts: what needs no whole program" ON)
+option(FWUPDATE_PART_TESTS "With the tests, also those that the build with the sanitizers has, and the benchmarks" ON)
+option(FWUPDATE_VM_TESTS "With the tests, also those in the virtual machine" ON)
 include(CMakeDependentOption)
 cmake_dependent_option(FWUPDATE_TOOLS "Build the virtual printer and what drives a window" ON
   "NOT FWUPDATE_TESTS" ON)
