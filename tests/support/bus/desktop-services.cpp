@@ -10,7 +10,7 @@
 //   waits           gives what it is asked for when a line comes on standard input
 //   cancels         (portal) takes back at once what it gives
 //   plain           (notifications) knows no markup
-//   confused        (notifications) tells a number for what it knows
+//   confused        (notifications, login1) answers with a number
 //   ADDRESS         (accessibility) tells that its bus is there
 //
 // One line on standard output for each event; "ready" when the names are taken. Goes on without its
@@ -212,6 +212,10 @@ class Services {
   }
 
   void lock(DBusMessage* call) {
+    if (mBehaviours[dbus_message_get_destination(call)] == "confused") {
+      say("confused " + joined(argumentsOf(call)));
+      return replyNumber(call, 2);
+    }
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) std::abort();
     mLocks.push_back({argumentsOf(call), ends[0]});

@@ -183,6 +183,19 @@ TEST_F(SleepLockTest, ALockThatComesWithAnErrorIsNone) {
                                    "org.freedesktop.DBus.Error.Failed"));
 }
 
+TEST_F(SleepLockTest, AnAnswerWithoutALockIsNotUnderstood) {
+  offerLogin("=confused");
+  begin();
+  EXPECT_EQ(news().substr(0, 34), "confused sleep:shutdown:handle-lid");
+  EXPECT_EQ(news().substr(0, 25), "confused sleep:shutdown |");
+  EXPECT_EQ(news().substr(0, 16), "confused sleep |");
+  waitForReport();
+  EXPECT_EQ(runLoop.timers(), 0u);
+  end();
+  EXPECT_THAT(reports, ElementsAre("Unable to keep the computer awake during downloads: "
+                                   "not understood"));
+}
+
 TEST_F(SleepLockTest, WithoutLogindThatIsReportedOnce) {
   begin();
   waitForReport();
