@@ -8,6 +8,7 @@ import sys
 from mutants.source import sources
 
 FOUND = ("killed", "hung")
+BEGIN, END = "<!-- figures -->\n", "<!-- end of figures -->\n"
 
 
 def key(mutant):
@@ -26,11 +27,11 @@ def read_results(path):
     return results
 
 
-def read_equivalents(path):
+def read_reasons(path):
     """Blocks of: file, "- " and the line, "+ " and the mutant, "= " and the reason."""
-    equivalents = {}
+    reasons = {}
     if not os.path.exists(path):
-        return equivalents
+        return reasons
     with open(path, encoding="utf-8") as file:
         blocks = [block.splitlines() for block in re.split(r"\n\s*\n", file.read().strip())]
     for block in blocks:
@@ -39,8 +40,8 @@ def read_equivalents(path):
             continue
         if [line[:2] for line in block[1:]] != ["- ", "+ ", "= "]:
             sys.exit(f"mutation: {path}: not a file, a line, a mutant and a reason: {block}")
-        equivalents[(block[0], block[1][2:], block[2][2:])] = block[3][2:]
-    return equivalents
+        reasons[(block[0], block[1][2:], block[2][2:])] = block[3][2:]
+    return reasons
 
 
 class Record:
@@ -86,17 +87,47 @@ class Record:
 
     def tables(self):
         """By folder and by kind, in Markdown."""
+        lines = []
         for name, of in (("folder", lambda each: f"`{os.path.dirname(each['file']) or '.'}`"),
                          ("kind", lambda each: each["kind"])):
             groups = collections.defaultdict(list)
             for each in self.tried:
                 if each["outcome"] != "invalid":
                     groups[of(each)].append(each)
-            print(f"| {name} | tried | found | equivalent | survived | found of those not equivalent |")
-            print("|---|---:|---:|---:|---:|---:|")
+            lines += [f"| {name} | tried | found | equivalent | survived | found of those not equivalent |",
+                      "|---|---:|---:|---:|---:|---:|"]
             rows = [*sorted(groups.items()), ("**all**", [each for group in groups.values() for each in group])]
             for title, group in rows:
                 counts = collections.Counter(each["outcome"] for each in group)
-                print(f"| {title} | {len(group)} | {counts['killed'] + counts['hung']} | {counts['equivalent']} | "
-                      f"{counts['survived']} | {self.score(group):.0f} % |")
-            print()
+                lines.append(f"| {title} | {len(group)} | {counts['killed'] + counts['hung']} | "
+                             f"{counts['equivalent']} | {counts['survived']} | {self.score(group):.0f} % |")
+            lines.append("")
+        return lines
+
+    def write_page(self, path, reasons):
+        """Puts the figures, the tables and what has survived between the two marks of a Markdown file."""
+        with open(path, encoding="utf-8") as file:
+            text = file.read()
+        before, begin, rest = text.partition(BEGIN)
+        _, end, after = rest.partition(END)
+        if not end:
+            sys.exit(f"mutation: {path} has no place for the figures: {BEGIN} and {END}")
+        found, missed, equivalent = len(self.those(*FOUND)), self.survivors(), len(self.those("equivalent"))
+        lines = ["", f"**{self.score(self.tried):.1f} % of {found + len(missed)} changes that somebody could see are "
+                     f"found.** {found + len(missed) + equivalent} places were", f"tried. {len(self.those('hung'))} of "
+                     f"the {found} that were found made a test wait for ever. {equivalent} changes are equivalent:",
+                 "the compiler makes the same code of them, or `tests/mutation.equivalent` says why nobody can see",
+                 f"them. {len(self.those('invalid'))} more did not compile and count for nothing.", "", *self.tables()]
+        if missed:
+            lines += ["What has survived:", "", "| file | kind | line | broken | why |", "|---|---|---|---|---|"]
+        for each in missed:
+            cells = [f"`{os.path.basename(each['file'])}`", each["kind"], code(each["original"]), code(each["mutant"]),
+                     reasons.get(key(each)[:3], "")]
+            lines.append(f"| {' | '.join(cells)} |")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(before + begin + "\n".join(lines).rstrip() + "\n\n" + end + after)
+
+
+def code(text):
+    """In a cell of a table in Markdown."""
+    return "<code>" + text.replace("&", "&amp;").replace("<", "&lt;").replace("|", "&#124;") + "</code>"

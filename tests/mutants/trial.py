@@ -9,7 +9,7 @@ from mutants.build_tree import BuildTree
 from mutants.choice import choose
 from mutants.laboratory import Laboratory
 from mutants.programs import test_programs
-from mutants.record import Record, key, read_equivalents, read_results
+from mutants.record import Record, key, read_reasons, read_results
 from mutants.source import sources
 
 SHORT = 0.5  # seconds of a program in which it is not worth while to ask its likeliest tests first
@@ -23,7 +23,7 @@ class Trials:
         self.results_path = os.path.join(options.work, "results.jsonl")
         self.results = read_results(self.results_path)
         self.files = {source.name: source for source in sources(root, options.paths)}
-        self.equivalents = read_equivalents(options.equivalent)
+        self.equivalents = read_reasons(options.equivalent)
         self.chosen = self.choose([each for source in self.files.values() for each in source.mutants()])
         self.waiting = collections.defaultdict(list)
         for mutant in sorted(self.chosen, key=lambda each: each.file):
