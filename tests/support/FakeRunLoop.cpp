@@ -22,8 +22,9 @@ bool FakeRunLoop::runUntil(const std::function<bool()>& done) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   while (!done()) {
     if (std::chrono::steady_clock::now() > deadline) return false;
-    const bool ran = runLater();
-    pollDescriptors(milliseconds(ran ? 0 : 10));
+    const bool ran = runLater(done);
+    if (ran && done()) break;
+    pollDescriptors(milliseconds(ran ? 0 : 10), done);
   }
   return true;
 }

@@ -16,8 +16,8 @@ class FakeRunLoop : public TestRunLoop {
   // Turns the clock on. Timers fire in the order in which they are due.
   void advance(std::chrono::milliseconds time);
 
-  // Runs put-off calls and ready watches until `done` holds; false when it does not hold within ten
-  // seconds. The clock of the timers stands still.
+  // Runs put-off calls and ready watches until `done` holds, and none after that; false when it
+  // does not hold within ten seconds. The clock of the timers stands still.
   bool runUntil(const std::function<bool()>& done);
 
  protected:

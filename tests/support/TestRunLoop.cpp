@@ -88,17 +88,18 @@ bool TestRunLoop::waitUntilReady(int descriptor, Interest interest,
   }
 }
 
-bool TestRunLoop::runLater() {
+bool TestRunLoop::runLater(const Enough& enough) {
   const std::size_t count = mLater.size();
   for (std::size_t i = 0; i < count; ++i) {
     const std::function<void()> callback = std::move(mLater.front());
     mLater.pop_front();
     callback();
+    if (enough && enough()) break;
   }
   return count != 0;
 }
 
-bool TestRunLoop::pollDescriptors(milliseconds atMost) {
+bool TestRunLoop::pollDescriptors(milliseconds atMost, const Enough& enough) {
   const auto watches = enabledWatchStates();
   std::vector<pollfd> descriptors;
   for (const auto& watch : watches) {
@@ -108,7 +109,9 @@ bool TestRunLoop::pollDescriptors(milliseconds atMost) {
     return false;
   }
   for (std::size_t i = 0; i < watches.size(); ++i) {
-    if (descriptors[i].revents != 0) watches[i]->callBack();
+    if (descriptors[i].revents == 0) continue;
+    watches[i]->callBack();
+    if (enough && enough()) break;
   }
   return true;
 }

@@ -24,12 +24,16 @@ class TestRunLoop : public platform::RunLoop {
   bool waitUntilReady(int descriptor, Interest interest,
                       std::chrono::steady_clock::time_point deadline) override;
 
+  // Asked after each call; true leaves what else there is for another time.
+  using Enough = std::function<bool()>;
+
   // Runs the calls put off so far, but not those that they put off. False when there were none.
-  bool runLater();
+  bool runLater(const Enough& enough = {});
 
   // Calls back, once each, the enabled watches whose descriptors are ready, after waiting for one
   // to become so for at most the given time. False when none did.
-  bool pollDescriptors(std::chrono::milliseconds atMost = std::chrono::milliseconds(0));
+  bool pollDescriptors(std::chrono::milliseconds atMost = std::chrono::milliseconds(0),
+                       const Enough& enough = {});
 
   // Calls back the enabled watches of a descriptor as if it were ready.
   void makeReady(int descriptor, Interest interest);
