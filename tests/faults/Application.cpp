@@ -2,6 +2,7 @@
 
 #include "FirmwareDownloader.h"
 #include "UI.h"
+#include "loopbackAddress.h"
 #include "platform/posix/PosixDeviceLocks.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/PosixNetwork.h"
@@ -27,20 +28,16 @@ platform::Data record(const std::vector<std::string>& strings) {
   return platform::makeData(std::move(bytes));
 }
 
-platform::Data loopback(std::uint16_t port) {
-  return platform::makeData({16, 2, static_cast<std::uint8_t>(port >> 8),
-                             static_cast<std::uint8_t>(port), 127, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0,
-                             0});
-}
-
 }  // namespace
 
 Application::Application(const std::string& resources, platform::Files* files,
-                         const MakeUsb& makeUsb)
+                         const ApplicationParts& parts)
     : mFiles(platform::makePosixFiles()),
       mNetwork(platform::makePosixNetwork(mLoop)),
       mLocks(platform::makePosixDeviceLocks()),
-      mHostUsb(makeUsb ? makeUsb(mLoop) : nullptr),
+      mHostUsb(parts.usb ? parts.usb(mLoop) : nullptr),
+      mHostServices(parts.services ? parts.services(mServicesLoop) : nullptr),
+      mPowerLock(parts.powerLock ? parts.powerLock(mServicesLoop) : nullptr),
       mToolkit([this](const platform::EventTarget& target, const platform::Event& event) {
         return mEvents.send(target, event);
       }),
@@ -62,8 +59,10 @@ platform::Platform Application::surfaces(platform::Files* files) {
   surfaces.events = &mEvents;
   surfaces.network = mNetwork.get();
   surfaces.services = &mServices;
+  if (mHostServices) surfaces.services = mHostServices.get();
   surfaces.usb = &mUsb;
   mObservers.add(mUnended);
+  if (mPowerLock) mObservers.add(*mPowerLock);
   if (mHostUsb) {
     surfaces.usb = mHostUsb.get();
     mObservers.add(*mHostUsb);
@@ -94,6 +93,7 @@ int Application::run(const std::function<void()>& user) {
   });
   mEvents.whenIdle({});
   mLoop.runAllLater();
+  mServicesLoop.runAllLater();
   return status;
 }
 
@@ -101,7 +101,8 @@ void Application::announce(const std::string& name, std::uint16_t port) {
   FakeNetService::Announcement announcement;
   announcement.name = name;
   announcement.txt = record({"usb_MFG=Veltra", "usb_MDL=KX350T"});
-  announcement.addresses = std::make_shared<const std::vector<platform::Data>>(1, loopback(port));
+  announcement.addresses =
+      std::make_shared<const std::vector<platform::Data>>(1, loopbackAddress(port));
   mServices.announce(std::move(announcement));
   settle();
 }
@@ -118,8 +119,14 @@ void Application::settle() {
   mAround([this] {
     do {
       mLoop.runAllLater();
+      turnServices();
     } while (mEvents.deliverNext());
   });
+}
+
+void Application::turnServices() {
+  mServicesLoop.runAllLater();
+  mServicesLoop.pollDescriptors();
 }
 
 bool Application::select(unsigned row) {
@@ -180,13 +187,17 @@ std::string Application::onScreen() {
 
 bool Application::runUntil(const std::function<bool()>& done) {
   return mLoop.runUntil([&] {
-    mEvents.deliverAll();
-    return done();
+    turnServices();
+    do {
+      if (done()) return true;
+    } while (mEvents.deliverNext());
+    return false;
   });
 }
 
 void Application::pass(milliseconds time) {
   mLoop.advance(time);
+  mServicesLoop.advance(time);
   settle();
 }
 
@@ -209,6 +220,7 @@ std::string Application::outcome() const {
 }
 
 std::string Application::held() const {
-  return std::to_string(mLoop.enabledWatches()) + " watches, " + std::to_string(mLoop.timers()) +
-         " timers, " + std::to_string(mUnended.count()) + " updates";
+  return std::to_string(mLoop.enabledWatches() + mServicesLoop.enabledWatches()) + " watches, " +
+         std::to_string(mLoop.timers() + mServicesLoop.timers()) + " timers, " +
+         std::to_string(mUnended.count()) + " updates";
 }

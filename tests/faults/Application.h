@@ -22,6 +22,8 @@
 #include "platform/Files.h"
 #include "platform/Network.h"
 #include "platform/Platform.h"
+#include "platform/RunLoop.h"
+#include "platform/ServiceDiscovery.h"
 #include "platform/Status.h"
 #include "platform/libusb/LibusbRegistry.h"
 
@@ -41,15 +43,22 @@ class UnendedUpdates final : public platform::DownloadObserver {
   int mCount = 0;
 };
 
+// What takes the place of a double, made once there is a loop. Who finds printers and keeps the
+// computer awake has one of its own, so that it can be waited for while an update stands still.
+struct ApplicationParts {
+  template <class Part>
+  using Make = std::function<std::unique_ptr<Part>(platform::RunLoop& runLoop)>;
+
+  Make<platform::LibusbRegistry> usb{};
+  Make<platform::ServiceDiscovery> services{};
+  Make<platform::DownloadObserver> powerLock{};
+};
+
 class Application {
  public:
-  using MakeUsb =
-      std::function<std::unique_ptr<platform::LibusbRegistry>(platform::RunLoop& runLoop)>;
-
-  // The firmware files stand in `resources`. `files` takes the place of the real ones, and what
-  // `makeUsb` makes that of a bus of calls.
+  // The firmware files stand in `resources`. `files` takes the place of the real ones.
   explicit Application(const std::string& resources, platform::Files* files = nullptr,
-                       const MakeUsb& makeUsb = {});
+                       const ApplicationParts& parts = {});
   ~Application();
 
   // Runs the program, and in its event loop `user`, after which it quits. Returns its exit status.
@@ -86,8 +95,11 @@ class Application {
 
   // Lets the program do what there is to do at once.
   void settle();
-  // Lets it do what there is to do until then; false when it takes too long.
+  // Lets it do what there is to do until then, looking after each of its steps; false when it takes
+  // too long.
   bool runUntil(const std::function<bool()>& done);
+  // The same, of what `services` and `powerLock` do alone.
+  bool waitUntil(const std::function<bool()>& done) { return mServicesLoop.runUntil(done); }
   // The same with time passing, as far as it says.
   void pass(std::chrono::milliseconds time);
   // The same with time passing, ten milliseconds of it for each look at what came from outside:
@@ -108,11 +120,13 @@ class Application {
  private:
   platform::Platform surfaces(platform::Files* files);
   platform::Platform withStatuses();
+  void turnServices();
   void forgetRecords();
 
   FakeBundle mBundle;
   FakeLocalizedStrings mStrings;
   FakeRunLoop mLoop;
+  FakeRunLoop mServicesLoop;
   FakeEvents mEvents;
   std::unique_ptr<platform::Files> mFiles;
   std::unique_ptr<platform::Network> mNetwork;
@@ -120,6 +134,8 @@ class Application {
   FakeServiceDiscovery mServices;
   FakeUsbRegistry mUsb;
   std::unique_ptr<platform::LibusbRegistry> mHostUsb;
+  std::unique_ptr<platform::ServiceDiscovery> mHostServices;
+  std::unique_ptr<platform::DownloadObserver> mPowerLock;
   FakeToolkit mToolkit;
   UnendedUpdates mUnended;
   platform::DownloadObservers mObservers;

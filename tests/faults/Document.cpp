@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Cell.h"
+#include "HostCells.h"
 #include "KernelUsbCells.h"
 #include "LocalCells.h"
 #include "NetworkCells.h"
@@ -111,6 +112,19 @@ constexpr Section kSections[] = {
      "While an update runs, Quit and the window's button ask first. A printer that has everything "
      "burns on.",
      "you"},
+    {"system bus", "The computer: the system bus fails",
+     "What keeps the computer from sleeping is asked for over it when an update begins, and "
+     "outlives "
+     "it. The printer stays in the list. Over the network, as the next two sections.",
+     "the computer"},
+    {"Avahi", "The computer: the Avahi daemon fails",
+     "It has found the printer, and is not needed any more to update it, not even once again.",
+     "the computer"},
+    {"system log", "The computer: the system log fails",
+     "Entries that the log daemon does not take at once are lost; what comes when there is one "
+     "again "
+     "is written. The program's own report keeps all of them.",
+     "the computer"},
     {"interrupted", "The computer: fwupdatectl is interrupted",
      "By SIGTERM or Ctrl-C, twice: after the first, updates that have begun go on. A printer that "
      "has "
@@ -230,6 +244,9 @@ void writeGuide(std::ostream& out) {
       {"The printer does not answer", {"kernel: no answer in time", "is silent"}},
       {"The network is poor", {"poor network", "pieces"}},
       {"The firmware file is damaged", {"firmware file"}},
+      {"The printer's row went while it was updated", {"withdrawn", "Avahi"}},
+      {"Services were restarted or hung, as in an upgrade of the computer",
+       {"system bus", "Avahi", "system log"}},
       {"The log has an error", {}},
   };
   out << "\n**Where to look**\n\n| what happened | sections |\n|---|---|\n";
@@ -318,6 +335,7 @@ std::vector<Cell> cellsOf(const std::string& table) {
   take(kernelUsbCells());
   take(windowCells());
   take(localCells());
+  take(hostCells());
   take(interruptedCells(Verdict::Interrupted));
   take(interruptedCells(Verdict::Killed));
   return cells;

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "Document.h"
+#include "HostCells.h"
 #include "KernelUsbCells.h"
 #include "LocalCells.h"
 #include "NetworkCells.h"
@@ -40,11 +41,12 @@ TEST(FaultMatrix, HasEachCellOnce) {
   note(kernelUsbCells());
   note(windowCells());
   note(localCells());
+  note(hostCells());
   note(interruptedCells(Verdict::Interrupted));
   note(interruptedCells(Verdict::Killed));
   EXPECT_THAT(written(), testing::EndsWith("\n" + std::to_string(names.size()) +
                                            " cells, and those of memory.\n"));
-  EXPECT_GE(names.size(), 350u);
+  EXPECT_GE(names.size(), 500u);
 }
 
 }  // namespace

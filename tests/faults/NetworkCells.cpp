@@ -5,12 +5,11 @@
 
 #include "DownloadLog.h"
 #include "networkReplies.h"
+#include "networkSteps.h"
 #include "networkSurroundings.h"
 #include "whenInWords.h"
 
 namespace {
-
-const Lines kChosen{"5 Downloading firmware to Bonjour printer: Office(127.0.0.1)"};
 
 // Where the program is held.
 const std::string kAtStart;
@@ -270,7 +269,7 @@ const std::vector<NetworkCell>& networkCells() {
       cells.insert(cells.end(), column.begin(), column.end());
     }
     for (NetworkCell& cell : cells) {
-      if (cell.verdict != Verdict::NotStarted) cell.log = kChosen + cell.log;
+      if (cell.verdict != Verdict::NotStarted) cell.log = kNetworkPrinterChosen + cell.log;
     }
     return cells;
   }();
@@ -300,8 +299,8 @@ const std::vector<PoorNetworkCell>& poorNetworkCells() {
       cell.firmwareSize = 100000;
       cell.inAnyPieces = true;
       cell.position = "after uel";
-      cell.log = kChosen + kAwaitingResponse + kAwaitingDeviceId + kAwaitingBurn + kBurned +
-                 kTransportGone;
+      cell.log = kNetworkPrinterChosen + kAwaitingResponse + kAwaitingDeviceId + kAwaitingBurn +
+                 kBurned + kTransportGone;
       std::ranges::replace(cell.log, "5 Async write request for 28 bytes.",
                            "5 Async write request for 100000 bytes.");
       std::ranges::replace(cell.log, "5 This will take some time; using a timeout of 3000ms.",

@@ -13,6 +13,7 @@
 #include "NoDescriptors.h"
 #include "TemporaryDirectory.h"
 #include "VirtualPrinterProcess.h"
+#include "printerLock.h"
 
 namespace {
 
@@ -28,6 +29,7 @@ class CellRun {
 
   void run() {
     startPrinter();
+    const std::uint16_t port = mPrinter->port();
     const std::size_t descriptors = openDescriptors();
     if (mCell.verdict == Verdict::Aborts) {
       abortInAnotherProcess();
@@ -39,6 +41,7 @@ class CellRun {
       EXPECT_EQ(application.held(), kNothing);
     }
     EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_FALSE(isLocked(port));
     if (isWaiting() || mCell.verdict == Verdict::Aborts) updateAnew();
     expectPrinter();
   }
@@ -66,7 +69,8 @@ class CellRun {
   void updateBadly(Application& application) {
     std::optional<DeafAddress> nobody;
     if (mCell.surrounding == Surrounding::Unreachable) nobody.emplace();
-    application.announce("Office", nobody ? nobody->port() : mPrinter->port());
+    const std::uint16_t port = nobody ? nobody->port() : mPrinter->port();
+    application.announce("Office", port);
     const std::string before = application.held();
     const std::size_t descriptors = openDescriptors();
     ASSERT_TRUE(application.select(1));
@@ -77,8 +81,12 @@ class CellRun {
     download(application);
     if (mCell.surrounding == Surrounding::Withdrawn) withdraw(application);
     holdUntilFault(mCell, application, *mPrinter);
-    if (isWaiting()) return quitWhileWaiting(mCell, application);
+    if (isWaiting()) {
+      EXPECT_TRUE(isLocked(port));
+      return quitWhileWaiting(mCell, application);
+    }
     expectEnd(mCell, application);
+    EXPECT_FALSE(isLocked(port));
     EXPECT_EQ(application.held(), before);
     EXPECT_EQ(openDescriptors(), descriptors);
     mLog = application.log();

@@ -1,6 +1,7 @@
 #include "networkSurroundings.h"
 
 #include "DownloadLog.h"
+#include "networkSteps.h"
 
 namespace {
 
@@ -11,46 +12,20 @@ const Lines kWithdrawal{
     "5 <- Removing: Office._pdl-datastream._tcp.local",
     "5 List selection changed: status=0 first=0 last=0", "5 Removing printer with ID=1"};
 
-// What is logged from one of the eight messages to the next.
-std::vector<Lines> messages() {
-  const auto behind = [](const Lines& whole, const Lines& begin) {
-    return Lines(whole.begin() + static_cast<std::ptrdiff_t>(begin.size()), whole.end());
-  };
-  return {kStatusOffWritten,
-          behind(kRequestWritten, kStatusOffWritten),
-          behind(kAwaitingResponse, kRequestWritten),
-          kAwaitingDeviceId,
-          kHeaderWritten,
-          behind(kImageWritten, kHeaderWritten),
-          behind(kUelWritten, kImageWritten),
-          behind(kAwaitingBurn, kUelWritten),
-          kBurned + kTransportGone};
-}
-
 std::vector<NetworkCell> withdrawn() {
-  const std::vector<const char*> moments{
-      "while the first message is sent",       "while the question for the device ID is sent",
-      "while the response is awaited",         "while the device ID is awaited",
-      "while the burn header is sent",         "while the firmware is sent",
-      "while the end of the firmware is said", "while the printer burns"};
   std::vector<NetworkCell> cells;
-  for (std::size_t i = 1; i <= moments.size(); ++i) {
+  for (std::size_t i = 1; i < networkSteps().size(); ++i) {
     NetworkCell cell;
     cell.table = "withdrawn";
-    cell.when = moments[i - 1];
+    cell.when = networkSteps()[i].during;
     cell.what = "goes from the list";
-    cell.faults = {"delay@id-request=20", "split@id-response=16"};
     cell.surrounding = Surrounding::Withdrawn;
     cell.step = i;
     cell.verdict = Verdict::Updated;
     cell.afterwards = Updated;
     cell.inAnyPieces = true;
     cell.position = "after uel";
-    const std::vector<Lines> all = messages();
-    for (std::size_t message = 0; message < all.size(); ++message) {
-      if (message == i) cell.log = cell.log + kWithdrawal;
-      cell.log = cell.log + all[message];
-    }
+    cell.log = goodUpdate(i, kWithdrawal);
     cells.push_back(cell);
   }
   return cells;

@@ -36,7 +36,7 @@ class KernelCellRun {
   void run() {
     const std::size_t descriptors = openDescriptors();
     {
-      Application application(mResources.path().string(), nullptr, &makeUsb);
+      Application application(mResources.path().string(), nullptr, {.usb = &makeUsb});
       EXPECT_EQ(application.run([&] { update(application); }), 0);
       if (mCell.verdict == Verdict::Quits) expectLog(application);
       EXPECT_EQ(application.held().substr(application.held().find("watches")),
@@ -295,7 +295,7 @@ class KernelCellRun {
     } else {
       plugIn(false);
     }
-    Application application(mResources.path().string(), nullptr, &makeUsb);
+    Application application(mResources.path().string(), nullptr, {.usb = &makeUsb});
     EXPECT_EQ(application.run([&] {
       mRow = 1;
       select(application);

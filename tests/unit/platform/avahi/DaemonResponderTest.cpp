@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "AvahiArguments.h"
 #include "FakeAvahiDaemon.h"
 #include "FakeRunLoop.h"
 #include "PrivateBus.h"
@@ -33,61 +34,10 @@ constexpr char kResolver[] = "org.freedesktop.Avahi.ServiceResolver";
 
 const ServiceName kOffice{"Office", "_pdl-datastream._tcp", "local"};
 
-void append(DBusMessage* message, const char* text) {
-  dbus_message_append_args(message, DBUS_TYPE_STRING, &text, DBUS_TYPE_INVALID);
-}
-
-void append(DBusMessage* message, std::int32_t number) {
-  dbus_message_append_args(message, DBUS_TYPE_INT32, &number, DBUS_TYPE_INVALID);
-}
-
-// Of a service that has appeared or gone: interface, protocol, name, type, domain, flags.
-void appendItem(DBusMessage* message) {
-  append(message, 2);
-  append(message, 0);
-  append(message, "Office");
-  append(message, "_pdl-datastream._tcp");
-  append(message, "local");
-  const std::uint32_t flags = 0;
-  dbus_message_append_args(message, DBUS_TYPE_UINT32, &flags, DBUS_TYPE_INVALID);
-}
-
 void appendDomain(DBusMessage* message) {
   append(message, 2);
   append(message, 0);
   append(message, "printers.example");
-}
-
-void appendTxt(DBusMessage* message, const Lines& strings) {
-  DBusMessageIter end;
-  DBusMessageIter list;
-  dbus_message_iter_init_append(message, &end);
-  dbus_message_iter_open_container(&end, DBUS_TYPE_ARRAY, "ay", &list);
-  for (const std::string& string : strings) {
-    DBusMessageIter bytes;
-    const char* const data = string.data();
-    dbus_message_iter_open_container(&list, DBUS_TYPE_ARRAY, "y", &bytes);
-    dbus_message_iter_append_fixed_array(&bytes, DBUS_TYPE_BYTE, &data,
-                                         static_cast<int>(string.size()));
-    dbus_message_iter_close_container(&list, &bytes);
-  }
-  dbus_message_iter_close_container(&end, &list);
-}
-
-// The daemon's list of a record begins with its last string.
-void appendAnswer(DBusMessage* message, const char* address = "192.0.2.7") {
-  const std::uint16_t port = 9100;
-  const std::uint32_t flags = 0;
-  append(message, 2);
-  append(message, 0);
-  for (const char* text : {"Office", "_pdl-datastream._tcp", "local", "office.local"}) {
-    append(message, text);
-  }
-  append(message, 0);
-  append(message, address);
-  dbus_message_append_args(message, DBUS_TYPE_UINT16, &port, DBUS_TYPE_INVALID);
-  appendTxt(message, {"b=2", "a=1"});
-  dbus_message_append_args(message, DBUS_TYPE_UINT32, &flags, DBUS_TYPE_INVALID);
 }
 
 class DaemonResponderTest : public testing::Test,
@@ -233,7 +183,7 @@ TEST_F(DaemonResponderTest, DomainsAreAskedForAndTold) {
 TEST_F(DaemonResponderTest, AnswerHasTheAddressAndTheRecordInItsOwnOrder) {
   resolve();
   EXPECT_EQ(lastCall(), "/ ServiceResolverNew: 2 0 'Office' '_pdl-datastream._tcp' 'local' 0 0");
-  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message); });
+  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message, {}); });
   settle();
   EXPECT_THAT(told, ElementsAre("accepted", "answered"));
   EXPECT_EQ(*answer.address, (Bytes{16, 2, 0x23, 0x8C, 192, 0, 2, 7, 0, 0, 0, 0, 0, 0, 0, 0}));
@@ -243,7 +193,7 @@ TEST_F(DaemonResponderTest, AnswerHasTheAddressAndTheRecordInItsOwnOrder) {
 TEST_F(DaemonResponderTest, RecordThatIsNotWantedIsNotAskedForNorRead) {
   resolve(false);
   EXPECT_EQ(lastCall(), "/ ServiceResolverNew: 2 0 'Office' '_pdl-datastream._tcp' 'local' 0 4");
-  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message); });
+  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message, {}); });
   settle();
   EXPECT_THAT(told, ElementsAre("accepted", "answered"));
   EXPECT_EQ(answer.txt, nullptr);
@@ -251,8 +201,9 @@ TEST_F(DaemonResponderTest, RecordThatIsNotWantedIsNotAskedForNorRead) {
 
 TEST_F(DaemonResponderTest, OnlyTheFirstAnswerCounts) {
   resolve();
-  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message); });
-  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message, "192.0.2.8"); });
+  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message, {}); });
+  resolveSignal("Found",
+                [](DBusMessage* message) { appendAnswer(message, {.address = "192.0.2.8"}); });
   resolveSignal("Failure");
   settle();
   EXPECT_THAT(told, ElementsAre("accepted", "answered"));
@@ -275,7 +226,8 @@ TEST_F(DaemonResponderTest, QuestionThatTheDaemonDoesNotTakeIsRefused) {
 
 TEST_F(DaemonResponderTest, AddressThatIsNoneIsRefused) {
   resolve();
-  resolveSignal("Found", [](DBusMessage* message) { appendAnswer(message, "nowhere"); });
+  resolveSignal("Found",
+                [](DBusMessage* message) { appendAnswer(message, {.address = "nowhere"}); });
   settle();
   EXPECT_THAT(told, ElementsAre("accepted", "refused"));
 }
@@ -283,7 +235,7 @@ TEST_F(DaemonResponderTest, AddressThatIsNoneIsRefused) {
 TEST_F(DaemonResponderTest, AnswerOfOtherArgumentsSaysNothing) {
   resolve();
   resolveSignal("Found", appendItem);
-  resolveSignal("Seen", [](DBusMessage* message) { appendAnswer(message); });
+  resolveSignal("Seen", [](DBusMessage* message) { appendAnswer(message, {}); });
   settle();
   EXPECT_THAT(told, ElementsAre("accepted"));
 }
