@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -94,6 +95,11 @@ void TerminalProcess::type(std::string_view keys) const {
   if (write(mTerminal, keys.data(), keys.size()) != static_cast<ssize_t>(keys.size())) {
     throw std::runtime_error("nobody reads the keys");
   }
+}
+
+bool TerminalProcess::echoes() const {
+  termios mode{};
+  return tcgetattr(mTerminal, &mode) == 0 && (mode.c_lflag & ECHO) != 0;
 }
 
 void TerminalProcess::resize(int rows, int columns) {

@@ -31,6 +31,9 @@ class TerminalProcess {
 
   void type(std::string_view keys) const;
 
+  // Whether the terminal shows what is typed.
+  bool echoes() const;
+
   void resize(int rows, int columns);
 
   void signal(int number) const;

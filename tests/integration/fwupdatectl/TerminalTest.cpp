@@ -104,6 +104,7 @@ TEST_F(FwupdatectlTerminal, KeysMoveNothing) {
   const std::string a = burning();
   run("update --yes --address " + a);
   expectRows({"$ update", label(a) + kBurning});
+  EXPECT_FALSE(mTool->echoes());
   mTool->type("\r\r\rabc\x1B[A\t");
   mTool->type(kCtrlC);
   expectRows(
