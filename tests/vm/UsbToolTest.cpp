@@ -50,9 +50,14 @@ class FwupdatectlOnUsb : public testing::Test {
     fs::create_directories(mPrefix.path() / "bin");
     fs::create_directories(mPrefix.path() / "share/fwupdate");
     fs::copy_file(FWUPDATECTL, mProgram);
-    fs::create_symlink(VM_FIRMWARE "/small/product.brand.bin",
-                       mPrefix.path() / "share/fwupdate/product.brand.bin");
+    fs::create_symlink(VM_FIRMWARE "/small/product.brand.bin", firmware());
     fs::permissions(mPrefix.path(), fs::perms(0755));
+  }
+
+  // Which is sent in time also where the machine has little of it.
+  void useTinyFirmware() const {
+    fs::remove(firmware());
+    fs::create_symlink(VM_FIRMWARE "/tiny/product.brand.bin", firmware());
   }
 
   Outcome tool(const std::string& arguments, const std::string& by = "") const {
@@ -91,6 +96,8 @@ class FwupdatectlOnUsb : public testing::Test {
   }
 
  private:
+  fs::path firmware() const { return mPrefix.path() / "share/fwupdate/product.brand.bin"; }
+
   TemporaryDirectory mPrefix;
   fs::path mProgram = mPrefix.path() / "bin/fwupdatectl";
 };
@@ -256,7 +263,9 @@ TEST_F(FwupdatectlOnUsb, UnpluggedDuringASendFailsAndIsUpdatedOnceItIsBack) {
 }
 
 TEST_F(FwupdatectlOnUsb, UnpluggedWhileItBurnsIsNotConfirmed) {
-  const UsbPrinterProcess printer({"--fault", "unplug@burned", "--burn-seconds", "0.5"});
+  useTinyFirmware();
+  const UsbPrinterProcess printer(
+      {"--fault", "unplug@burned", "--burn-seconds", "0.5", "--return-seconds", "1000"});
   awaitPrinter();
   const Outcome outcome = tool(kUpdateBySerial);
   EXPECT_EQ(outcome.status, 1);
