@@ -107,6 +107,20 @@ std::vector<UsbCell> ended() {
   return cells;
 }
 
+// In the middle of what the program sends.
+std::vector<UsbCell> stalledHalfway() {
+  std::vector<UsbCell> cells;
+  for (std::size_t i = 1; i <= usbSteps().size(); ++i) {
+    const UsbStep& step = usbSteps()[i - 1];
+    if (step.name == nullptr) continue;
+    cells.push_back(cell("stalls", step.during, "stalls its pipe halfway", UsbFault::EndHalfway, i,
+                         Verdict::Failed, step.afterwards,
+                         upTo(i) + endedWith(step, platform::kIOUSBPipeStalled), step.halfway));
+    cells.back().result = platform::kIOUSBPipeStalled;
+  }
+  return cells;
+}
+
 // The system does not even begin.
 std::vector<UsbCell> refusedCalls() {
   struct Refusal {
@@ -415,8 +429,9 @@ bool UsbCell::needsReplug() const {
 const std::vector<UsbCell>& usbCells() {
   static const std::vector<UsbCell> all = [] {
     std::vector<UsbCell> cells;
-    for (const auto& column : {unplugged(), ended(), refusedCalls(), notOpened(), shortWrites(),
-                               packets(), excessBytes(), wrongAnswers(), staleAnswers()}) {
+    for (const auto& column :
+         {unplugged(), ended(), stalledHalfway(), refusedCalls(), notOpened(), shortWrites(),
+          packets(), excessBytes(), wrongAnswers(), staleAnswers()}) {
       cells.insert(cells.end(), column.begin(), column.end());
     }
     return cells;

@@ -15,6 +15,7 @@ enum class UsbFault {
   UnplugBefore,  // when the step before is over
   UnplugDuring,  // when half of what the step sends is out
   End,           // the transfer ends with `result`
+  EndHalfway,    // the same, when half of what the step sends is out
   TimeOut,       // nothing comes, or nothing is taken, as long as the program waits
   ShortWrite,    // the printer takes one byte less, and the host is content
   EmptyWrite,    // the printer takes nothing, and the host is content

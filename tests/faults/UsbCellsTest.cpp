@@ -141,6 +141,11 @@ class UsbCellRun {
         if (mCell.result == platform::kIOUSBPipeStalled) printer.fallSilent();
         application.usb().failTransfer(mCell.result);
         break;
+      case UsbFault::EndHalfway:
+        EXPECT_TRUE(printer.serveUntil(mCell.step));
+        printer.take(printer.transfer().written.size() / 2);
+        application.usb().failTransfer(mCell.result);
+        break;
       case UsbFault::TimeOut:
         EXPECT_TRUE(printer.serveUntil(mCell.step));
         printer.fallSilent();
