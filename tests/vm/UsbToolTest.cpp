@@ -210,7 +210,7 @@ TEST_F(FwupdatectlOnUsb, PrinterThatIsBackIsAskedForItsVersion) {
 
 TEST_F(FwupdatectlOnUsb, PrinterThatIsBackWithItsOldFirmwareHasFailed) {
   const UsbPrinterProcess printer(
-      {"--burn-seconds", "0.2", "--return-seconds", "1", "--fault", "forget-burn"});
+      {"--burn-seconds", "0.2", "--return-seconds", "5", "--fault", "forget-burn"});
   awaitPrinter();
   const Outcome outcome = tool("update --verify --quiet --serial VP000001");
   EXPECT_EQ(outcome.status, 1);
