@@ -1,10 +1,15 @@
 // The host's syslog, received in the place of its daemon; and the double.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -101,6 +106,31 @@ void expectOfDaemon(const std::function<bool(SystemLog&, FileDescriptor& daemon)
   });
 }
 
+std::string localTime() {
+  const std::time_t now = std::time(nullptr);
+  std::array<char, 32> text;
+  const std::size_t size =
+      std::strftime(text.data(), text.size(), "%b %e %H:%M:%S", std::localtime(&now));
+  return {text.data(), size};
+}
+
+TEST(PosixSystemLogTest, EntriesBeginWithTheLocalTime) {
+  expectOfDaemon([](SystemLog& log, FileDescriptor& daemon) {
+    ::setenv("TZ", "UTC-5:30", 1);
+    ::tzset();
+    std::string before;
+    std::array<char, 64> entry;
+    ssize_t size = 0;
+    do {  // until all of it is within a second
+      before = localTime();
+      log.write(3, "x");
+      size = ::recv(daemon.get(), entry.data(), entry.size(), 0);
+    } while (localTime() != before);
+    return std::string(entry.data(), static_cast<std::size_t>(size)) ==
+           "<11>" + before + " fwupdate: x";
+  });
+}
+
 // Whether that thread of this process sleeps in a call of the kernel.
 bool isAsleep(pid_t thread) {
   std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
@@ -108,9 +138,22 @@ bool isAsleep(pid_t thread) {
   return stat.find(") S ") != std::string::npos;
 }
 
+// Somebody else's entries, as many as the daemon's queue has room for.
+std::size_t fillQueue() {
+  const FileDescriptor sender(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+  sockaddr_un address{AF_UNIX, "/dev/log"};
+  std::size_t sent = 0;
+  while (::sendto(sender.get(), "<13>", 4, MSG_DONTWAIT,
+                  reinterpret_cast<const sockaddr*>(&address), sizeof address) >= 0) {
+    ++sent;
+  }
+  return sent;
+}
+
 TEST(PosixSystemLogTest, DaemonThatHasMuchToDoGetsAllEntries) {
   expectOfDaemon([](SystemLog& log, FileDescriptor& daemon) {
     constexpr int kMoreThanAnyQueue = 10000;
+    const std::size_t before = fillQueue();
     std::vector<std::string> received;
     std::atomic<bool> isWritten = false;
     std::thread reader([&, writer = ::gettid()] {
@@ -125,7 +168,8 @@ TEST(PosixSystemLogTest, DaemonThatHasMuchToDoGetsAllEntries) {
     log.write(5, "last");
     isWritten = true;
     reader.join();
-    return received.size() == kMoreThanAnyQueue + 1 && received.back() == "<13>fwupdate: last";
+    return received.size() == before + kMoreThanAnyQueue + 1 &&
+           received.back() == "<13>fwupdate: last";
   });
 }
 
@@ -137,6 +181,15 @@ TEST(PosixSystemLogTest, DaemonThatDoesNotReadIsNotWaitedFor) {
     }
     log.write(5, "once it reads again");
     return receiveLogEntry(daemon) == "<13>fwupdate: once it reads again";
+  });
+}
+
+TEST(PosixSystemLogTest, DaemonThatIsStartedAnewGetsTheNextEntry) {
+  expectOfDaemon([](SystemLog& log, FileDescriptor& daemon) {
+    log.write(5, "before");
+    daemon = listenAsLogDaemon();
+    log.write(3, "after");
+    return receiveLogEntry(daemon) == "<11>fwupdate: after" && !receiveLogEntry(daemon);
   });
 }
 
