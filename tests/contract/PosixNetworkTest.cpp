@@ -5,7 +5,6 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 
@@ -13,10 +12,12 @@
 #include <cerrno>
 #include <chrono>
 #include <numeric>
+#include <optional>
 #include <thread>
 
 #include "FakeRunLoop.h"
 #include "NetworkWorld.h"
+#include "NoDescriptors.h"
 #include "PosixPrinter.h"
 #include "platform/LogHistory.h"
 #include "platform/Platform.h"
@@ -149,14 +150,9 @@ TEST_F(PosixNetworkTest, SocketConnectsOnce) {
 }
 
 TEST_F(PosixNetworkTest, SocketThatCouldNotBeMadeFailsInEachCall) {
-  // Sanitizers need descriptors the first time that a class is met.
-  SocketRecorder(*this, kAll).connect(nullptr);
-  rlimit before;
-  ::getrlimit(RLIMIT_NOFILE, &before);
-  const rlimit none{0, before.rlim_max};
-  ::setrlimit(RLIMIT_NOFILE, &none);
+  std::optional<NoDescriptors> none(std::in_place);
   SocketRecorder recorder(*this, kAll);
-  ::setrlimit(RLIMIT_NOFILE, &before);
+  none.reset();
 
   recorder.socket->enableCallbacks(11);
   EXPECT_EQ(recorder.connect(mPrinter.address()), EMFILE);
