@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,14 +17,11 @@
 #include "platform/Platform.h"
 #include "platform/Text.h"
 #include "platform/posix/PosixNetwork.h"
+#include "require.h"
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 void checkShownAddress(const platform::Text& shown, const Bytes& record) {
   const int family = record.size() < 2 ? 0 : record[1];

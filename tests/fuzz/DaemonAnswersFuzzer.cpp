@@ -8,7 +8,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <memory>
 #include <optional>
@@ -23,6 +22,7 @@
 #include "ScriptedBus.h"
 #include "platform/avahi/DaemonResponder.h"
 #include "platform/avahi/DomainBrowses.h"
+#include "require.h"
 
 namespace {
 
@@ -43,18 +43,6 @@ constexpr std::array<const char*, 5> kMembers{"ItemNew", "ItemRemove", "Found", 
 constexpr std::array<const char*, 14> kSignatures{kFound, "iisssu", "iissu", "s",           "o",
                                                   "",     "iis",    "iisss", "sss",         "u",
                                                   "h",    "os",     "as",    "iissssisqasu"};
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-bool startsWith(DBusMessage* message, std::string_view signature) {
-  return std::string_view(dbus_message_get_signature(message)).starts_with(signature);
-}
-
-bool isReturn(DBusMessage* message) {
-  return dbus_message_get_type(message) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
-}
 
 // The texts and numbers at the front of a message, texts as they are.
 std::vector<std::string> valuesOf(DBusMessage* message) {

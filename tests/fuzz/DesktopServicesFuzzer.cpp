@@ -11,7 +11,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +24,7 @@
 #include "platform/dbus/DesktopNotifier.h"
 #include "platform/dbus/IdleInhibition.h"
 #include "platform/dbus/SleepLock.h"
+#include "require.h"
 
 namespace {
 
@@ -34,18 +34,6 @@ const platform::PowerLockTexts kLockTexts{"Updater", "Firmware is being download
 constexpr std::array<const char*, 8> kSignatures{"", "u", "o", "s", "as", "h", "us", "ou"};
 constexpr std::string_view kNothing = "Unable to keep the computer awake during downloads: ";
 constexpr std::string_view kLess = "Unable to block more than ";
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
-
-bool isReturn(const BusMessage& message) {
-  return dbus_message_get_type(message.get()) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
-}
-
-bool startsWith(const BusMessage& message, std::string_view signature) {
-  return std::string_view(dbus_message_get_signature(message.get())).starts_with(signature);
-}
 
 bool isFor(const BusMessage& call, const char* member) {
   return dbus_message_has_member(call.get(), member);
@@ -211,9 +199,9 @@ class Run {
                                  : destination == "org.freedesktop.Notifications" ? "as"
                                                                                   : "u";
     appendValues(reply, asPromised ? promised : script.choose(kSignatures), script);
-    const bool isGiven = isReturn(reply) && startsWith(reply, promised);
+    const bool isGiven = isReturn(reply.get()) && startsWith(reply.get(), promised);
     if (destination == "org.freedesktop.Notifications") {
-      if (isReturn(reply)) mExpectedBodies.push_back(isGiven && has(reply, "body-markup"));
+      if (isReturn(reply.get())) mExpectedBodies.push_back(isGiven && has(reply, "body-markup"));
     } else if (isGiven) {
       give(waiting.peer, destination, reply);
     }
@@ -252,8 +240,8 @@ class Run {
     const std::uint8_t more = asPromised ? std::uint8_t{0} : script.take();
     if (more % 2 != 0) appendValues(reply, "u", script);
     const bool isCurrent = mSleep && waiting.lock == mSleepNumber;
-    const bool isGiven = isReturn(reply) && givesLock && more % 2 == 0;
-    if (isCurrent) modelSleep(isReturn(reply), isGiven);
+    const bool isGiven = isReturn(reply.get()) && givesLock && more % 2 == 0;
+    if (isCurrent) modelSleep(isReturn(reply.get()), isGiven);
     send(waiting.peer, reply);
     if (!givesLock) mLocks.pop_back();
   }

@@ -2,7 +2,6 @@
 // matched, and the loader chooses a file or says why not.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -12,13 +11,10 @@
 #include "LogRecorder.h"
 #include "StrUtils.h"
 #include "platform/Text.h"
+#include "require.h"
 #include "wcharStub.h"
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // As the device-ID task makes it; bytes that are not UTF-8 end the program there and count as code
 // points here.

@@ -6,7 +6,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <random>
 #include <string>
 
@@ -16,6 +15,7 @@
 #include "LogRecorder.h"
 #include "PlatformIdBlock.h"
 #include "platform/Text.h"
+#include "require.h"
 
 namespace {
 
@@ -25,10 +25,6 @@ struct Expected {
   std::string entry;
   unsigned int version = 0;
 };
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // The end of the file read in another way than the loader's: from the front.
 Expected readEnd(const std::string& file) {

@@ -2,7 +2,6 @@
 // around them, the model that says what must come, and how each ends.
 #pragma once
 
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,10 +16,7 @@
 #include "PrinterTalk.h"
 #include "RecordingObserver.h"
 #include "platform/Platform.h"
-
-inline void require(bool holds) {
-  if (!holds) std::abort();
-}
+#include "require.h"
 
 class ModelledDownloads {
  public:

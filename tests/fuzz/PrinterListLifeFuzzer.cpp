@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -23,6 +22,7 @@
 #include "ProgressSheet.h"
 #include "QuillUsbDevice.h"
 #include "WindowWrapper.h"
+#include "require.h"
 
 namespace {
 
@@ -38,10 +38,6 @@ constexpr platform::ControlId kNo{"btn "_4cc, 2};
 constexpr std::array<platform::FourCharCode, 3> kColumns{"lcNm"_4cc, "lcTy"_4cc, "lcId"_4cc};
 
 constexpr std::size_t kMostRows = 12;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 enum class Sheet { None, Question, Progress, Failed, UpToDate };
 

@@ -177,6 +177,14 @@ platform::BusMessage newError(const platform::BusMessage& call, const std::strin
   return platform::BusMessage(dbus_message_new_error(call.get(), name.c_str(), nullptr));
 }
 
+bool isReturn(DBusMessage* message) {
+  return dbus_message_get_type(message) == DBUS_MESSAGE_TYPE_METHOD_RETURN;
+}
+
+bool startsWith(DBusMessage* message, std::string_view signature) {
+  return std::string_view(dbus_message_get_signature(message)).starts_with(signature);
+}
+
 void appendValues(const platform::BusMessage& message, const char* signature, Script& script) {
   DBusMessageIter out;
   dbus_message_iter_init_append(message.get(), &out);

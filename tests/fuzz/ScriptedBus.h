@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "FakeRunLoop.h"
@@ -49,6 +50,10 @@ class ScriptedBus {
 // A message that says nothing yet, in answer to another.
 platform::BusMessage newReply(const platform::BusMessage& call);
 platform::BusMessage newError(const platform::BusMessage& call, const std::string& name);
+
+bool isReturn(DBusMessage* message);
+// Whether it has values of these types, and maybe more after them.
+bool startsWith(DBusMessage* message, std::string_view signature);
 
 // Appends a value of each type of the signature, made from the script. Of the numbers it knows
 // bytes and those of 16 and 32 bits.

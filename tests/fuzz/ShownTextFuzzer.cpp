@@ -3,16 +3,12 @@
 #include <QList>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <initializer_list>
 
 #include "platform/qt/QtText.h"
+#include "require.h"
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // Not asked of Qt, whose tables legible() asks: what must never reach a window in any version of
 // Unicode.

@@ -4,17 +4,13 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "platform/Text.h"
 #include "platform/posix/StandardErrorLine.h"
+#include "require.h"
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // What the line writes, with standard error put aside meanwhile.
 std::string lineOf(const std::string& entry) {

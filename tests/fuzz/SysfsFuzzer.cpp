@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -16,14 +15,11 @@
 #include "platform/Text.h"
 #include "platform/libusb/InterfaceHolders.h"
 #include "platform/libusb/SysfsAttribute.h"
+#include "require.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // One process of a forged /proc that has the device open.
 struct Tree {

@@ -4,19 +4,15 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
 #include "JsonLines.h"
 #include "Target.h"
 #include "platform/Text.h"
+#include "require.h"
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool isDigit(char character) { return character >= '0' && character <= '9'; }
 

@@ -6,22 +6,18 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "Log.h"
 #include "LogRecorder.h"
 #include "platform/Text.h"
+#include "require.h"
 
 namespace {
 
 using platform::Comparison;
 using platform::Text;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // What the C library makes of the bytes; false when they are not UTF-8. It knows characters beyond
 // Unicode, too.

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <deque>
 #include <memory>
 #include <string>
@@ -14,16 +13,13 @@
 #include "Script.h"
 #include "platform/libusb/PropertyMatching.h"
 #include "platform/libusb/UsbDescription.h"
+#include "require.h"
 
 namespace {
 
 using platform::PropertyNumber;
 using platform::UsbDeviceDescription;
 using platform::UsbInterfaceDescription;
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // A device's descriptors as libusb gives them, each list in memory of exactly its size.
 class Descriptors {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -15,13 +14,10 @@
 #include "causeOfDeath.h"
 #include "legibleText.h"
 #include "platform/Text.h"
+#include "require.h"
 #include "workerEvent.h"
 
 namespace {
-
-void require(bool holds) {
-  if (!holds) std::abort();
-}
 
 Target printer() {
   Target target;
