@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "DownloadAnnouncement.h"
+#include "DownloadEvents.h"
 #include "FakeBundle.h"
 #include "FakeEvents.h"
 #include "FirmwareDownloader.h"
@@ -16,11 +17,8 @@
 #include "UsbPrinterProcess.h"
 #include "UsbSysfs.h"
 #include "UsbTransport.h"
-#include "platform/Platform.h"
 #include "platform/posix/PosixFiles.h"
 
-using namespace platform::literals;
-using platform::OSStatus;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using testing::SizeIs;
@@ -85,11 +83,7 @@ class UsbUpdateTest : public UsbHostTest {
         mFinder(std::make_unique<Finder>()) {
     useFirmware("small");
     mLogError = [](const std::string& entry) { Log<3>() << entry << std::flush; };
-    const platform::EventSpec specs[] = {{kFwDlEventClass, kFwDlEventResume},
-                                         {kFwDlEventClass, kFwDlEventAsyncFailure},
-                                         {"cmds"_4cc, 1}};
-    platform::EventHandlerRef installed = 0;
-    mEvents.installHandler(platform::kApplicationTarget, specs, handle, this, installed);
+    handleDownloadEvents(mEvents);
     mFinder->setupAsyncNotifier(&mLoop);
     mFinder->startAsyncNotifier();
     mRecorder.takeEntries();
@@ -110,15 +104,15 @@ class UsbUpdateTest : public UsbHostTest {
 
   // Downloads to the printer that was found last, and returns the outcome.
   std::string update() {
-    mOutcomes.clear();
+    mEvents.takeCommands();
     {
       const DownloadAnnouncement announced(*mDownloader, {}, {});
       downloadFirmwareThroughUsb(mFinder->found.back(), *mDownloader);
     }
-    runUntil([this] { return !mOutcomes.empty(); });
+    runUntil([this] { return !mEvents.commands().empty(); });
     mEvents.deliverAll();
-    EXPECT_THAT(mOutcomes, SizeIs(1));
-    return mOutcomes.empty() ? "" : mOutcomes.front();
+    EXPECT_THAT(mEvents.commands(), SizeIs(1));
+    return mEvents.commands().empty() ? "" : mEvents.commands().front();
   }
 
   bool runUntil(const std::function<bool()>& done) {
@@ -165,20 +159,6 @@ class UsbUpdateTest : public UsbHostTest {
     EXPECT_THAT(takeLog(), IsEmpty());
   }
 
-  static OSStatus handle(platform::EventHandlerCallRef, const platform::Event& event,
-                         void* userData) {
-    auto* const self = static_cast<UsbUpdateTest*>(userData);
-    if (event.eventClass() == kFwDlEventClass) {
-      if (event.kind() == kFwDlEventResume) self->mDownloader->resume();
-      if (event.kind() == kFwDlEventAsyncFailure) self->mDownloader->stopTasks();
-      return platform::noErr;
-    }
-    platform::HICommand command;
-    event.getParameter("----"_4cc, command);
-    self->mOutcomes.push_back(fourCharText(command.commandId));
-    return platform::noErr;
-  }
-
   FakeBundle mBundle;
   FakeEvents mEvents;
   std::unique_ptr<platform::Files> mFiles;
@@ -186,7 +166,6 @@ class UsbUpdateTest : public UsbHostTest {
   std::unique_ptr<FirmwareDownloader> mDownloader;
   std::unique_ptr<Finder> mFinder;
   std::unique_ptr<UsbPrinterProcess> mPrinter;
-  Lines mOutcomes;
 };
 
 TEST_F(UsbUpdateTest, TheImageIsBurned) {
