@@ -24,7 +24,7 @@ void setThroughput(benchmark::State& state) {
 void CheckSum(benchmark::State& state) {
   const std::vector<std::uint64_t> image = imageOf(state);
   const void* const start = image.data();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(
         CalcCheckSum(static_cast<const unsigned short*>(start), image.size() * 8));
   }
@@ -33,7 +33,7 @@ void CheckSum(benchmark::State& state) {
 
 void PlainRead(benchmark::State& state) {
   const std::vector<std::uint64_t> image = imageOf(state);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     std::uint64_t sum = 0;
     for (const std::uint64_t word : image) sum += word;
     benchmark::DoNotOptimize(sum);

@@ -6,7 +6,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
@@ -23,10 +23,10 @@ std::size_t residentBytes() {
   const int file = open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
   const ssize_t size = read(file, text, sizeof text - 1);
   close(file);
-  unsigned long pages = 0;
-  if (size <= 0 || std::sscanf(text, "%*u %lu", &pages) != 1) {
-    throw std::runtime_error("cannot read /proc/self/statm");
-  }
+  char* second = nullptr;
+  std::strtoul(text, &second, 10);
+  const unsigned long pages = std::strtoul(second, nullptr, 10);
+  if (size <= 0 || pages == 0) throw std::runtime_error("cannot read /proc/self/statm");
   return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
