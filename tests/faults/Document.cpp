@@ -121,9 +121,8 @@ constexpr Section kSections[] = {
      "It has found the printer, and is not needed any more to update it, not even once again.",
      "the computer"},
     {"system log", "The computer: the system log fails",
-     "Entries that the log daemon does not take at once are lost; what comes when there is one "
-     "again "
-     "is written. The program's own report keeps all of them.",
+     "Entries are lost for which there is no log daemon, and those that it does not take at once; "
+     "what comes when there is one again is written. The program's own report keeps all of them.",
      "the computer"},
     {"interrupted", "The computer: fwupdatectl is interrupted",
      "By SIGTERM or Ctrl-C, twice: after the first, updates that have begun go on. A printer that "
@@ -247,6 +246,7 @@ void writeGuide(std::ostream& out) {
       {"The printer's row went while it was updated", {"withdrawn", "Avahi"}},
       {"Services were restarted or hung, as in an upgrade of the computer",
        {"system bus", "Avahi", "system log"}},
+      {"The system log has no entries, or not all", {"system log"}},
       {"The log has an error", {}},
   };
   out << "\n**Where to look**\n\n| what happened | sections |\n|---|---|\n";

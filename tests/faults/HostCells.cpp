@@ -20,6 +20,7 @@ constexpr Fault kFaults[] = {
     {"system log", "the log daemon ends", HostFault::LogStopped},
     {"system log", "the log daemon is restarted", HostFault::LogRestarted},
     {"system log", "the log daemon reads nothing more", HostFault::LogFrozen},
+    {"system log", "the log daemon is started only now", HostFault::LogLate},
 };
 
 // The lock is asked for when an update begins; one that stands outlives the bus.
@@ -35,22 +36,32 @@ Lines logOf(HostFault fault, std::size_t step) {
   return kNetworkPrinterChosen + log;
 }
 
+HostCell hostCell(const Fault& fault, std::size_t step) {
+  HostCell cell;
+  cell.table = fault.table;
+  cell.when = networkSteps()[step].during;
+  cell.what = fault.what;
+  cell.fault = fault.fault;
+  cell.step = step;
+  cell.log = logOf(fault.fault, step);
+  cell.position = "after uel";
+  return cell;
+}
+
+HostCell withoutLog() {
+  HostCell cell = hostCell({"system log", "there is no log daemon", HostFault::LogMissing}, 0);
+  cell.when = "when the program starts, and later";
+  return cell;
+}
+
 }  // namespace
 
 const std::vector<HostCell>& hostCells() {
   static const std::vector<HostCell> all = [] {
-    std::vector<HostCell> cells;
+    std::vector<HostCell> cells{withoutLog()};
     for (const Fault& fault : kFaults) {
       for (std::size_t step = 0; step < networkSteps().size(); ++step) {
-        HostCell cell;
-        cell.table = fault.table;
-        cell.when = networkSteps()[step].during;
-        cell.what = fault.what;
-        cell.fault = fault.fault;
-        cell.step = step;
-        cell.log = logOf(fault.fault, step);
-        cell.position = "after uel";
-        cells.push_back(cell);
+        cells.push_back(hostCell(fault, step));
       }
     }
     return cells;

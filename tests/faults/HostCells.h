@@ -15,7 +15,9 @@ enum class HostFault {
   DaemonRestarted,  // and tells of the printer anew
   LogStopped,
   LogRestarted,
-  LogFrozen,  // it reads nothing, and takes nothing more
+  LogFrozen,   // it reads nothing, and takes nothing more
+  LogMissing,  // it is not there when the program starts, nor later
+  LogLate,     // it is not there when the program starts
 };
 
 struct HostCell : Cell {
