@@ -1,7 +1,8 @@
-// Every cell of an update by the window program that is ended, or asked for a second download,
-// meanwhile. What keeps the computer awake is watched on buses of its own.
+// Every cell of an update by the window program that is ended, asked for a second download, or left
+// by a service meanwhile. What keeps the computer awake is watched on its buses.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cctype>
 #include <csignal>
 #include <filesystem>
@@ -13,6 +14,7 @@
 #include "BusServices.h"
 #include "DesktopTest.h"
 #include "DownloadFixture.h"
+#include "PrivateNetwork.h"
 #include "ShellCommand.h"
 #include "WindowCells.h"
 
@@ -34,9 +36,10 @@ class FaultsOfTheWindow : public DesktopTest, public testing::WithParamInterface
   FaultsOfTheWindow() : mCell(windowCells().at(GetParam())) {
     std::vector<std::string> options = printerOptions(mCell.faults);
     options.insert(options.end(), {"--faulty-conversations", "1"});
-    if (mCell.fault == WindowFault::AnotherDownload) {
+    if (mCell.verdict == Verdict::Updated) {
       options.insert(options.end(), {"--burn-seconds", "4"});
     }
+    if (losesService()) options.insert(options.end(), {"--announce", "in-process"});
     mPrinter = startPrinter("Office", options);
     mProgram = copyInstallation();
     writeFirmware(mCell.firmwareSize);
@@ -49,25 +52,24 @@ class FaultsOfTheWindow : public DesktopTest, public testing::WithParamInterface
   }
 
   bool isSending() const { return mCell.firmwareSize != 28; }
+  bool losesService() const { return mCell.table == "window: services"; }
 
   // To where nothing more happens by itself.
   void updateUntilItStands() {
     startProgramAt(mProgram);
     startUpdate("Office");
-    if (!isSending()) expectLocked();
-    if (mCell.fault == WindowFault::AnotherDownload) {
-      mPrinter->waitFor("burning");
-      return;
-    }
+    if (!isSending() || losesService()) expectLocked();
+    if (mCell.verdict == Verdict::Updated && !isSending()) return mPrinter->waitFor("burning");
     if (!mCell.faults.back().starts_with("slow")) mPrinter->waitFor("fault");
-    EXPECT_TRUE(waitForLog(ofTheUpdate(mCell.log).at(linesBefore())));
+    EXPECT_TRUE(waitForLog(lastBefore()));
     if (mCell.afterwards == Afterwards::Unannounced) mPrinter->waitFor("burn");
   }
 
-  // All that the log has of the update when the fault comes, but for the last.
-  std::size_t linesBefore() const {
-    const std::size_t after = mCell.fault == WindowFault::Killed ? 0 : isSending() ? 3 : 2;
-    return ofTheUpdate(mCell.log).size() - after - 1;
+  // What the log has of the update when the fault comes ends with this.
+  std::string lastBefore() const {
+    if (isSending()) return "Async write request for 16777216 bytes.";
+    const Lines lines = ofTheUpdate(mCell.log);
+    return lines.at(lines.size() - (mCell.fault == WindowFault::Killed ? 1 : 3));
   }
 
   void chooseQuit() {
@@ -110,14 +112,52 @@ class FaultsOfTheWindow : public DesktopTest, public testing::WithParamInterface
         break;
       case WindowFault::AnotherDownload:
         askForAnother();
-        labelWith(" was updated to version 200 at ");
-        EXPECT_TRUE(programRuns());
-        return;
+        break;
+      case WindowFault::BusEnds:
+        privatenetwork::stopBus();
+        break;
+      case WindowFault::DaemonEnds:
+        privatenetwork::stopDaemon();
+        break;
+      case WindowFault::DaemonRestarts:
+        privatenetwork::stopDaemon();
+        privatenetwork::startDaemon();
+        break;
     }
+    if (mCell.verdict == Verdict::Updated) return expectUpdated();
     const bool isAsked = !isSending() && (mCell.fault == WindowFault::Closed ||
                                           mCell.fault == WindowFault::QuitByMenu);
     if (isAsked) answer("Quit anyway");
     EXPECT_EQ(program().waitForExit(40s), mCell.exitStatus) << program().output();
+  }
+
+  // What it was struck in had not ended by then. The row stays until the printer restarts.
+  void expectUpdated() {
+    mPrinter->readJournal();
+    EXPECT_EQ(mPrinter->entries(isSending() ? "burning" : "burn").size(), 0u);
+    labelWith("Office (10.91.0.1) was updated to version 200 at ");
+    EXPECT_TRUE(programRuns());
+    const Lines all = log();
+    const auto end =
+        std::ranges::find(all, "Firmware download is complete, the printer will restart.");
+    EXPECT_EQ(std::count(all.begin(), end, "Removing printer with ID=1"), 0);
+  }
+
+  // The same program finds another printer, and updates it.
+  void updateAnother() {
+    const auto attic =
+        startPrinter("Attic", printerOptions({}) + Lines{"--announce", "in-process"});
+    cell("Attic");
+    EXPECT_TRUE(desktop::waitUntil(
+        [&] {
+          return printersInList() == std::vector<std::string>{"Attic", "Office"};
+        },
+        40s));
+    startUpdate("Attic");
+    labelWith("Attic (10.91.0.1) was updated to version 200 at ");
+    attic->waitFor("burn");
+    EXPECT_TRUE(desktop().closeWindow(kMainWindow));
+    EXPECT_EQ(program().waitForExit(40s), 0) << program().output();
   }
 
   void expectLocked() {
@@ -163,8 +203,10 @@ TEST_P(FaultsOfTheWindow, EndAsTheMatrixSays) {
   SCOPED_TRACE(nameOf(mCell));
   updateUntilItStands();
   strike();
-  if (!isSending()) expectUnlocked();  // the buses are not spoken to during a send
+  // The buses are not spoken to during a send.
+  if (!isSending() || losesService()) expectUnlocked();
   EXPECT_EQ(lineByLine(ofTheUpdate(log())), lineByLine(ofTheUpdate(mCell.log)));
+  if (losesService()) updateAnother();
   expectPrinter();
 }
 
@@ -183,6 +225,6 @@ std::string nameOfCell(const testing::TestParamInfo<std::size_t>& info) {
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Cell, FaultsOfTheWindow, testing::Range<std::size_t>(0, 12), nameOfCell);
+INSTANTIATE_TEST_SUITE_P(Cell, FaultsOfTheWindow, testing::Range<std::size_t>(0, 17), nameOfCell);
 
 }  // namespace

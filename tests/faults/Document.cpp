@@ -130,7 +130,7 @@ constexpr Section kSections[] = {
      "everything burns on."},
     {"killed", "The computer: fwupdatectl is killed", "By SIGKILL, or for want of memory."},
     {"window: closed", "The window: it is closed",
-     "This section and the next two are run with the installed program in a window of a desktop, "
+     "This section and the next three are run with the installed program in a window of a desktop, "
      "over "
      "the network. What kept the computer from sleeping is given back, the exit status is 0, and a "
      "program that is started then does a good update. A firmware that is being sent has 16 MiB "
@@ -145,6 +145,13 @@ constexpr Section kSections[] = {
      "you"},
     {"window: second download", "The window: a second download",
      "By button, menu, Ctrl+D and assistive technology.", "you"},
+    {"window: services", "The window: services of the computer fail",
+     "The row stays in the list, and the update goes on. Where the Avahi daemon does not return, "
+     "the "
+     "program itself looks for printers: one that is switched on afterwards comes into the list, "
+     "and "
+     "is updated.",
+     "the computer"},
     {"second download", "The computer: a second download",
      "Nothing behind the progress takes an order. The update goes on.", "you"},
 };
@@ -245,7 +252,7 @@ void writeGuide(std::ostream& out) {
       {"The firmware file is damaged", {"firmware file"}},
       {"The printer's row went while it was updated", {"withdrawn", "Avahi"}},
       {"Services were restarted or hung, as in an upgrade of the computer",
-       {"system bus", "Avahi", "system log"}},
+       {"window: services", "system bus", "Avahi", "system log"}},
       {"The system log has no entries, or not all", {"system log"}},
       {"The log has an error", {}},
   };

@@ -93,6 +93,34 @@ WindowCell askedForAnother() {
   return cell;
 }
 
+// In both phases the printer goes on by itself, slowly enough.
+Phase sendingOn() {
+  Phase phase = sending();
+  phase.faults = {"merge", "delay@id-request=1000", "receive-buffer=65536", "slow=65536/12"};
+  phase.log = phase.log + kReady + kUel + kReady +
+              Lines{
+                  "5 New firmware sent to printer, waiting for the printer to burn it to flash "
+                  "and send response.",
+                  "5 This will take some time; using a timeout of 771000ms.",
+                  "5 Async read request for 16 bytes."};
+  return phase;
+}
+
+Phase burningOn() {
+  Phase phase = burning();
+  phase.faults = {"merge"};
+  return phase;
+}
+
+WindowCell without(const char* what, WindowFault fault, Phase phase) {
+  phase.log = phase.log + kBurned + kTransportGone;
+  phase.position = "after uel";
+  WindowCell cell = windowCell("window: services", what, fault, phase);
+  cell.verdict = Verdict::Updated;
+  cell.afterwards = Updated;
+  return cell;
+}
+
 }  // namespace
 
 const std::vector<WindowCell>& windowCells() {
@@ -111,6 +139,13 @@ const std::vector<WindowCell>& windowCells() {
       killed(sending()),
       killed(burning()),
       askedForAnother(),
+      without("the system bus ends, and the Avahi daemon with it", WindowFault::BusEnds,
+              sendingOn()),
+      without("the Avahi daemon is restarted", WindowFault::DaemonRestarts, sendingOn()),
+      without("the system bus ends, and the Avahi daemon with it", WindowFault::BusEnds,
+              burningOn()),
+      without("the Avahi daemon ends", WindowFault::DaemonEnds, burningOn()),
+      without("the Avahi daemon is restarted", WindowFault::DaemonRestarts, burningOn()),
   };
   return all;
 }

@@ -1,5 +1,6 @@
-// The cells in which the window program as it is installed is ended, or asked for a second
-// download, while it updates a network printer: a process of its own on a desktop of its own.
+// The cells in which the window program as it is installed is ended, asked for a second download,
+// or loses a service of the computer, while it updates a network printer: a process of its own on a
+// desktop of its own.
 #pragma once
 
 #include <cstddef>
@@ -15,6 +16,9 @@ enum class WindowFault {
   Terminated,       // SIGTERM
   Killed,           // SIGKILL
   AnotherDownload,  // by every button, menu entry and key there is
+  BusEnds,          // the system's, and the Avahi daemon with it
+  DaemonEnds,       // of Avahi
+  DaemonRestarts,
 };
 
 struct WindowCell : Cell {
