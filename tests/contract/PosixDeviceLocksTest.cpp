@@ -11,6 +11,7 @@
 #include <cstring>
 #include <string>
 
+#include "NoDescriptors.h"
 #include "platform/posix/PosixDeviceLocks.h"
 
 namespace {
@@ -85,6 +86,17 @@ class Holding {
  private:
   pid_t mProcess = -1;
 };
+
+// Who could not lock anything must not be told of another program.
+TEST_F(PosixDeviceLocks, WithoutDescriptorsNobodyIsKeptOut) {
+  const auto locks = platform::makePosixDeviceLocks();
+  for (const DeviceUse use : {DeviceUse::Question, DeviceUse::Update}) {
+    const NoDescriptors none;
+    mHolder = "nobody asked";
+    EXPECT_EQ(locks->lock(mAddress, use, mHolder), nullptr);
+    EXPECT_EQ(mHolder, "");
+  }
+}
 
 TEST_F(PosixDeviceLocks, OtherProcessIsNamedUntilItIsKilled) {
   Holding other(mAddress);

@@ -52,9 +52,8 @@ FileDescriptor makeSocket() {
 }
 
 // False when the name is free by now.
-bool findHolder(const SocketName& name, std::string& holder) {
+bool findHolder(const FileDescriptor& socket, const SocketName& name, std::string& holder) {
   holder = kUnknown;
-  const FileDescriptor socket = makeSocket();
   if (::connect(socket.get(), name.get(), name.size()) != 0) return errno != ECONNREFUSED;
   ucred credentials{};
   socklen_t size = sizeof credentials;
@@ -93,7 +92,7 @@ class SocketLock final : public DeviceLock {
   bool isGranted(std::string& holder) override {
     holder.clear();
     if (!mIsGranted) mIsGranted = mTalk.take(mTalkName) != OwnName::Result::InUse;
-    if (!mIsGranted) findHolder(mTalkName, holder);
+    if (!mIsGranted) findHolder(makeSocket(), mTalkName, holder);
     return mIsGranted;
   }
 
@@ -114,7 +113,8 @@ class PosixDeviceLocks final : public DeviceLocks {
     const SocketName updateName(name);
     OwnName update;
     if (use == DeviceUse::Question) {
-      if (findHolder(updateName, holder)) return nullptr;
+      const FileDescriptor socket = makeSocket();
+      if (!socket || findHolder(socket, updateName, holder)) return nullptr;
       holder.clear();
       return std::make_unique<SocketLock>(std::move(update), name);
     }
@@ -128,7 +128,7 @@ class PosixDeviceLocks final : public DeviceLocks {
         holder.clear();
         return nullptr;
       }
-      if (findHolder(updateName, holder)) return nullptr;
+      if (findHolder(makeSocket(), updateName, holder)) return nullptr;
     }
     return nullptr;
   }
