@@ -43,7 +43,7 @@ void collectBehind(std::string_view text, std::string_view label, std::vector<st
     at += label.size();
     at = std::min(text.find_first_not_of(" :=\"", at), text.size());
     const auto end = std::min(text.find_first_of("\"\n", at), text.size());
-    if (end > at) found.emplace_back(text.substr(at, end - at));
+    found.emplace_back(text.substr(at, end - at));
   }
 }
 
@@ -54,8 +54,7 @@ void collectOfDownloads(std::string_view text, std::vector<std::string>& found) 
     const auto line = text.substr(at, text.find('\n', at) - at);
     const auto opening = line.rfind('(');
     if (opening == std::string_view::npos || !line.ends_with(')')) continue;
-    const auto serial = line.substr(opening + 1, line.size() - opening - 2);
-    if (!serial.empty()) found.emplace_back(serial);
+    found.emplace_back(line.substr(opening + 1, line.size() - opening - 2));
   }
 }
 

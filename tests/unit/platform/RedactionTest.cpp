@@ -60,4 +60,16 @@ TEST(Redaction, HidesHardwareAddresses) {
 
 TEST(Redaction, EmptyTextStaysEmpty) { EXPECT_EQ(redacted("", kNames), ""); }
 
+TEST(Redaction, HidesANameThatIsAllThereIs) { EXPECT_EQ(redacted("anna", kNames), "<user>"); }
+
+// A log may end in the middle of an entry.
+TEST(Redaction, EntryWithoutASerialNumberStaysAsItIs) {
+  for (const char* const text : {"Downloading firmware to USB printer: KX350T",
+                                 "Downloading firmware to USB printer: KX350T()",
+                                 "Downloading firmware to USB printer: KX350T (old) 1.",
+                                 "Found Veltra KX350T device with serial number "}) {
+    EXPECT_EQ(redacted(text, kNames), text);
+  }
+}
+
 }  // namespace
