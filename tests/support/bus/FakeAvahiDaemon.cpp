@@ -39,15 +39,25 @@ std::string lineOf(DBusMessage* call) {
   return line;
 }
 
-}  // namespace
-
 // The library remembers the first address of its own buses: here each test has another one.
-FakeAvahiDaemon::FakeAvahiDaemon()
-    : mConnection(dbus_connection_open_private(std::getenv("DBUS_SYSTEM_BUS_ADDRESS"), nullptr)) {
-  if (mConnection == nullptr || !dbus_bus_register(mConnection, nullptr)) {
+DBusConnection* connect() {
+  DBusConnection* const connection =
+      dbus_connection_open_private(std::getenv("DBUS_SYSTEM_BUS_ADDRESS"), nullptr);
+  if (connection == nullptr || !dbus_bus_register(connection, nullptr)) {
     throw std::runtime_error("no system bus");
   }
-  dbus_connection_set_exit_on_disconnect(mConnection, false);
+  dbus_connection_set_exit_on_disconnect(connection, false);
+  return connection;
+}
+
+void disconnect(DBusConnection* connection) {
+  dbus_connection_close(connection);
+  dbus_connection_unref(connection);
+}
+
+}  // namespace
+
+FakeAvahiDaemon::FakeAvahiDaemon() : mConnection(connect()) {
   dbus_connection_add_filter(mConnection, received, this, nullptr);
   if (dbus_bus_request_name(mConnection, "org.freedesktop.Avahi", 0, nullptr) !=
       DBUS_REQUEST_NAME_REPLY_PRIMARY_OWNER) {
@@ -55,10 +65,7 @@ FakeAvahiDaemon::FakeAvahiDaemon()
   }
 }
 
-FakeAvahiDaemon::~FakeAvahiDaemon() {
-  dbus_connection_close(mConnection);
-  dbus_connection_unref(mConnection);
-}
+FakeAvahiDaemon::~FakeAvahiDaemon() { disconnect(mConnection); }
 
 void FakeAvahiDaemon::turn() {
   dbus_connection_read_write(mConnection, 0);
@@ -73,13 +80,29 @@ void FakeAvahiDaemon::leaveTheBus() {
 void FakeAvahiDaemon::signal(const std::string& path, const std::string& interface,
                              const std::string& member,
                              const std::function<void(DBusMessage*)>& fill) {
+  sendSignal(mConnection, path, interface, member, fill);
+  dbus_connection_flush(mConnection);
+}
+
+// Returns when the bus has passed it on: what the daemon says afterwards comes after it.
+void FakeAvahiDaemon::forge(const std::string& path, const std::string& interface,
+                            const std::string& member,
+                            const std::function<void(DBusMessage*)>& fill) {
+  DBusConnection* const stranger = connect();
+  sendSignal(stranger, path, interface, member, fill);
+  dbus_bus_name_has_owner(stranger, mClient.c_str(), nullptr);
+  disconnect(stranger);
+}
+
+void FakeAvahiDaemon::sendSignal(DBusConnection* sender, const std::string& path,
+                                 const std::string& interface, const std::string& member,
+                                 const std::function<void(DBusMessage*)>& fill) const {
   DBusMessage* const message =
       dbus_message_new_signal(path.c_str(), interface.c_str(), member.c_str());
   dbus_message_set_destination(message, mClient.c_str());
   fill(message);
-  dbus_connection_send(mConnection, message, nullptr);
+  dbus_connection_send(sender, message, nullptr);
   dbus_message_unref(message);
-  dbus_connection_flush(mConnection);
 }
 
 DBusHandlerResult FakeAvahiDaemon::received(DBusConnection*, DBusMessage* message, void* self) {

@@ -30,9 +30,15 @@ class FakeAvahiDaemon {
       const std::string& path, const std::string& interface, const std::string& member,
       const std::function<void(DBusMessage*)>& fill = [](DBusMessage*) {});
 
+  // The same, but of somebody else on the bus, who is not the daemon.
+  void forge(const std::string& path, const std::string& interface, const std::string& member,
+             const std::function<void(DBusMessage*)>& fill);
+
   void leaveTheBus();
 
  private:
+  void sendSignal(DBusConnection* sender, const std::string& path, const std::string& interface,
+                  const std::string& member, const std::function<void(DBusMessage*)>& fill) const;
   static DBusHandlerResult received(DBusConnection* connection, DBusMessage* message, void* self);
   void reply(DBusMessage* call);
 

@@ -169,6 +169,18 @@ TEST_F(DaemonResponderTest, SignalsOfOthersAndUnreadableOnesSayNothing) {
   EXPECT_THAT(told, IsEmpty());
 }
 
+// Anybody on the bus may send signals: a forged printer would get the firmware of the right one.
+TEST_F(DaemonResponderTest, SignalsOfSomebodyElseSayNothing) {
+  browse();
+  daemon.forge("/ServiceBrowserNew", kBrowser, "ItemNew", appendItem);
+  daemon.forge("/", DBUS_INTERFACE_DBUS, "NameOwnerChanged", [](DBusMessage* message) {
+    for (const char* const text : {"org.freedesktop.Avahi", ":1.0", ""}) append(message, text);
+  });
+  settle();
+  EXPECT_THAT(told, IsEmpty());
+  EXPECT_EQ(responder->state(), DaemonResponder::State::Ready);
+}
+
 TEST_F(DaemonResponderTest, DomainsAreAskedForAndTold) {
   query = responder->browseDomains(*this);
   until([this] { return lastCall() == "/ DomainBrowserNew: -1 -1 '' 0 0"; });
