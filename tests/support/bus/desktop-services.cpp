@@ -10,7 +10,8 @@
 //   waits           gives what it is asked for when a line comes on standard input
 //   cancels         (portal) takes back at once what it gives
 //   plain           (notifications) knows no markup
-//   confused        (notifications, login1) answers with a number
+//   confused        answers with a number, (screensaver) with a text
+//   stammers        (portal) tells what came of its request in a text
 //   ADDRESS         (accessibility) tells that its bus is there
 //
 // One line on standard output for each event; "ready" when the names are taken. Goes on without its
@@ -250,27 +251,38 @@ class Services {
   }
 
   void givePortal(DBusMessage* call) {
+    const std::string behaviour = mBehaviours[dbus_message_get_destination(call)];
     const char* const request = "/org/freedesktop/portal/desktop/request/1";
     say("portal " + joined(argumentsOf(call)));
+    if (behaviour == "confused") return replyNumber(call, 2);
     DBusMessage* const reply = newReply(call);
     dbus_message_append_args(reply, DBUS_TYPE_OBJECT_PATH, &request, DBUS_TYPE_INVALID);
     send(reply);
-    const bool cancels = mBehaviours[dbus_message_get_destination(call)] == "cancels";
-    respond(call, request, cancels ? 2 : 0);
-    if (!cancels) mHolders.insert(dbus_message_get_sender(call));
+    const bool gives = behaviour != "cancels" && behaviour != "stammers";
+    respond(call, request, behaviour);
+    if (gives) mHolders.insert(dbus_message_get_sender(call));
   }
 
-  void respond(DBusMessage* call, const char* request, std::uint32_t response) {
+  void respond(DBusMessage* call, const char* request, const std::string& behaviour) {
+    const std::uint32_t response = behaviour == "cancels" ? 2 : 0;
+    const char* const text = "given";
     DBusMessage* const signal =
         dbus_message_new_signal(request, "org.freedesktop.portal.Request", "Response");
     dbus_message_set_destination(signal, dbus_message_get_sender(call));
-    dbus_message_append_args(signal, DBUS_TYPE_UINT32, &response, DBUS_TYPE_INVALID);
+    if (behaviour == "stammers") {
+      dbus_message_append_args(signal, DBUS_TYPE_STRING, &text, DBUS_TYPE_INVALID);
+    } else {
+      dbus_message_append_args(signal, DBUS_TYPE_UINT32, &response, DBUS_TYPE_INVALID);
+    }
     send(signal);
   }
 
   void giveCookie(DBusMessage* call) {
     say("screensaver " + joined(argumentsOf(call)));
     mHolders.insert(dbus_message_get_sender(call));
+    if (mBehaviours[dbus_message_get_destination(call)] == "confused") {
+      return replyText(call, "4711");
+    }
     replyNumber(call, 4711);
   }
 
@@ -293,9 +305,15 @@ class Services {
   }
 
   void tellAddress(DBusMessage* call) {
-    const char* const address = mBehaviours[dbus_message_get_destination(call)].c_str();
+    const std::string address = mBehaviours[dbus_message_get_destination(call)];
+    if (address == "confused") return replyNumber(call, 2);
+    replyText(call, address);
+  }
+
+  void replyText(DBusMessage* call, const std::string& text) {
+    const char* const bytes = text.c_str();
     DBusMessage* const reply = dbus_message_new_method_return(call);
-    dbus_message_append_args(reply, DBUS_TYPE_STRING, &address, DBUS_TYPE_INVALID);
+    dbus_message_append_args(reply, DBUS_TYPE_STRING, &bytes, DBUS_TYPE_INVALID);
     send(reply);
   }
 

@@ -47,6 +47,35 @@ TEST_F(IdleInhibitionTest, APortalWhoseDesktopDoesNotLeavesItToTheScreenSaver) {
   EXPECT_EQ(news(), "screensaver released 4711");
 }
 
+TEST_F(IdleInhibitionTest, APortalThatCannotBeUnderstoodLeavesItToTheScreenSaver) {
+  offerDesktop({"portal=confused", "screensaver"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "portal 12 | reason | Why.");
+  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+  inhibition->end();
+  EXPECT_EQ(news(), "screensaver released 4711");
+}
+
+TEST_F(IdleInhibitionTest, APortalThatDoesNotSayWhatItGaveLeavesItToTheScreenSaver) {
+  offerDesktop({"portal=stammers", "screensaver"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "portal 12 | reason | Why.");
+  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+  inhibition->end();
+  EXPECT_EQ(news(), "screensaver released 4711");
+}
+
+TEST_F(IdleInhibitionTest, ACookieThatCannotBeUnderstoodIsNotGivenBack) {
+  offerDesktop({"screensaver=confused"});
+  inhibition->begin();
+  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+  ASSERT_TRUE(runLoop.runUntil([&] {
+    inhibition->end();
+    return runLoop.enabledWatches() == 0;
+  }));
+  EXPECT_EQ(news(), "left without giving back");
+}
+
 TEST_F(IdleInhibitionTest, ARequestThatComesWithAnErrorLeavesItToTheScreenSaver) {
   offerDesktop({"portal=fails", "screensaver"});
   inhibition->begin();
