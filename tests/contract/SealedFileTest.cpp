@@ -202,6 +202,13 @@ TEST_F(SealedFileTest, OnlyFilesAreSealed) {
   EXPECT_FALSE(SealedFile::read(mDirectory.path() / "pipe", anHourFromNow()));
 }
 
+// As one that is cut off while it is read: the kernel says a page of each of its attributes.
+TEST_F(SealedFileTest, FileWithFewerBytesThanItSaysIsNotSealed) {
+  mFile = "/sys/devices/system/cpu/online";
+  ASSERT_EQ(std::filesystem::file_size(mFile), 4096u);
+  EXPECT_FALSE(seal());
+}
+
 // A printer takes the length of an image in 32 bits.
 TEST_F(SealedFileTest, WhatIsTooLongForAnyPrinterIsNotSealed) {
   std::filesystem::resize_file(mFile, std::uint64_t{1} << 32);

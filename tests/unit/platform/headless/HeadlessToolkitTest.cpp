@@ -45,7 +45,6 @@ TEST_F(HeadlessToolkitTest, RowsAreThereOnce) {
   EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 1), noErr);
   EXPECT_EQ(mToolkit.addDataBrowserItem(mList, 1), platform::errDataBrowserItemNotAdded);
   EXPECT_EQ(mToolkit.removeDataBrowserItem(mList, 2), platform::errDataBrowserItemNotFound);
-  EXPECT_EQ(mToolkit.addDataBrowserItem(ControlRef::None, 3), platform::errControlNotFound);
   EXPECT_THAT(mTold, ElementsAre("+1"));
 }
 
@@ -117,6 +116,47 @@ TEST_F(HeadlessToolkitTest, ControlsGoWithTheirWindow) {
   EXPECT_EQ(mToolkit.controlOwner(mList), WindowRef::None);
   EXPECT_EQ(mToolkit.setControlEnabled(mList, true), platform::errControlNotFound);
   EXPECT_EQ(mToolkit.showSheetWindow(mWindow, WindowRef::None), platform::errInvalidWindowRef);
+}
+
+// As with windows: whoever has lost track of a control hears of it, and no other list is touched.
+TEST_F(HeadlessToolkitTest, ControlThatIsNotThereIsAnError) {
+  using platform::errControlNotFound;
+  mToolkit.addDataBrowserItem(mList, 1);
+  const auto gone = static_cast<ControlRef>(99);
+  platform::ItemId first = 7;
+  platform::ItemId last = 7;
+  std::uint16_t width = 7;
+  void* value = &width;
+  EXPECT_EQ(mToolkit.setControlText(gone, {}), errControlNotFound);
+  EXPECT_EQ(mToolkit.setControlEnabled(gone, true), errControlNotFound);
+  EXPECT_EQ(mToolkit.setControlProperty(gone, "MjFd"_4cc, "ldPl"_4cc, value), errControlNotFound);
+  EXPECT_EQ(mToolkit.getControlProperty(gone, "MjFd"_4cc, "ldPl"_4cc, value), errControlNotFound);
+  EXPECT_EQ(value, nullptr);
+  EXPECT_EQ(mToolkit.dataBrowserChangeAttributes(gone, 1, 0), errControlNotFound);
+  EXPECT_EQ(mToolkit.setDataBrowserCallbacks(gone, {}), errControlNotFound);
+  EXPECT_EQ(mToolkit.setDataBrowserSortProperty(gone, "lcNm"_4cc), errControlNotFound);
+  EXPECT_EQ(mToolkit.addDataBrowserItem(gone, 2), errControlNotFound);
+  EXPECT_EQ(mToolkit.removeDataBrowserItem(gone, 1), errControlNotFound);
+  EXPECT_EQ(mToolkit.getSelectionAnchor(gone, first, last), errControlNotFound);
+  EXPECT_EQ(mToolkit.getNamedColumnWidth(gone, "lcNm"_4cc, width), errControlNotFound);
+  EXPECT_EQ(mToolkit.setNamedColumnWidth(gone, "lcNm"_4cc, 5), errControlNotFound);
+  EXPECT_THAT(mTold, ElementsAre("+1"));
+  EXPECT_EQ(mToolkit.removeDataBrowserItem(mList, 1), noErr);
+}
+
+TEST_F(HeadlessToolkitTest, ControlThatIsThereTakesEverything) {
+  EXPECT_EQ(mToolkit.setControlText(mList, platform::Text::fromUtf8("text")), noErr);
+  EXPECT_EQ(mToolkit.setControlEnabled(mList, false), noErr);
+  EXPECT_EQ(mToolkit.dataBrowserChangeAttributes(mList, 1, 0), noErr);
+  EXPECT_EQ(mToolkit.setDataBrowserSortProperty(mList, "lcNm"_4cc), noErr);
+  EXPECT_EQ(mToolkit.setNamedColumnWidth(mList, "lcNm"_4cc, 5), noErr);
+}
+
+TEST_F(HeadlessToolkitTest, SheetIsShownAndHiddenWhileItIsThere) {
+  EXPECT_EQ(mToolkit.showSheetWindow(mWindow, WindowRef::None), noErr);
+  EXPECT_EQ(mToolkit.hideSheetWindow(mWindow), noErr);
+  mToolkit.disposeWindow(mWindow);
+  EXPECT_EQ(mToolkit.hideSheetWindow(mWindow), platform::errInvalidWindowRef);
 }
 
 }  // namespace

@@ -29,6 +29,10 @@ TEST_F(HostDescription, NamesDistributionAndKernel) {
   EXPECT_THAT(linesWith("NAME=\"Debian GNU/Linux\"\nPRETTY_NAME=\"Debian GNU/Linux 12\"\n"),
               ElementsAre("Debian GNU/Linux 12", MatchesRegex(kKernel)));
   EXPECT_THAT(linesWith("PRETTY_NAME=Plain\n"), ElementsAre("Plain", MatchesRegex(kKernel)));
+  EXPECT_THAT(linesWith("PRETTY_NAME='Single quotes'\n"),
+              ElementsAre("Single quotes", MatchesRegex(kKernel)));
+  EXPECT_THAT(linesWith("PRETTY_NAME=xyx\n"), ElementsAre("xyx", MatchesRegex(kKernel)));
+  EXPECT_THAT(linesWith("PRETTY_NAME=\"\n"), ElementsAre("\"", MatchesRegex(kKernel)));
   EXPECT_THAT(linesWith("PRETTY_NAME='One quote\""),
               ElementsAre("'One quote\"", MatchesRegex(kKernel)));
 }
