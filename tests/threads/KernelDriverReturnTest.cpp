@@ -33,14 +33,14 @@ int connectsOf(int interface) {
 }  // namespace
 
 // Takes the place of the C library's.
-extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
+extern "C" int ioctl(int fd, unsigned long request, ...) noexcept {
   std::va_list arguments;
   va_start(arguments, request);
   const auto* const asked = va_arg(arguments, const usbdevfs_ioctl*);
   va_end(arguments);
   if (request != USBDEVFS_IOCTL || asked->ioctl_code != static_cast<int>(USBDEVFS_CONNECT))
     return -1;
-  if (fcntl(descriptor, F_GETFD) < 0) return -1;
+  if (fcntl(fd, F_GETFD) < 0) return -1;
   const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   while (!printerAnswers.load(std::memory_order_relaxed)) {
     if (std::chrono::steady_clock::now() > giveUp) return -1;

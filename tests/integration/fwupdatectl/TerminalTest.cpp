@@ -257,7 +257,7 @@ TEST_F(FwupdatectlTerminal, DumbOneGetsLines) {
 // What is not redrawn is the same as in a pipe.
 TEST_F(FwupdatectlTerminal, AnswersAreThoseOfAPipe) {
   for (const char* arguments : {"--version", "--help", "update --help", "show /nowhere", "update",
-                                "show '" DEMO_FIRMWARE "'"}) {
+                                ("show '" DEMO_FIRMWARE "'")}) {
     const Outcome piped = tool(arguments);
     run(arguments, 100, 200);
     EXPECT_EQ(mTool->waitForEnd(), piped.status) << arguments;
