@@ -93,16 +93,11 @@ WindowCell askedForAnother() {
   return cell;
 }
 
-// In both phases the printer goes on by itself, slowly enough.
-Phase sendingOn() {
-  Phase phase = sending();
-  phase.faults = {"merge", "delay@id-request=1000", "receive-buffer=65536", "slow=65536/12"};
-  phase.log = phase.log + kReady + kUel + kReady +
-              Lines{
-                  "5 New firmware sent to printer, waiting for the printer to burn it to flash "
-                  "and send response.",
-                  "5 This will take some time; using a timeout of 771000ms.",
-                  "5 Async read request for 16 bytes."};
+// In both phases the printer goes on by itself.
+Phase awaitingOn() {
+  Phase phase = burning();
+  phase.when = awaiting().when;
+  phase.faults = {"merge", "delay@id-request=4000"};
   return phase;
 }
 
@@ -140,8 +135,8 @@ const std::vector<WindowCell>& windowCells() {
       killed(burning()),
       askedForAnother(),
       without("the system bus ends, and the Avahi daemon with it", WindowFault::BusEnds,
-              sendingOn()),
-      without("the Avahi daemon is restarted", WindowFault::DaemonRestarts, sendingOn()),
+              awaitingOn()),
+      without("the Avahi daemon is restarted", WindowFault::DaemonRestarts, awaitingOn()),
       without("the system bus ends, and the Avahi daemon with it", WindowFault::BusEnds,
               burningOn()),
       without("the Avahi daemon ends", WindowFault::DaemonEnds, burningOn()),

@@ -122,6 +122,8 @@ void VirtualPrinterProcess::waitUntil(const std::string& what, const std::functi
   }
 }
 
+void VirtualPrinterProcess::signal(int number) const { kill(mProcess, number); }
+
 int VirtualPrinterProcess::stop() {
   kill(mProcess, SIGTERM);
   waitUntil("its end", [this] { return mEnded; });

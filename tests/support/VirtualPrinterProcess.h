@@ -46,6 +46,9 @@ class VirtualPrinterProcess {
   // takes longer than 20 seconds or the printer ends before.
   void waitFor(const std::string& event, std::size_t count = 1);
 
+  // SIGSTOP and SIGCONT: it stands still in between.
+  void signal(int number) const;
+
   // Ends the printer and returns its exit status; the journal is complete then.
   int stop();
 
