@@ -9,6 +9,7 @@
 #include "PeerProcess.h"
 #include "PrivateNetwork.h"
 #include "Tool.h"
+#include "ToolProcess.h"
 
 int main(int argc, char** argv) {
   privatenetwork::enter(argc, argv, {"--no-daemon"});
@@ -94,6 +95,21 @@ TEST_F(FwupdatectlDiscovered, AreUpdatedByName) {
               testing::MatchesRegex("Office \\([0-9.:]+\\): updated to version 200 \\(was 100\\)"));
   attic.stop();
   EXPECT_TRUE(attic.entries("connected").empty());
+}
+
+TEST_F(FwupdatectlDiscovered, OneThatReturnsAtAnotherAddressIsFollowed) {
+  std::vector<std::string> away = announced("Office");
+  away.insert(away.end(), {"--return-seconds", "1000"});
+  VirtualPrinterProcess office(away);
+  ToolProcess updating(FWUPDATECTL, "update --yes --wait 20 --verify --verify-wait 30 Office");
+  office.waitFor("closed");
+  const PeerProcess moved(
+      VIRTUAL_PRINTER,
+      {"--announce", "in-process", "--name", "Office", "--fwver", "00000200", "--quiet"},
+      PeerProcess::Machine::Peer);
+  updating.readUntil("status 0");
+  EXPECT_THAT(updating.lines(), testing::Contains(testing::MatchesRegex(
+                                    "Office \\([0-9.:]+\\): now runs version 200 \\(was 100\\)")));
 }
 
 TEST_F(FwupdatectlDiscovered, AreAllUpdated) {
