@@ -7,7 +7,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-const char* nameOf(UpdateResult::Outcome outcome) {
+const char* outcomeName(UpdateResult::Outcome outcome) {
   switch (outcome) {
     case UpdateResult::Outcome::Updated:
       return "updated";
@@ -134,7 +134,7 @@ void JsonReport::told(const Target& printer, const ordered_json& event) {
 }
 
 void JsonReport::ended(const Target& printer, const UpdateResult& result) {
-  ordered_json members{{"outcome", nameOf(result.outcome)}};
+  ordered_json members{{"outcome", outcomeName(result.outcome)}};
   if (result.versionOfFirmware != 0) {
     members["version_before"] = result.versionBefore;
     members["version_of_firmware"] = result.versionOfFirmware;

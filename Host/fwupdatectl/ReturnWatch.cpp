@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::chrono::milliseconds kPause{1000};      // between two questions
+constexpr std::chrono::milliseconds kBetweenQuestions{1000};
 constexpr std::chrono::milliseconds kPatience{10000};  // for the answer to one
 
 }  // namespace
@@ -17,7 +17,7 @@ ReturnWatch::ReturnWatch(platform::RunLoop& runLoop, Target printer, unsigned in
       mVersion(version),
       mLocate(std::move(locate)),
       mEnded(std::move(ended)),
-      mNext(runLoop.startTimer(kPause, false, [this] { ask(); })),
+      mNext(runLoop.startTimer(kBetweenQuestions, false, [this] { ask(); })),
       mEnd(runLoop.startTimer(patience, false, [this] { end(); })) {}
 
 void ReturnWatch::ask() {
@@ -37,7 +37,7 @@ void ReturnWatch::answered(const VersionQuery::Answer& answer) {
     return;
   }
   if (!answer.version && !answer.isInUse) mWasAway = true;
-  mNext = mRunLoop.startTimer(kPause, false, [this] { ask(); });
+  mNext = mRunLoop.startTimer(kBetweenQuestions, false, [this] { ask(); });
 }
 
 void ReturnWatch::end() {

@@ -16,7 +16,7 @@ namespace {
 constexpr std::size_t kLongestBar = 20;
 constexpr std::size_t kShortestBar = 5;
 constexpr std::string_view kThePrinterIs = "the printer is ";
-constexpr const char* kInterrupted = "Ends when these are done. Ctrl+C again ends at once.";
+constexpr const char* kInterruptedLine = "Ends when these are done. Ctrl+C again ends at once.";
 
 std::string megabytes(std::size_t bytes) {
   std::array<char, 32> text{};
@@ -95,7 +95,7 @@ std::vector<std::string> TerminalReport::rowsFor(const TerminalSize& size) const
     rows.push_back(rowOf(line.printer, line.phase, {line.bytes, line.total}, columns));
   }
   if (needsCounts && rows.size() < room) rows.push_back(cutText(counts(shown), columns));
-  if (mIsInterrupted && rows.size() < room) rows.push_back(cutText(kInterrupted, columns));
+  if (mIsInterrupted && rows.size() < room) rows.push_back(cutText(kInterruptedLine, columns));
   return rows;
 }
 

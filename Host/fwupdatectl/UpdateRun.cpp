@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr const char* kInterruption =
+constexpr const char* kInterruptedCause =
     "Interrupted. What the printer has received, it may still be writing to its memory.";
 
 }  // namespace
@@ -95,7 +95,7 @@ void UpdateRun::ended(std::size_t number, int status) {
   if (status != 0) {
     result.outcome = UpdateResult::Outcome::Failed;
     if (mIsTerminated) {
-      result.cause = kInterruption;
+      result.cause = kInterruptedCause;
       result.nextStep.clear();
     } else if (job.limit && job.limit->isOver()) {
       const nlohmann::ordered_json why = toJson(job.limit->cause());

@@ -53,19 +53,19 @@ std::optional<Finding> checkSearch(ToolHost& host) {
                  "Install and start the package avahi-daemon."};
 }
 
-void printText(const Finding& finding, const Paint& paint) {
+void printFindingText(const Finding& finding, const Paint& paint) {
   std::cout << (finding.isWell ? paint.good("ok     ") : paint.bad("problem")) << "  "
             << finding.subject << ": " << finding.text;
   if (!finding.nextStep.empty()) std::cout << ' ' << finding.nextStep;
   std::cout << '\n';
 }
 
-void printTabbed(const Finding& finding) {
+void printFindingTabbed(const Finding& finding) {
   std::cout << (finding.isWell ? "ok" : "problem") << '\t' << finding.subject << '\t'
             << finding.text << '\t' << finding.nextStep << '\n';
 }
 
-void printJson(const Finding& finding) {
+void printFindingJson(const Finding& finding) {
   nlohmann::ordered_json members{{"verdict", finding.isWell ? "ok" : "problem"},
                                  {"subject", finding.subject},
                                  {"text", finding.text}};
@@ -73,15 +73,15 @@ void printJson(const Finding& finding) {
   writeLine(std::cout, jsonEvent("check", members));
 }
 
-void print(const Findings& findings, Options::Output output) {
+void printFindings(const Findings& findings, Options::Output output) {
   const Paint paint(STDOUT_FILENO);
   for (const Finding& each : findings) {
     if (output == Options::Output::Json) {
-      printJson(each);
+      printFindingJson(each);
     } else if (isatty(STDOUT_FILENO) == 1) {
-      printText(each, paint);
+      printFindingText(each, paint);
     } else {
-      printTabbed(each);
+      printFindingTabbed(each);
     }
   }
 }
@@ -95,6 +95,6 @@ int checkMachine(ToolHost& host, const Options& options) {
   std::ranges::move(checkUsb(geteuid() == 0), std::back_inserter(findings));
   std::ranges::move(checkFirmware(platform::current().bundle->resourcesDirectory()),
                     std::back_inserter(findings));
-  print(findings, options.output);
+  printFindings(findings, options.output);
   return std::ranges::all_of(findings, &Finding::isWell) ? kDone : kFailed;
 }

@@ -37,7 +37,7 @@ Finding checkRule(bool isRoot, const UsbPlaces& places) {
   return finding;
 }
 
-std::string nameOf(const InterfaceHolder& holder) {
+std::string holderName(const InterfaceHolder& holder) {
   if (holder.kind != InterfaceHolder::Kind::Program) return "another program";
   return holder.name + " (process " + std::to_string(holder.process) + ")";
 }
@@ -52,7 +52,7 @@ std::string holdersOf(const ReportedUsbDevice& device, const UsbPlaces& places) 
     std::string names;
     for (const InterfaceHolder& holder : platform::findInterfaceHolders(
              each.directory, device.node.native(), kSearchForHolders, places.processes)) {
-      names += (names.empty() ? "" : ", ") + nameOf(holder);
+      names += (names.empty() ? "" : ", ") + holderName(holder);
     }
     return names;
   }

@@ -33,10 +33,10 @@ class CoreQuery : public Responder::Query {
   Object* mObject = nullptr;
 };
 
-class BrowseQuery final : public CoreQuery<AvahiSServiceBrowser, avahi_s_service_browser_free> {
+class CoreBrowseQuery final : public CoreQuery<AvahiSServiceBrowser, avahi_s_service_browser_free> {
  public:
-  BrowseQuery(AvahiServer* server, const std::string& type, const std::string& domain,
-              BrowseListener& listener) {
+  CoreBrowseQuery(AvahiServer* server, const std::string& type, const std::string& domain,
+                  BrowseListener& listener) {
     mObject = avahi_s_service_browser_new(server, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, type.c_str(),
                                           domain.c_str(), AvahiLookupFlags{}, told, &listener);
   }
@@ -61,9 +61,9 @@ class BrowseQuery final : public CoreQuery<AvahiSServiceBrowser, avahi_s_service
   }
 };
 
-class DomainQuery final : public CoreQuery<AvahiSDomainBrowser, avahi_s_domain_browser_free> {
+class CoreDomainQuery final : public CoreQuery<AvahiSDomainBrowser, avahi_s_domain_browser_free> {
  public:
-  DomainQuery(AvahiServer* server, DomainListener& listener) {
+  CoreDomainQuery(AvahiServer* server, DomainListener& listener) {
     mObject = avahi_s_domain_browser_new(server, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, nullptr,
                                          AVAHI_DOMAIN_BROWSER_BROWSE, AvahiLookupFlags{}, told,
                                          &listener);
@@ -79,10 +79,11 @@ class DomainQuery final : public CoreQuery<AvahiSDomainBrowser, avahi_s_domain_b
 };
 
 // The stack takes every question; what it cannot answer it says later.
-class ResolveQuery final : public CoreQuery<AvahiSServiceResolver, avahi_s_service_resolver_free> {
+class CoreResolveQuery final
+    : public CoreQuery<AvahiSServiceResolver, avahi_s_service_resolver_free> {
  public:
-  ResolveQuery(AvahiServer* server, const ServiceName& service, const Question& question,
-               Responder::ResolveCallback callback)
+  CoreResolveQuery(AvahiServer* server, const ServiceName& service, const Question& question,
+                   Responder::ResolveCallback callback)
       : mWantsTxt(question.wantsTxt), mCallback(std::move(callback)) {
     mObject = avahi_s_service_resolver_new(
         server, question.place.interface, question.place.protocol, service.name.c_str(),
@@ -96,7 +97,7 @@ class ResolveQuery final : public CoreQuery<AvahiSServiceResolver, avahi_s_servi
                    AvahiResolverEvent event, const char*, const char*, const char*, const char*,
                    const AvahiAddress* address, std::uint16_t port, AvahiStringList* txt,
                    AvahiLookupResultFlags, void* userData) {
-    auto& self = *static_cast<ResolveQuery*>(userData);
+    auto& self = *static_cast<CoreResolveQuery*>(userData);
     if (std::exchange(self.mTold, true)) return;
     if (event == AVAHI_RESOLVER_FOUND && address != nullptr) {
       self.mCallback(Responder::News::Answered, {addressRecord(*address, port, interface),
@@ -146,16 +147,16 @@ class CoreResponder : public Responder {
 
   std::unique_ptr<Query> browse(const std::string& type, const std::string& domain,
                                 BrowseListener& listener) override {
-    return ask<BrowseQuery>(mServer, type, domain, listener);
+    return ask<CoreBrowseQuery>(mServer, type, domain, listener);
   }
 
   std::unique_ptr<Query> browseDomains(DomainListener& listener) override {
-    return ask<DomainQuery>(mServer, listener);
+    return ask<CoreDomainQuery>(mServer, listener);
   }
 
   std::unique_ptr<Query> resolve(const ServiceName& service, const Question& question,
                                  ResolveCallback callback) override {
-    return ask<ResolveQuery>(mServer, service, question, std::move(callback));
+    return ask<CoreResolveQuery>(mServer, service, question, std::move(callback));
   }
 
   std::string defaultDomain() const override { return avahi_server_get_domain_name(mServer); }

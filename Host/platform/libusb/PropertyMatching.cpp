@@ -11,7 +11,7 @@ std::uint64_t asUnsigned(const PropertyNumber& number) {
                                       : value & ((std::uint64_t{1} << (8 * number.width)) - 1);
 }
 
-bool isWanted(const PropertyValue& wanted, const PropertyValue& own) {
+bool isWantedValue(const PropertyValue& wanted, const PropertyValue& own) {
   const auto* const wantedNumber = std::get_if<PropertyNumber>(&wanted);
   const auto* const ownNumber = std::get_if<PropertyNumber>(&own);
   if (wantedNumber != nullptr && ownNumber != nullptr) {
@@ -32,7 +32,7 @@ bool isMatching(const MatchingDictionary& matching, const PropertyDictionary& pr
     const Text* const name = std::get_if<Text>(&key);
     if (name == nullptr) return false;
     const std::optional<PropertyValue> own = findProperty(properties, name->utf8());
-    if (!own || !isWanted(wanted, *own)) return false;
+    if (!own || !isWantedValue(wanted, *own)) return false;
   }
   return true;
 }

@@ -19,8 +19,8 @@ constexpr std::size_t kMaxNameBytes = 127;
 constexpr std::size_t kMaxHubs = 7;
 
 // Where the device is plugged in: the port on each hub on the way; none for a root hub itself.
-struct Place {
-  explicit Place(libusb_device* device) : bus(libusb_get_bus_number(device)) {
+struct DevicePlace {
+  explicit DevicePlace(libusb_device* device) : bus(libusb_get_bus_number(device)) {
     std::array<std::uint8_t, kMaxHubs> numbers{};
     const int count = libusb_get_port_numbers(device, numbers.data(), kMaxHubs);
     if (count > 0) ports.assign(numbers.begin(), numbers.begin() + count);
@@ -185,7 +185,7 @@ bool hasChanged(const UsbDeviceDescription& description) {
 
 UsbDeviceDescription describeUsbDevice(libusb_device* device,
                                        const std::filesystem::path& devices) {
-  const Place place(device);
+  const DevicePlace place(device);
   const std::filesystem::path directory = devices / place.sysfsName();
   libusb_device_descriptor descriptor{};
   libusb_get_device_descriptor(device, &descriptor);
