@@ -122,7 +122,7 @@ TEST_F(FwupdatectlOnUsb, IsUpdatedBySerialNumberAmongOthersOfItsName) {
   UsbPrinterProcess second({"--serial", "VP000002", "--burn-seconds", "0.2"});
   awaitPrinter("VP000001");
   awaitPrinter("VP000002");
-  const Outcome unclear = tool("update --wait 0.5 'Veltra KX350T'");
+  const Outcome unclear = tool("update --wait 3 'Veltra KX350T'");
   EXPECT_EQ(unclear.status, 3);
   EXPECT_EQ(unclear.errors,
             "fwupdatectl: There are several printers named \"Veltra KX350T\". Name one by "
@@ -371,7 +371,7 @@ TEST_F(FwupdatectlOnUsb, OnesThatCannotBeToldApartGetNothing) {
   EXPECT_EQ(bySerial.status, 3);
   EXPECT_EQ(bySerial.errors,
             "fwupdatectl: There are several printers with the serial number VP000001" + advice);
-  const Outcome all = tool("update --all --wait 0.2");
+  const Outcome all = tool("update --all --wait 3");
   EXPECT_EQ(all.status, 1);
   EXPECT_EQ(all.output, "");
   EXPECT_EQ(all.errors, kLabel +
