@@ -6,7 +6,7 @@ cmake_dependent_option(FWUPDATE_TOOLS "Build the virtual printer and what drives
   "NOT FWUPDATE_TESTS" ON)
 option(FWUPDATE_MERGE_FILES "Compile several files of a test or tool at a time" OFF)
 option(FWUPDATE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
-option(FWUPDATE_COVERAGE "Count which lines and branches of Host run" OFF)
+option(FWUPDATE_COVERAGE "Count which lines and branches of Host run (clang only)" OFF)
 option(FWUPDATE_LIBFUZZER "Build the fuzzers of tests/fuzz with libFuzzer (clang only)" OFF)
 
 # Every target of the project links fw_options, directly or through another.
@@ -50,5 +50,5 @@ if(FWUPDATE_LIBFUZZER)
 endif()
 
 if(FWUPDATE_COVERAGE)
-  target_link_options(fw_options INTERFACE --coverage)
+  target_link_options(fw_options INTERFACE -fprofile-instr-generate)
 endif()
