@@ -2,10 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <sstream>
+#include <system_error>
 
 #include "platform/Platform.h"
 #include "platform/SystemLog.h"
@@ -64,4 +66,12 @@ void expectAbort(
 std::size_t openDescriptors() {
   const std::filesystem::directory_iterator all("/proc/self/fd");
   return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+std::size_t openPipes() {
+  std::error_code error;
+  const std::filesystem::directory_iterator all("/proc/self/fd");
+  return static_cast<std::size_t>(std::count_if(begin(all), end(all), [&](const auto& each) {
+    return std::filesystem::read_symlink(each.path(), error).string().starts_with("pipe:");
+  }));
 }

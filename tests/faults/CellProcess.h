@@ -18,3 +18,6 @@ void expectAbort(
     const std::function<Lines(const Lines&)>& seen);
 
 std::size_t openDescriptors();
+
+// What keeps the computer awake is a pipe that a program holds.
+std::size_t openPipes();

@@ -43,15 +43,6 @@ constexpr char kLock[] =
     "lock sleep:shutdown:handle-lid-switch | fwupdate | A printer is getting new firmware. | block";
 constexpr char kUnlock[] = "unlock sleep:shutdown:handle-lid-switch";
 
-// What keeps the computer awake is a pipe that a program holds.
-std::size_t openPipes() {
-  std::error_code error;
-  const std::filesystem::directory_iterator all("/proc/self/fd");
-  return static_cast<std::size_t>(std::count_if(begin(all), end(all), [&](const auto& each) {
-    return std::filesystem::read_symlink(each.path(), error).string().starts_with("pipe:");
-  }));
-}
-
 // The bus, who stands on it, and how each fails.
 class Services {
  public:

@@ -8,12 +8,15 @@
 
 #include "Application.h"
 #include "BusPrinter.h"
+#include "BusServices.h"
 #include "CellProcess.h"
 #include "DownloadFixture.h"
+#include "PrivateBus.h"
 #include "TemporaryDirectory.h"
 #include "WatchedMemory.h"
 #include "platform/Platform.h"
 #include "platform/SystemLog.h"
+#include "platform/dbus/PowerLock.h"
 
 namespace {
 
@@ -44,7 +47,7 @@ class UpdateWithoutMemory {
   std::string run() {
     const std::size_t descriptors = openDescriptors();
     {
-      Application application(mResources.path().string());
+      Application application(mResources.path().string(), nullptr, parts());
       const int status = application.run([&] { update(application); });
       if (status != 0) mEnd = "ends with status " + std::to_string(status);
       if (mHasFailed) expectError(application.log());
@@ -57,6 +60,15 @@ class UpdateWithoutMemory {
   }
 
  private:
+  static ApplicationParts parts() {
+    ApplicationParts parts;
+    parts.powerLock = [](platform::RunLoop& runLoop) {
+      return platform::makePowerLock(runLoop, {"fwupdate", "A printer is getting new firmware."},
+                                     {});
+    };
+    return parts;
+  }
+
   // What failed has an entry, unless it did no harm.
   void expectError(const std::vector<std::string>& log) const {
     if (mEnd == "ends with status 1") {
@@ -82,7 +94,9 @@ class UpdateWithoutMemory {
     {
       const FailingAllocation failing(mAllocation);
       const Noted noted(failing, mHasFailed);
+      const std::size_t pipes = openPipes();
       application.download();
+      waitUntilAwake(application, failing, pipes);
       printer.serveAll();
     }
     const std::string outcome = application.outcome();
@@ -100,6 +114,17 @@ class UpdateWithoutMemory {
     printer.unplug();
     printer.plugIn(fakePrinter());
     updateWell(application, printer, 2);
+  }
+
+  // The update stands still until the computer is kept awake, or memory was short.
+  static void waitUntilAwake(Application& application, const FailingAllocation& failing,
+                             std::size_t pipesBefore) {
+    const AllocationsMayFail inTheProgram(true);
+    const auto isOver = [&] {
+      const AllocationsMayFail inTheTest(false);
+      return failing.hasFailed() || openPipes() > pipesBefore;
+    };
+    EXPECT_TRUE(application.waitUntil(isOver));
   }
 
   // Whether the allocation was reached, also where its failure ends the program.
@@ -144,12 +169,16 @@ class UpdateWithoutMemory {
 // It goes well all the same, ends as failed, does not begin, or ends the program with status 1. It
 // never leaves a download behind that nobody goes on with.
 TEST(FaultsOfMemory, EachAllocationOfAnUpdate) {
+  setenv("DBUS_SESSION_BUS_ADDRESS", "none", 1);
+  const PrivateBus bus(PrivateBus::Kind::System);
+  BusServices services(PrivateBus::Kind::System, {"login1"});
   std::map<std::string, std::size_t> ends;
   for (std::size_t i = 0;; ++i) {
     SCOPED_TRACE("allocation " + std::to_string(i));
     const std::string end = UpdateWithoutMemory(i).run();
     if (end.empty()) break;
     ++ends[end];
+    while (services.hasNews()) services.news();
   }
   EXPECT_THAT(ends,
               testing::UnorderedElementsAre(testing::Pair("updated", testing::Gt(20)),

@@ -1,5 +1,6 @@
 #include "platform/dbus/BusConnection.h"
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -39,36 +40,50 @@ BusConnection::~BusConnection() {
   dbus_connection_unref(mConnection);
 }
 
+// What the library calls throws nothing through it: it has words of its own for want of memory.
 bool BusConnection::open() {
   const std::string address = addressOf(mBus);
   if (!isOfThisMachine(address)) return false;
   mConnection = dbus_connection_open_private(address.c_str(), nullptr);
   if (mConnection == nullptr) return false;
-  dbus_connection_set_watch_functions(
+  const bool isWatched = dbus_connection_set_watch_functions(
       mConnection,
       [](DBusWatch* watch, void* self) -> dbus_bool_t {
-        RunLoop& runLoop = static_cast<BusConnection*>(self)->mRunLoop;
-        dbus_watch_set_data(watch, new Watch(runLoop, watch),
-                            [](void* data) { delete static_cast<Watch*>(data); });
-        return TRUE;
+        try {
+          RunLoop& runLoop = static_cast<BusConnection*>(self)->mRunLoop;
+          dbus_watch_set_data(watch, new Watch(runLoop, watch),
+                              [](void* data) { delete static_cast<Watch*>(data); });
+          return TRUE;
+        } catch (const std::bad_alloc&) {
+          return FALSE;
+        }
       },
       [](DBusWatch* watch, void*) { dbus_watch_set_data(watch, nullptr, nullptr); },
       [](DBusWatch* watch, void*) {
         static_cast<Watch*>(dbus_watch_get_data(watch))->update(watch);
       },
       this, nullptr);
+  if (!isWatched) return false;
   dbus_connection_set_dispatch_status_function(
       mConnection,
       [](DBusConnection*, DBusDispatchStatus status, void* data) {
         auto& self = *static_cast<BusConnection*>(data);
         if (status != DBUS_DISPATCH_DATA_REMAINS || std::exchange(self.mDispatching, true)) return;
-        self.mDeferred.post([&self] { self.dispatch(); });
+        try {
+          self.mDeferred.post([&self] { self.dispatch(); });
+        } catch (const std::bad_alloc&) {
+          self.mDispatching = false;
+        }
       },
       this, nullptr);
   dbus_connection_add_filter(
       mConnection,
       [](DBusConnection*, DBusMessage* message, void* self) {
-        return static_cast<BusConnection*>(self)->received(message);
+        try {
+          return static_cast<BusConnection*>(self)->received(message);
+        } catch (const std::bad_alloc&) {
+          return DBUS_HANDLER_RESULT_NEED_MEMORY;
+        }
       },
       this, nullptr);
   greet();

@@ -1,5 +1,6 @@
 #include "platform/dbus/PowerLock.h"
 
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -16,11 +17,16 @@ class PowerLock final : public DownloadObserver {
         mReport(std::move(report)),
         mIdle(runLoop, mTexts) {}
 
+  // Where there is no memory for it, the download goes on without.
   void downloadBegan(const Text&, const Text&) noexcept override {
-    mSleep.emplace(mRunLoop, mTexts, [this](const std::string& entry) {
-      if (const auto report = std::exchange(mReport, nullptr)) report(entry);
-    });
-    mIdle.begin();
+    try {
+      mSleep.emplace(mRunLoop, mTexts, [this](const std::string& entry) {
+        if (const auto report = std::exchange(mReport, nullptr)) report(entry);
+      });
+      mIdle.begin();
+    } catch (const std::bad_alloc&) {
+      downloadEnded(DownloadOutcome::Failed);
+    }
   }
 
   void downloadEnded(DownloadOutcome) noexcept override {
