@@ -373,7 +373,7 @@ void writeFaultMatrix(std::ostream& out) {
   out << R"(
 ## The computer: no memory
 
-Each allocation that an update over USB makes fails once, some 300 one after the other. Some do no harm
+Each allocation that an update over USB makes fails once, some 400 one after the other. Some do no harm
 and the update goes well; most end it as failed; before it has begun, it does not begin ("Failed to
 download firmware"); and between two steps the program ends with status 1 ("Allocation error
 occurred"). Each has its entry in the log, and a good update follows, by the same program, or by the next
