@@ -104,7 +104,8 @@ TEST_F(FwupdatectlDiscovered, OneThatReturnsAtAnotherAddressIsFollowed) {
   ToolProcess updating(FWUPDATECTL, "update --yes --wait 20 --verify --verify-wait 30 Office");
   office.waitFor("closed");
   // A printer that is back before its announcement has ended keeps its old address.
-  while (!tool("list --wait 0.5").output.empty()) continue;
+  while (!tool("list --wait 0.5").output.empty()) {
+  }
   const PeerProcess moved(
       VIRTUAL_PRINTER,
       {"--announce", "in-process", "--name", "Office", "--fwver", "00000200", "--quiet"},
