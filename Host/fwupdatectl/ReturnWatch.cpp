@@ -1,6 +1,6 @@
 #include "ReturnWatch.h"
 
-#include <system_error>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -17,16 +17,21 @@ ReturnWatch::ReturnWatch(platform::RunLoop& runLoop, Target printer, unsigned in
       mVersion(version),
       mLocate(std::move(locate)),
       mEnded(std::move(ended)),
-      mNext(runLoop.startTimer(kBetweenQuestions, false, [this] { ask(); })),
-      mEnd(runLoop.startTimer(patience, false, [this] { end(); })) {}
+      mEnd(runLoop.startTimer(patience, false, [this] { end(); })) {
+  askLater();
+}
+
+void ReturnWatch::askLater() {
+  mNext = mRunLoop.startTimer(kBetweenQuestions, false, [this] { ask(); });
+}
 
 void ReturnWatch::ask() {
   try {
     mQuery = std::make_unique<VersionQuery>(
         mRunLoop, mLocate(mPrinter), kPatience,
         [this](const VersionQuery::Answer& answer) { answered(answer); });
-  } catch (const std::system_error&) {
-    answered({});
+  } catch (const std::runtime_error&) {
+    askLater();  // it is this computer that cannot: nobody knows whether the printer is there
   }
 }
 
@@ -37,7 +42,7 @@ void ReturnWatch::answered(const VersionQuery::Answer& answer) {
     return;
   }
   if (!answer.version && !answer.isInUse) mWasAway = true;
-  mNext = mRunLoop.startTimer(kBetweenQuestions, false, [this] { ask(); });
+  askLater();
 }
 
 void ReturnWatch::end() {

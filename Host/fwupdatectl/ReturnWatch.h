@@ -15,6 +15,7 @@
 
 class ReturnWatch {
  public:
+  // May throw a std::runtime_error: the question is put off.
   using Locate = std::function<Target(const Target& printer)>;
 
   // None when the printer did not come back.
@@ -26,6 +27,7 @@ class ReturnWatch {
               std::chrono::milliseconds patience, Ended ended);
 
  private:
+  void askLater();
   void ask();
   void answered(const VersionQuery::Answer& answer);
   void end();

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -42,6 +43,7 @@ class ReturnWatchTest : public testing::Test {
     mWatch.emplace(
         mLoop, printerThatRuns(". " + mScript), 200,
         [this](const Target& printer) {
+          if (!mCanAsk) throw std::runtime_error("no process can be started");
           mAsked.push_back(printer.address);
           return mLocated ? *mLocated : printer;
         },
@@ -68,6 +70,7 @@ class ReturnWatchTest : public testing::Test {
   std::size_t mQuestions = 0;
   FakeRunLoop mLoop;
   std::vector<std::string> mAsked;
+  bool mCanAsk = true;
   std::optional<Target> mLocated;
   int mEnded = 0;
   std::optional<unsigned int> mVersion;
@@ -149,6 +152,17 @@ TEST_F(ReturnWatchTest, PrinterIsLookedForBeforeEachQuestion) {
   EXPECT_EQ(mEnded, 1);
   EXPECT_EQ(mVersion, 200u);
   EXPECT_THAT(mAsked, ElementsAre("10.0.0.1:9100", "10.0.0.1:9100"));
+}
+
+TEST_F(ReturnWatchTest, QuestionThatCouldNotBeAskedSaysNothingOfThePrinter) {
+  start({kOld, kNew});
+  mCanAsk = false;
+  mLoop.advance(5000ms);
+  mCanAsk = true;
+  askOnce();
+  EXPECT_EQ(mEnded, 0);
+  askOnce();
+  EXPECT_EQ(mVersion, 200u);
 }
 
 // Nobody knows whether it has restarted meanwhile.
