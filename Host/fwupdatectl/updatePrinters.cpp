@@ -11,6 +11,7 @@
 
 #include "Failures.h"
 #include "PrinterDirectory.h"
+#include "PrinterLocator.h"
 #include "Reports.h"
 #include "SearchTime.h"
 #include "Signals.h"
@@ -220,32 +221,18 @@ class Counting final : public UpdateReport {
   UpdateTally mTally;
 };
 
-bool isAnnounced(const Target& printer) {
-  return printer.connection == Target::Connection::Network && printer.name != printer.address;
-}
-
-// Where a printer is by now, as far as one alone is announced by its name.
-Target located(const Target& printer, const PrinterDirectory* directory) {
-  if (directory == nullptr || !isAnnounced(printer)) return printer;
-  Printers same = named(directory->printers(), printer.name);
-  std::erase_if(same, [](const Target& each) { return !isAnnounced(each); });
-  return same.size() == 1 ? same.front() : printer;
-}
-
 int update(ToolHost& host, const Options& options, const Printers& printers) {
   Counting report(host, options, printers.size());
-  // Those that were found by their announcements may come back with another address.
-  std::unique_ptr<PrinterDirectory> directory;
-  if (options.verify && std::ranges::any_of(printers, isAnnounced)) {
-    directory =
-        std::make_unique<PrinterDirectory>(host, [](PrinterDirectory::Change, const Target&) {});
+  std::optional<PrinterLocator> locator;
+  if (options.verify && std::ranges::any_of(printers, PrinterLocator::isAnnounced)) {
+    locator.emplace(host);
   }
   UpdateRun::Settings settings{.jobs = std::min(options.jobs, allowManyOpenFiles())};
   if (printers.size() > 1) settings.images = sealFirmware();
   if (options.timeout.count() > 0) settings.timeout = options.timeout;
   if (options.verify) settings.returnWait = options.returnWait;
-  settings.locate = [&directory](const Target& printer) {
-    return located(printer, directory.get());
+  settings.locate = [&locator](const Target& printer) {
+    return locator ? locator->locate(printer) : printer;
   };
   UpdateRun run(host.runLoop(), report, printers, std::move(settings));
   const Signals signals(host.runLoop(), [&] {

@@ -97,22 +97,42 @@ TEST_F(FwupdatectlDiscovered, AreUpdatedByName) {
   EXPECT_TRUE(attic.entries("connected").empty());
 }
 
-TEST_F(FwupdatectlDiscovered, OneThatReturnsAtAnotherAddressIsFollowed) {
-  std::vector<std::string> away = announced("Office");
-  away.insert(away.end(), {"--return-seconds", "1000"});
-  VirtualPrinterProcess office(away);
-  ToolProcess updating(FWUPDATECTL, "update --yes --wait 20 --verify --verify-wait 30 Office");
-  office.waitFor("closed");
-  // A printer that is back before its announcement has ended keeps its old address.
+// A printer that restarts, and comes back at another address.
+class FwupdatectlFollows : public FwupdatectlDiscovered {
+ protected:
+  static std::vector<std::string> office(const std::string& announcer) {
+    std::vector<std::string> options = announced("Office");
+    options.insert(options.end(), {"--announce", announcer, "--return-seconds", "1000"});
+    return options;
+  }
+
+  void moveAway() {
+    const PeerProcess moved(
+        VIRTUAL_PRINTER,
+        {"--announce", "in-process", "--name", "Office", "--fwver", "00000200", "--quiet"},
+        PeerProcess::Machine::Peer);
+    mUpdating.readUntil("status 0");
+    EXPECT_THAT(mUpdating.lines(),
+                testing::Contains(testing::MatchesRegex(
+                    "Office \\([0-9.:]+\\): now runs version 200 \\(was 100\\)")));
+  }
+
+  ToolProcess mUpdating{FWUPDATECTL, "update --yes --wait 20 --verify --verify-wait 60 Office"};
+};
+
+TEST_F(FwupdatectlFollows, OneWhoseAnnouncementHasEnded) {
+  VirtualPrinterProcess printer(office("daemon"));
+  printer.waitFor("closed");
   while (!tool("list --wait 0.5").output.empty()) {
   }
-  const PeerProcess moved(
-      VIRTUAL_PRINTER,
-      {"--announce", "in-process", "--name", "Office", "--fwver", "00000200", "--quiet"},
-      PeerProcess::Machine::Peer);
-  updating.readUntil("status 0");
-  EXPECT_THAT(updating.lines(), testing::Contains(testing::MatchesRegex(
-                                    "Office \\([0-9.:]+\\): now runs version 200 \\(was 100\\)")));
+  moveAway();
+}
+
+TEST_F(FwupdatectlFollows, OneThatIsBackBeforeItsAnnouncementHasEnded) {
+  VirtualPrinterProcess printer(office("in-process"));
+  printer.waitFor("closed");
+  printer.signal(SIGKILL);
+  moveAway();
 }
 
 TEST_F(FwupdatectlDiscovered, AreAllUpdated) {
