@@ -117,6 +117,8 @@ class FwupdatectlFollows : public FwupdatectlDiscovered {
                     "Office \\([0-9.:]+\\): now runs version 200 \\(was 100\\)")));
   }
 
+  // Another one, which is not where that one is.
+  VirtualPrinterProcess mAttic{announced("Attic")};
   ToolProcess mUpdating{FWUPDATECTL, "update --yes --wait 20 --verify --verify-wait 60 Office"};
 };
 
