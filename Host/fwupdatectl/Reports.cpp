@@ -43,7 +43,8 @@ std::string phaseOf(const ordered_json& event) {
 
 std::string labelOf(const Target& printer) {
   const std::string& place = printer.serial.empty() ? printer.address : printer.serial;
-  return legibleText(place.empty() ? printer.name : printer.name + " (" + place + ")");
+  const bool isNamedByIt = place.empty() || place == printer.name;
+  return legibleText(isNamedByIt ? printer.name : printer.name + " (" + place + ")");
 }
 
 std::string sentenceOf(const Target& printer, const UpdateResult& result) {

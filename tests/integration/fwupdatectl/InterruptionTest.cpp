@@ -9,7 +9,7 @@
 
 namespace {
 
-std::string labelOf(const std::string& address) { return address + " (" + address + "): "; }
+std::string labelOf(const std::string& address) { return address + ": "; }
 
 TEST(FwupdatectlInterruption, KilledToolLeavesNothingBehindThatHasSentNothing) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});

@@ -16,7 +16,7 @@ namespace {
 
 class FwupdatectlLock : public testing::Test {
  protected:
-  std::string label() const { return mAddress + " (" + mAddress + "): "; }
+  std::string label() const { return mAddress + ": "; }
 
   Outcome update(const std::string& arguments = {}) const {
     return runInShell("'" FWUPDATECTL "' update --yes --quiet " + arguments + " --address " +

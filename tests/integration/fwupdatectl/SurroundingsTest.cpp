@@ -103,7 +103,7 @@ TEST_F(FwupdatectlSurroundings, AddressWithoutARouteCannotBeReached) {
   EXPECT_EQ(faultsOf(outcome.output), "");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(update("--yes --quiet --address 203.0.113.7").errors,
-            "203.0.113.7:9100 (203.0.113.7:9100): failed: " + cause + " " + nextStep + "\n");
+            "203.0.113.7:9100: failed: " + cause + " " + nextStep + "\n");
 }
 
 TEST_F(FwupdatectlSurroundings, ListThatCannotBeWrittenIsAFailure) {

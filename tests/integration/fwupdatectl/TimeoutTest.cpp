@@ -19,7 +19,7 @@ std::string errorOf(const std::vector<std::string>& options) {
   const Outcome outcome = runInShell("'" FWUPDATECTL "' update --yes --quiet --timeout 5.5 " +
                                      ("--address " + address + " </dev/null"));
   EXPECT_EQ(outcome.status, 1);
-  const std::string label = address + " (" + address + "): failed: ";
+  const std::string label = address + ": failed: ";
   EXPECT_THAT(outcome.errors, testing::StartsWith(label));
   return outcome.errors.substr(std::min(label.size(), outcome.errors.size()));
 }
@@ -45,13 +45,13 @@ TEST(FwupdatectlTimeout, StoppedProcessIsEnded) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});
   const std::string address = addressOf(printer);
   ToolProcess tool(FWUPDATECTL, "update --yes --timeout 10 --address " + address);
-  tool.readUntil(address + " (" + address + "): asking for its version");
+  tool.readUntil(address + ": asking for its version");
   ASSERT_EQ(runInShell("kill -STOP $(cat /proc/" + std::to_string(tool.pid()) + "/task/" +
                        std::to_string(tool.pid()) + "/children)")
                 .status,
             0);
-  tool.readUntil(address + " (" + address +
-                 "): failed: The printer did not answer within 10 s. Check that the printer "
+  tool.readUntil(address +
+                 ": failed: The printer did not answer within 10 s. Check that the printer "
                  "is switched on, connected and not printing, then try again.");
   tool.readUntil("status 1");
 }

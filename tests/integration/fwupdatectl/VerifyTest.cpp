@@ -26,7 +26,7 @@ class FwupdatectlVerify : public testing::Test {
                       mAddress + " </dev/null");
   }
 
-  std::string label() const { return mAddress + " (" + mAddress + "): "; }
+  std::string label() const { return mAddress + ": "; }
 
   std::optional<VirtualPrinterProcess> mPrinter;
   std::string mAddress;
@@ -85,7 +85,7 @@ TEST_F(FwupdatectlVerify, SecondSignalEndsTheWaiting) {
                                     " --address 127.0.0.1:9");
   tool.readUntil(label() + "waiting until it is back");
   tool.signal(SIGTERM);
-  tool.readUntil("127.0.0.1:9 (127.0.0.1:9): not started");
+  tool.readUntil("127.0.0.1:9: not started");
   tool.signal(SIGTERM);
   tool.readUntil(label() + "failed: Interrupted before the printer was back.");
   tool.readUntil("status 130");

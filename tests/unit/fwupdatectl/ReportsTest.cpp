@@ -40,6 +40,15 @@ TEST(ReportsTest, QuietReportHasNoSummary) {
 
 const Target kPrinter{Target::Connection::Usb, "KX350T", "VT-0042", ""};
 
+TEST(ReportsTest, LabelTellsPrintersOfOneNameApart) {
+  EXPECT_EQ(labelOf(kPrinter), "KX350T (VT-0042)");
+  EXPECT_EQ(labelOf({Target::Connection::Network, "Office", "", "10.0.0.5:9100"}),
+            "Office (10.0.0.5:9100)");
+  EXPECT_EQ(labelOf({Target::Connection::Network, "10.0.0.5:9100", "", "10.0.0.5:9100"}),
+            "10.0.0.5:9100");
+  EXPECT_EQ(labelOf({Target::Connection::Usb, "KX350T", "", ""}), "KX350T");
+}
+
 // Without the time, which is another one each time.
 std::vector<std::string> jsonOf(const std::function<void(UpdateReport&)>& happens) {
   std::stringstream out;
