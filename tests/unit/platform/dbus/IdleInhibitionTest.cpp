@@ -9,6 +9,21 @@ class IdleInhibitionTest : public BusTest {
  protected:
   void offerDesktop(Lines names) { offer(PrivateBus::Kind::Session, std::move(names)); }
 
+  void expectTheScreenSaverInstead() {
+    EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+    inhibition->end();
+    EXPECT_EQ(news(), "screensaver released 4711");
+  }
+
+  void expectNothingToGiveBack() {
+    EXPECT_EQ(news(), "screensaver fwupdate | Why.");
+    ASSERT_TRUE(runLoop.runUntil([&] {
+      inhibition->end();
+      return runLoop.enabledWatches() == 0;
+    }));
+    EXPECT_EQ(news(), "left without giving back");
+  }
+
   std::optional<platform::IdleInhibition> inhibition{std::in_place, runLoop,
                                                      platform::PowerLockTexts{"fwupdate", "Why."}};
 };
@@ -24,76 +39,54 @@ TEST_F(IdleInhibitionTest, ThePortalIsAskedFirst) {
 TEST_F(IdleInhibitionTest, WithoutPortalTheScreenSaverIsAsked) {
   offerDesktop({"screensaver"});
   inhibition->begin();
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  inhibition->end();
-  EXPECT_EQ(news(), "screensaver released 4711");
+  expectTheScreenSaverInstead();
 }
 
 TEST_F(IdleInhibitionTest, APortalThatRefusesLeavesItToTheScreenSaver) {
   offerDesktop({"portal=refuses", "screensaver"});
   inhibition->begin();
   EXPECT_EQ(news(), "refused 12 | reason | Why.");
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  inhibition->end();
-  EXPECT_EQ(news(), "screensaver released 4711");
+  expectTheScreenSaverInstead();
 }
 
 TEST_F(IdleInhibitionTest, APortalWhoseDesktopDoesNotLeavesItToTheScreenSaver) {
   offerDesktop({"portal=cancels", "screensaver"});
   inhibition->begin();
   EXPECT_EQ(news(), "portal 12 | reason | Why.");
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  inhibition->end();
-  EXPECT_EQ(news(), "screensaver released 4711");
+  expectTheScreenSaverInstead();
 }
 
 TEST_F(IdleInhibitionTest, APortalThatCannotBeUnderstoodLeavesItToTheScreenSaver) {
   offerDesktop({"portal=confused", "screensaver"});
   inhibition->begin();
   EXPECT_EQ(news(), "portal 12 | reason | Why.");
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  inhibition->end();
-  EXPECT_EQ(news(), "screensaver released 4711");
+  expectTheScreenSaverInstead();
 }
 
 TEST_F(IdleInhibitionTest, APortalThatDoesNotSayWhatItGaveLeavesItToTheScreenSaver) {
   offerDesktop({"portal=stammers", "screensaver"});
   inhibition->begin();
   EXPECT_EQ(news(), "portal 12 | reason | Why.");
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  inhibition->end();
-  EXPECT_EQ(news(), "screensaver released 4711");
+  expectTheScreenSaverInstead();
 }
 
 TEST_F(IdleInhibitionTest, ACookieThatCannotBeUnderstoodIsNotGivenBack) {
   offerDesktop({"screensaver=confused"});
   inhibition->begin();
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  ASSERT_TRUE(runLoop.runUntil([&] {
-    inhibition->end();
-    return runLoop.enabledWatches() == 0;
-  }));
-  EXPECT_EQ(news(), "left without giving back");
+  expectNothingToGiveBack();
 }
 
 TEST_F(IdleInhibitionTest, ARequestThatComesWithAnErrorLeavesItToTheScreenSaver) {
   offerDesktop({"portal=fails", "screensaver"});
   inhibition->begin();
   EXPECT_EQ(news(), "portal 12 | reason | Why.");
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  inhibition->end();
-  EXPECT_EQ(news(), "screensaver released 4711");
+  expectTheScreenSaverInstead();
 }
 
 TEST_F(IdleInhibitionTest, ACookieThatComesWithAnErrorIsNotGivenBack) {
   offerDesktop({"screensaver=fails"});
   inhibition->begin();
-  EXPECT_EQ(news(), "screensaver fwupdate | Why.");
-  ASSERT_TRUE(runLoop.runUntil([&] {
-    inhibition->end();
-    return runLoop.enabledWatches() == 0;
-  }));
-  EXPECT_EQ(news(), "left without giving back");
+  expectNothingToGiveBack();
 }
 
 TEST_F(IdleInhibitionTest, WhatIsGivenAfterTheEndIsGivenBack) {
