@@ -1,7 +1,14 @@
+#include <cstddef>
 #include <filesystem>
+#include <new>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "BusTest.h"
 #include "TemporaryDirectory.h"
+#include "WatchedMemory.h"
 #include "platform/dbus/BusConnection.h"
 
 namespace {
@@ -28,8 +35,38 @@ class BusConnectionTest : public BusTest, protected BusConnection::Listener {
     return owner;
   }
 
+  static BusMessage question() {
+    return platform::newMethodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "GetId");
+  }
+
+  bool isAnswered(BusConnection& connection) {
+    bool isAnswered = false;
+    connection.call(question(), [&](DBusMessage*) { isAnswered = true; });
+    return runLoop.runUntil([&] { return isAnswered; });
+  }
+
+  // Opens it while that allocation of the program's own fails; none where that happened, and said
+  // so.
+  std::optional<bool> opensWithout(std::size_t allocation, BusConnection& connection) {
+    const FailingAllocation failing(allocation);
+    try {
+      const bool isOpen = connection.open();
+      mHasFailed = failing.hasFailed();
+      return isOpen;
+    } catch (const std::bad_alloc&) {
+      return std::nullopt;
+    }
+  }
+
+  bool mHasFailed = true;
+  std::vector<std::string> mSignals;
+  bool mIsMemoryForSignals = true;
+
  private:
-  void signalled(DBusMessage*) override {}
+  void signalled(DBusMessage* signal) override {
+    mSignals.emplace_back(dbus_message_get_member(signal));
+    if (!std::exchange(mIsMemoryForSignals, true)) throw std::bad_alloc();
+  }
   void closed() override {}
 };
 
@@ -60,11 +97,7 @@ TEST_F(BusConnectionTest, WithoutAnAddressTheSessionIsTheOneOfTheRuntimeDirector
 TEST_F(BusConnectionTest, ConnectionWithNothingToSendWaitsForMessagesAlone) {
   BusConnection connection(runLoop, Bus::System, *this);
   ASSERT_TRUE(connection.open());
-  bool isGreeted = false;
-  connection.call(
-      platform::newMethodCall(DBUS_SERVICE_DBUS, DBUS_PATH_DBUS, DBUS_INTERFACE_DBUS, "GetId"),
-      [&](DBusMessage*) { isGreeted = true; });
-  ASSERT_TRUE(runLoop.runUntil([&] { return isGreeted; }));
+  ASSERT_TRUE(isAnswered(connection));
   EXPECT_EQ(runLoop.enabledWatches(), 1U);
 }
 
@@ -78,6 +111,37 @@ TEST_F(BusConnectionTest, StartsNoProcessAndAsksNoNetworkForABus) {
     EXPECT_FALSE(opens(Bus::Session)) << address;
   }
   EXPECT_FALSE(std::filesystem::exists(started));
+}
+
+// One that looks open, and on which nobody hears anything, would keep whoever asks waiting.
+TEST_F(BusConnectionTest, WithoutMemoryItIsOpenOrSaysThatItIsNot) {
+  std::size_t refused = 0;
+  for (std::size_t allocation = 0; mHasFailed; ++allocation) {
+    SCOPED_TRACE("allocation " + std::to_string(allocation));
+    BusConnection connection(runLoop, Bus::System, *this);
+    const auto isOpen = opensWithout(allocation, connection);
+    if (isOpen == true) {
+      ASSERT_TRUE(isAnswered(connection));
+    } else if (isOpen == false) {
+      ++refused;
+    }
+  }
+  EXPECT_GT(refused, 0u);
+}
+
+TEST_F(BusConnectionTest, ReplyThatThereIsNoMemoryForIsLostAlone) {
+  BusConnection connection(runLoop, Bus::System, *this);
+  ASSERT_TRUE(connection.open());
+  connection.call(question(), [](DBusMessage*) { throw std::bad_alloc(); });
+  EXPECT_TRUE(isAnswered(connection));
+}
+
+TEST_F(BusConnectionTest, SignalThatThereIsNoMemoryForComesAgain) {
+  mIsMemoryForSignals = false;
+  BusConnection connection(runLoop, Bus::System, *this);
+  ASSERT_TRUE(connection.open());
+  ASSERT_TRUE(isAnswered(connection));
+  EXPECT_THAT(mSignals, testing::ElementsAre("NameAcquired", "NameAcquired"));
 }
 
 }  // namespace
