@@ -3,9 +3,10 @@
 # and are a test each; so is a whole program with the sanitizers, where the start of a process is what
 # most cases would spend their time on (tests/results names the case that failed). Cases that have to be
 # ALONE, as those that end or start processes, are not put together. With SHORT, all other cases get the
-# prefix "long.", and those that match LONG are one test with that prefix: ./test has them with --all
-# only. A test that waits for other processes (a printer, a bus, a daemon, a window, an emulated machine)
-# while real time limits run has the label "waits": it may need another try (tests/results), and no other.
+# prefix "long.", with FURTHER those that match it, and those that match LONG are one test with that prefix:
+# ./test has them with --all only. A test that waits for other processes (a printer, a bus, a daemon, a
+# window, an emulated machine) while real time limits run has the label "waits": it may need another try
+# (tests/results), and no other.
 #
 # FW_ON_ITS_OWN_MACHINE starts a program where nobody else has a port, and so nobody else's lock of a
 # printer is in its way. It takes SKIP_RETURN_CODE 77.
@@ -44,7 +45,7 @@ endfunction()
 set(FW_ON_ITS_OWN_MACHINE ${PROJECT_SOURCE_DIR}/tools/private-network --no-bus --links 0 --)
 
 function(fw_add_test name)
-  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER;SHORT;LONG" ${ARGN})
+  cmake_parse_arguments(ARG "ALONE" "TIMEOUT;PREFIX" "SOURCES;LIBRARIES;LAUNCHER;PROPERTIES;TOGETHER;SHORT;FURTHER;LONG" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 60)
   endif()
@@ -71,6 +72,11 @@ function(fw_add_test name)
     fw_add_cases(${ARG_PREFIX}${suite} ${name} "*${suite}.*-${long}" TIMEOUT 600 ${ARG_PROPERTIES})
     string(APPEND others "*${suite}.*:")
   endforeach()
+  if(ARG_FURTHER)
+    list(JOIN ARG_FURTHER ":" further)
+    fw_discover_cases(${name} "long.${ARG_PREFIX}" "${further}" TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})
+    string(APPEND others "${further}:")
+  endif()
   if(ARG_SHORT)
     list(JOIN ARG_SHORT ":" short)
     fw_discover_cases(${name} "${ARG_PREFIX}" "${short}" TIMEOUT ${ARG_TIMEOUT} ${ARG_PROPERTIES})

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 class UpdateFromTheWindow : public DesktopTest {};
 
 TEST_F(UpdateFromTheWindow, ClicksFromTheListToTheFlash) {
-  const auto printer = startPrinter("Office");
+  const auto printer = startPrinter("Office", {"--burn-seconds", "5"});
   startProgram();
   cell("Office");
   keepPicture("1-list");
