@@ -279,6 +279,20 @@ bool ListControl::selectsCurrentRow(int key) {
   return true;
 }
 
+void ListControl::mousePressEvent(QMouseEvent* event) {
+  mWasPressedOnARow = indexAt(event->position().toPoint()).isValid();
+  QTreeView::mousePressEvent(event);
+}
+
+// A click that slips off its row is for the row all the same. So is a quick one in a window that
+// the window manager has to activate first: by then the mouse may be where it goes next.
+QItemSelectionModel::SelectionFlags ListControl::selectionCommand(const QModelIndex& index,
+                                                                  const QEvent* event) const {
+  const bool isLetGo = event != nullptr && event->type() == QEvent::MouseButtonRelease;
+  if (isLetGo && mWasPressedOnARow && !index.isValid()) return QItemSelectionModel::NoUpdate;
+  return QTreeView::selectionCommand(index, event);
+}
+
 void ListControl::mouseDoubleClickEvent(QMouseEvent* event) {
   QTreeView::mouseDoubleClickEvent(event);
   const bool onSelectedRow =

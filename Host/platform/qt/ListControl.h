@@ -75,7 +75,10 @@ class ListControl : public QTreeView {
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
   bool viewportEvent(QEvent* event) override;
 
  private:
@@ -110,6 +113,7 @@ class ListControl : public QTreeView {
   Selection mSelection;
   Observer mObserver;
   ItemId mKnownSelection = 0;
+  bool mWasPressedOnARow = false;
   std::vector<std::uint16_t> mWidths;
   QRect mBounds;
   QTimer mAdviceTimer{this};  // while there is no row and no advice

@@ -18,12 +18,28 @@ class QtList : public QtWindows {
   QtList() { showMain(); }
 
   void doubleClick(int row) {
-    const QPointF at = list().visualRect(list().model()->index(row, 0)).center();
+    const QPointF at = centreOf(row);
     const QPointF onScreen = list().viewport()->mapToGlobal(at);
     QMouseEvent click(QEvent::MouseButtonDblClick, at, onScreen, Qt::LeftButton, Qt::LeftButton,
                       Qt::NoModifier);
     QApplication::sendEvent(list().viewport(), &click);
     settle();
+  }
+
+  void sendToList(QEvent::Type type, const QPoint& at, Qt::MouseButtons buttons) {
+    QMouseEvent event(type, at, list().viewport()->mapToGlobal(at), Qt::LeftButton, buttons,
+                      Qt::NoModifier);
+    QApplication::sendEvent(list().viewport(), &event);
+  }
+
+  QPoint centreOf(int row) { return list().visualRect(list().model()->index(row, 0)).center(); }
+
+  QPoint belowTheRows() { return list().viewport()->rect().bottomLeft() + QPoint(9, -9); }
+
+  void drag(const QPoint& from, const QPoint& to) {
+    sendToList(QEvent::MouseButtonPress, from, Qt::LeftButton);
+    sendToList(QEvent::MouseMove, to, Qt::LeftButton);
+    sendToList(QEvent::MouseButtonRelease, to, Qt::NoButton);
   }
 
   // At the edge between the first two columns, `beside` it.
@@ -75,6 +91,33 @@ TEST_F(QtList, DoubleClickOnARowPressesTheDefaultButton) {
   fillList(2);
   doubleClick(0);
   EXPECT_THAT(mCommands, ElementsAre("Down"));
+}
+
+// By a hand that moves while it clicks.
+TEST_F(QtList, ClickThatSlipsOffItsRowSelectsIt) {
+  fillList(2);
+  drag(centreOf(1), belowTheRows());
+  EXPECT_EQ(list().selectedItem(), 2u);
+  drag(centreOf(1), belowTheRows());
+  EXPECT_EQ(list().selectedItem(), 2u);
+}
+
+TEST_F(QtList, ClickBesideTheRowsSelectsNone) {
+  fillList(2);
+  drag(belowTheRows(), belowTheRows());
+  EXPECT_EQ(list().selectedItem(), 0u);
+  drag(centreOf(1), belowTheRows());
+  EXPECT_EQ(list().selectedItem(), 2u);
+  drag(belowTheRows(), belowTheRows());
+  EXPECT_EQ(list().selectedItem(), 0u);
+}
+
+TEST_F(QtList, RowThatTheHandEndsOnIsSelected) {
+  fillList(2);
+  drag(centreOf(0), centreOf(1));
+  EXPECT_EQ(list().selectedItem(), 2u);
+  drag(belowTheRows(), centreOf(0));
+  EXPECT_EQ(list().selectedItem(), 1u);
 }
 
 TEST_F(QtList, RowPressesTheDefaultButtonAlsoAfterThatHadTheFocus) {
