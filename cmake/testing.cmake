@@ -51,7 +51,7 @@ function(fw_add_test name)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE
-    ${ARG_LIBRARIES} fw_options GTest::gmock_main fw_test_options)
+    ${ARG_LIBRARIES} fw_options fw_test_places GTest::gmock_main fw_test_options)
   target_precompile_headers(${name} REUSE_FROM fw_test_headers)
   if(ARG_LAUNCHER)
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${ARG_LAUNCHER}")

@@ -18,6 +18,7 @@
 
 #include "ChildProcess.h"
 #include "Crowd.h"
+#include "Places.h"
 #include "Plot.h"
 #include "PrivateNetwork.h"
 #include "ProcessState.h"
@@ -154,7 +155,7 @@ class CrowdBench {
     const std::filesystem::path log = mDirectory.path() / "log";
     bench::Screen screen;
     const auto began = Clock::now();
-    const desktop::ChildProcess program({FWUPDATE, "-e"}, log);
+    const desktop::ChildProcess program({builtProgram("fwupdate"), "-e"}, log);
     screen.waitForActiveWindow(program.pid());
     bench::WindowPing ping(screen.window());
     Lines lines(log);
@@ -236,7 +237,7 @@ void addTo(bench::Line& time, bench::Line& cost, const Setting& setting, const R
                          result.listed < setting.ours()});
 }
 
-void measure(CrowdBench& bench, const std::vector<unsigned>& sizes, const char* plotFile) {
+void measure(CrowdBench& bench, const std::vector<unsigned>& sizes, const std::string& plotFile) {
   std::printf("\n%-38s %11s %6s %8s %8s %8s %8s %9s %8s %8s\n", "services, links",  //
               "listed", "s", "CPU s", "daemon's", "MiB", "daemon's", "answer ms", "refused",
               "lost");
@@ -265,7 +266,7 @@ void measure(CrowdBench& bench, const std::vector<unsigned>& sizes, const char* 
     cost.lines.insert(cost.lines.end(), std::begin(costs), std::end(costs));
   }
   bench::writePlots(plotFile, {time, cost});
-  std::printf("Plot: %s\n", plotFile);
+  std::printf("Plot: %s\n", plotFile.c_str());
 }
 
 }  // namespace
@@ -283,7 +284,7 @@ int main(int argc, char** argv) try {
   }
   if (sizes.empty()) sizes = {100, 300, 1000, 2000};
   CrowdBench bench(manner);
-  measure(bench, sizes, PLOT_FILE);
+  measure(bench, sizes, builtFile("bench-crowd.svg"));
   return EXIT_SUCCESS;
 } catch (const std::exception& error) {
   std::cerr << "bench-crowd: " << error.what() << '\n';

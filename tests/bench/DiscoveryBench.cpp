@@ -18,6 +18,7 @@
 #include "Announcement.h"
 #include "ChildProcess.h"
 #include "Figures.h"
+#include "Places.h"
 #include "PrivateNetwork.h"
 #include "Screen.h"
 #include "TemporaryDirectory.h"
@@ -115,8 +116,9 @@ class DiscoveryBench {
   bench::Screen mScreen;
   Watched mBrowser{{"avahi-browse", "--resolve", "--parsable", "_pdl-datastream._tcp"},
                    mDirectory.path() / "browser"};
-  Watched mProgram{{"env", "-u", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON", FWUPDATE, "-e"},
-                   mDirectory.path() / "program"};
+  Watched mProgram{
+      {"env", "-u", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON", builtProgram("fwupdate"), "-e"},
+      mDirectory.path() / "program"};
 };
 
 }  // namespace

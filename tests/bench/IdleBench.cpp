@@ -7,6 +7,7 @@
 
 #include "ChildProcess.h"
 #include "Figures.h"
+#include "Places.h"
 #include "PrivateNetwork.h"
 #include "ProcessState.h"
 #include "Screen.h"
@@ -25,7 +26,7 @@ void measure() {
   const desktop::VirtualDesktop desktop(directory.path());
   unsetenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON");
   bench::Screen screen;
-  const desktop::ChildProcess program({FWUPDATE}, directory.path() / "program.log");
+  const desktop::ChildProcess program({builtProgram("fwupdate")}, directory.path() / "program.log");
   screen.waitForActiveWindow(program.pid());
   std::this_thread::sleep_for(kUntilNothingIsAwaited);
 

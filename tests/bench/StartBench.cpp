@@ -8,6 +8,7 @@
 
 #include "ChildProcess.h"
 #include "Figures.h"
+#include "Places.h"
 #include "PrivateNetwork.h"
 #include "ProcessState.h"
 #include "Screen.h"
@@ -57,13 +58,13 @@ int main(int argc, char** argv) try {
   privatenetwork::enter(argc, argv, {});
   StartBench bench;
   Starts discarded;
-  bench.start(BARE_WINDOW, discarded);
-  bench.start(FWUPDATE, discarded);
+  bench.start(builtProgram("bench-bare-window"), discarded);
+  bench.start(builtProgram("fwupdate"), discarded);
   Starts bare;
   Starts product;
   for (int i = 0; i < kRuns; ++i) {
-    bench.start(BARE_WINDOW, bare);
-    bench.start(FWUPDATE, product);
+    bench.start(builtProgram("bench-bare-window"), bare);
+    bench.start(builtProgram("fwupdate"), product);
   }
   bench::printHeading("Start to a window that can be used, " + std::to_string(kRuns) + " runs");
   print("fwupdate", product, true);

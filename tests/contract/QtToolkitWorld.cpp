@@ -5,6 +5,7 @@
 #include <QTreeView>
 
 #include "FakeBundle.h"
+#include "Places.h"
 #include "ToolkitWorld.h"
 #include "platform/qt/NibLoader.h"
 #include "platform/qt/QtApplication.h"
@@ -18,7 +19,7 @@ class QtToolkitWorld final : public ToolkitWorld {
  public:
   QtToolkitWorld() {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    mBundle.setResourcesDirectory(RESOURCES_DIR);
+    mBundle.setResourcesDirectory(builtFile("share/fwupdate"));
     mApplication = platform::makeQtApplication("test", mBundle);
   }
 

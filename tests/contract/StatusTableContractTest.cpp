@@ -12,6 +12,7 @@
 #include <string>
 
 #include "FakeStatusTable.h"
+#include "Places.h"
 #include "platform/posix/PosixStatusTable.h"
 
 namespace {
@@ -113,7 +114,7 @@ TEST_F(PosixStatusTableTest, OwnCodesAreNamed) {
 
 // A code that is added to the header needs its texts here, too.
 TEST_F(PosixStatusTableTest, EveryOwnCodeHasBothTexts) {
-  std::ifstream header(STATUS_HEADER);
+  std::ifstream header(projectFile("Host/platform/Status.h"));
   int definitions = 0;
   for (std::string line; std::getline(header, line);) {
     std::istringstream words(line);

@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <thread>
 
+#include "Places.h"
+
 using namespace std::chrono_literals;
 using desktop::ChildProcess;
 using desktop::Node;
@@ -25,12 +27,14 @@ constexpr char kBegins[] = "Connecting to I/O transport...";
 path makeOutput() {
   const auto* const info = testing::UnitTest::GetInstance()->current_test_info();
   const char* const results = std::getenv("FW_RESULTS");  // where a virtual machine may write
-  const path output = path(results != nullptr ? results : TEST_OUTPUT) /
+  const path output = path(results != nullptr ? results : builtFile("test-output")) /
                       (std::string(info->test_suite_name()) + "." + info->name());
   std::filesystem::remove_all(output);
   std::filesystem::create_directories(output);
   return output;
 }
+
+path installedProgram() { return builtFile("installed/bin/fwupdate"); }
 
 bool isCell(const Node& node) { return node.role() == "table cell"; }
 
@@ -52,11 +56,11 @@ std::unique_ptr<VirtualPrinterProcess> DesktopTest::startPrinter(const std::stri
 }
 
 void DesktopTest::startProgram(const ChildProcess::Environment& environment) {
-  startProgramAt(INSTALLED_PROGRAM, environment);
+  startProgramAt(installedProgram(), environment);
 }
 
 path DesktopTest::copyInstallation() {
-  const path prefix = path(INSTALLED_PROGRAM).parent_path().parent_path();
+  const path prefix = installedProgram().parent_path().parent_path();
   for (const char* part : {"bin", "share/fwupdate"}) {
     std::filesystem::create_directories(mCopy.path() / part);
     std::filesystem::copy(prefix / part, mCopy.path() / part,
@@ -72,7 +76,7 @@ void DesktopTest::startProgramAt(const path& executable,
 }
 
 void DesktopTest::startProgramUnseen() {
-  launch(INSTALLED_PROGRAM, {});
+  launch(installedProgram(), {});
   EXPECT_TRUE(
       desktop::waitUntil([&] { return mDesktop.windowSize(kWindowTitle).has_value(); }, kPatience));
 }
@@ -83,7 +87,8 @@ void DesktopTest::launch(const path& executable, const ChildProcess::Environment
     const ChildProcess::Environment& added = mCompositor->environment();
     all.insert(all.end(), added.begin(), added.end());
   }
-  all.emplace_back("LSAN_OPTIONS", "print_suppressions=0:suppressions=" KNOWN_LEAKS);
+  all.emplace_back("LSAN_OPTIONS",
+                   "print_suppressions=0:suppressions=" + projectFile("tests/desktop/leaks.supp"));
   all.emplace_back("LC_ALL", "C.UTF-8");
   all.insert(all.end(), environment.begin(), environment.end());
   mProgram = std::make_unique<ChildProcess>(std::vector<std::string>{executable.string(), "-e"},

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "DesktopTest.h"
+#include "Places.h"
 #include "ScreenReader.h"
 
 namespace {
@@ -25,9 +26,9 @@ class DuringASend : public DesktopTest {
     mPrinter = startPrinter("Office", {"--fault", fault, "--fault", "receive-buffer=65536"});
     const auto executable = copyInstallation();
     const auto image = output() / "product.brand.bin";
-    desktop::ChildProcess make(
-        {FIRMWARE_IMAGE, "make", "--version", "200", "--size", "16777216", image.string()},
-        output() / "make.log");
+    desktop::ChildProcess make({builtProgram("firmware-image"), "make", "--version", "200",
+                                "--size", "16777216", image.string()},
+                               output() / "make.log");
     EXPECT_EQ(make.waitForExit(40s), 0);
     replaceFirmware(executable, image);
     std::filesystem::remove(image);

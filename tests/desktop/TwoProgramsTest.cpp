@@ -6,6 +6,7 @@
 #include <string>
 
 #include "DesktopTest.h"
+#include "Places.h"
 #include "ShellCommand.h"
 #include "ToolProcess.h"
 
@@ -14,11 +15,13 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ContainsRegex;
 
+std::string installedTool() { return builtFile("installed/bin/fwupdatectl"); }
+
 class TwoPrograms : public DesktopTest {};
 
 TEST_F(TwoPrograms, WindowLeavesAPrinterAloneThatTheToolUpdates) {
   const auto printer = startPrinter("Office", {"--fault", "silence@id-request"});
-  ToolProcess tool(INSTALLED_TOOL, "update --yes --wait 20 --quiet Office");
+  ToolProcess tool(installedTool(), "update --yes --wait 20 --quiet Office");
   printer->waitFor("fault");
   startProgram();
   askForUpdate("Office");
@@ -42,7 +45,7 @@ TEST_F(TwoPrograms, ToolLeavesAPrinterAloneThatTheWindowUpdates) {
   startUpdate("Office");
   printer->waitFor("burning");
   const Outcome tool =
-      runInShell("'" INSTALLED_TOOL "' update --yes --wait 20 --quiet Office </dev/null");
+      runInShell("'" + installedTool() + "' update --yes --wait 20 --quiet Office </dev/null");
   EXPECT_THAT(tool.errors, ContainsRegex("failed: The program fwupdate \\([0-9]+\\) is using this "
                                          "printer\\. Wait until it has finished, then try again"));
   EXPECT_EQ(tool.status, 1);
@@ -54,7 +57,7 @@ TEST_F(TwoPrograms, WindowWaitsForTheEndOfAQuestion) {
   const auto printer =
       startPrinter("Office", {"--fault", "delay@id-request=8000", "--faulty-conversations", "1",
                               "--burn-seconds", "0.1", "--return-seconds", "1000"});
-  ToolProcess tool(INSTALLED_TOOL, "list --versions --wait 2 --timeout 60");
+  ToolProcess tool(installedTool(), "list --versions --wait 2 --timeout 60");
   printer->waitFor("fault");
   startProgram();
   startUpdate("Office");

@@ -13,6 +13,7 @@
 
 #include "DownloadFixture.h"
 #include "NetworkCells.h"
+#include "Places.h"
 #include "ShellCommand.h"
 #include "TemporaryDirectory.h"
 #include "ToolProcess.h"
@@ -24,7 +25,7 @@ class InterruptedTool {
   explicit InterruptedTool(Verdict verdict) : mVerdict(verdict), mCells(interruptedCells(verdict)) {
     std::filesystem::create_directories(mTree.path() / "bin");
     std::filesystem::create_directories(mTree.path() / "share/fwupdate");
-    std::filesystem::copy_file(FWUPDATECTL, program());
+    std::filesystem::copy_file(builtProgram("fwupdatectl"), program());
     std::ofstream(mTree.path() / "share/fwupdate/product.brand.bin", std::ios::binary)
         << firmware200();
     for (const NetworkCell& cell : mCells) {

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "Places.h"
 #include "Theme.h"
 #include "Tour.h"
 
@@ -156,8 +157,9 @@ TEST_P(Pictures, ReadWell) {
     }
     pictures.push_back({QString::fromStdString(state), photograph()});
   });
-  ASSERT_TRUE(QDir().mkpath(TEST_OUTPUT "/languages"));
-  const std::string path = TEST_OUTPUT "/languages/" + nameOf(GetParam()) + ".png";
+  const std::string folder = builtFile("test-output/languages");
+  std::filesystem::create_directories(folder);
+  const std::string path = folder + "/" + nameOf(GetParam()) + ".png";
   EXPECT_TRUE(sideBySide(pictures).save(QString::fromStdString(path))) << path;
 }
 

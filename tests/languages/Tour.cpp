@@ -15,6 +15,7 @@
 #include <chrono>
 #include <stdexcept>
 
+#include "Places.h"
 #include "platform/qt/DownloadProgress.h"
 #include "platform/qt/DownloadState.h"
 #include "platform/qt/ListControl.h"
@@ -82,7 +83,7 @@ Tour::Tour(const Language& language, Size size) {
   QLocale::setDefault(QLocale(language.locale));
   // The first one of a process decides which font it has.
   qputenv("FC_LANG", QByteArray(language.locale).toLower().replace('_', '-'));
-  mBundle.setResourcesDirectory(RESOURCES_DIR);
+  mBundle.setResourcesDirectory(builtFile("share/fwupdate"));
   mApplication = platform::makeQtApplication("test", mBundle);
   mObservers.add(mHistory);
   mObservers.add(mApplication->downloadObserver());

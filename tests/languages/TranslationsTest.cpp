@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 
 #include "Languages.h"
+#include "Places.h"
 #include "TranslationFile.h"
 
 using testing::Gt;
@@ -12,11 +13,14 @@ using testing::SizeIs;
 
 namespace {
 
+QString translation(const std::string& name) {
+  return QString::fromStdString(projectFile("resources/translations/" + name + ".ts"));
+}
+
 class Translations : public testing::TestWithParam<Language> {
  protected:
   Translations()
-      : mMessages(readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_") + GetParam().name +
-                                   QStringLiteral(".ts"))) {}
+      : mMessages(readTranslations(translation(std::string("fwupdate_") + GetParam().name))) {}
 
   const std::vector<Message>& messages() const { return mMessages; }
 
@@ -119,14 +123,14 @@ QStringList desktopLocales() {
   return locales;
 }
 
-QString contentsOf(const QString& path) {
-  QFile file(path);
-  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+QString packaged(const std::string& name) {
+  QFile file(QString::fromStdString(projectFile("packaging/" + name)));
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
   return QString::fromUtf8(file.readAll());
 }
 
 TEST(DesktopFiles, MenusHaveTheProgramInEveryLanguage) {
-  const QString entry = contentsOf(PACKAGING "/fwupdate.desktop");
+  const QString entry = packaged("fwupdate.desktop");
   for (const QString& locale : desktopLocales()) {
     for (const QString key : {"Name", "GenericName", "Comment", "Keywords"}) {
       const QRegularExpression line("^" + key + "\\[" + locale + "\\]=.+$",
@@ -138,7 +142,7 @@ TEST(DesktopFiles, MenusHaveTheProgramInEveryLanguage) {
 
 // Name, summary, two paragraphs, and the words below the picture.
 TEST(DesktopFiles, SoftwareCentresDescribeItInEveryLanguage) {
-  const QString description = contentsOf(PACKAGING "/fwupdate.metainfo.xml");
+  const QString description = packaged("fwupdate.metainfo.xml");
   for (const QString& locale : desktopLocales()) {
     EXPECT_EQ(description.count("xml:lang=\"" + locale + "\">"), 5) << locale.toStdString();
   }
@@ -150,11 +154,14 @@ TEST(TranslationFiles, EveryLanguageHasOne) {
     expected.append(QStringLiteral("fwupdate_") + language.name);
   }
   QStringList sources;
-  for (const QFileInfo& file : QDir(TRANSLATIONS).entryInfoList({"fwupdate_*.ts"})) {
+  for (const QFileInfo& file : QDir(QString::fromStdString(projectFile("resources/translations")))
+                                   .entryInfoList({"fwupdate_*.ts"})) {
     sources.append(file.baseName());
   }
   QStringList compiled;
-  for (const QFileInfo& file : QDir(RESOURCES_DIR "/translations").entryInfoList({"*.qm"})) {
+  for (const QFileInfo& file :
+       QDir(QString::fromStdString(builtFile("share/fwupdate/translations")))
+           .entryInfoList({"*.qm"})) {
     compiled.append(file.baseName());
   }
   EXPECT_EQ(sources.join(' '), expected.join(' '));
@@ -163,8 +170,8 @@ TEST(TranslationFiles, EveryLanguageHasOne) {
 
 // What the program looks up by a key that is no text.
 TEST(TranslationFiles, EnglishHasTheTextsThatHaveKeys) {
-  const auto german = readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_de.ts"));
-  const auto english = readTranslations(QStringLiteral(TRANSLATIONS "/Localizable_en.ts"));
+  const auto german = readTranslations(translation("fwupdate_de"));
+  const auto english = readTranslations(translation("Localizable_en"));
   static const QRegularExpression kKey("^[A-Z_]+$");
   QStringList keys;
   for (const Message& message : german) {
@@ -185,7 +192,7 @@ TEST(TranslationFiles, EnglishHasTheTextsThatHaveKeys) {
 TEST(TranslationFiles, GermanSaysAktualisieren) {
   static const QRegularExpression kLoad("(ge|herunter)?lade|\\blädt|\\blud",
                                         QRegularExpression::CaseInsensitiveOption);
-  for (const Message& message : readTranslations(QStringLiteral(TRANSLATIONS "/fwupdate_de.ts"))) {
+  for (const Message& message : readTranslations(translation("fwupdate_de"))) {
     for (const QString& form : message.forms) {
       EXPECT_FALSE(kLoad.match(form).hasMatch()) << describe(message);
     }

@@ -4,8 +4,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Places.h"
+
 Announcement::Announcement(std::vector<std::string> arguments, Machine machine)
-    : mProcess(ANNOUNCE, std::move(arguments), machine) {}
+    : mProcess(builtProgram("announce"), std::move(arguments), machine) {}
 
 void Announcement::waitUntilEstablished() {
   const std::string line = mProcess.readLine();

@@ -4,8 +4,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Places.h"
+
 Crowd::Crowd(std::vector<std::string> arguments)
-    : mProcess(CROWD, std::move(arguments), PeerProcess::Machine::Peer) {
+    : mProcess(builtProgram("crowd"), std::move(arguments), PeerProcess::Machine::Peer) {
   const std::string line = mProcess.readLine();
   if (line != "ready") throw std::runtime_error("no crowd: " + line);
 }

@@ -8,11 +8,14 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Places.h"
+
 PeerProcess::PeerProcess(const std::string& program, std::vector<std::string> arguments,
                          Machine machine) {
   std::vector<std::string> command = std::move(arguments);
   command.insert(command.begin(), program);
-  if (machine == Machine::Peer) command.insert(command.begin(), {PRIVATE_NETWORK, "--on-peer"});
+  if (machine == Machine::Peer)
+    command.insert(command.begin(), {projectFile("tools/private-network"), "--on-peer"});
   std::vector<char*> words;
   for (std::string& word : command) words.push_back(word.data());
   words.push_back(nullptr);

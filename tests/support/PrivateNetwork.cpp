@@ -8,8 +8,12 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "Places.h"
+
 namespace privatenetwork {
 namespace {
+
+std::string networkTool() { return projectFile("tools/private-network"); }
 
 [[noreturn]] void execute(std::vector<std::string> command) {
   std::vector<char*> arguments;
@@ -29,7 +33,7 @@ bool isListing(int argc, char** argv) {
 
 void call(std::vector<std::string> arguments) {
   const std::string name = arguments[0];
-  arguments.insert(arguments.begin(), PRIVATE_NETWORK);
+  arguments.insert(arguments.begin(), networkTool());
   if (run(arguments) != 0) throw std::runtime_error("private-network " + name + " failed");
 }
 
@@ -37,7 +41,7 @@ void call(std::vector<std::string> arguments) {
 
 void enter(int argc, char** argv, const std::vector<std::string>& options) {
   if (std::getenv("PRIVATE_NETWORK") != nullptr || isListing(argc, argv)) return;
-  std::vector<std::string> command{PRIVATE_NETWORK};
+  std::vector<std::string> command{networkTool()};
   command.insert(command.end(), options.begin(), options.end());
   command.emplace_back("--");
   command.insert(command.end(), argv, argv + argc);
@@ -55,7 +59,7 @@ int run(const std::vector<std::string>& command) {
 }
 
 int runOnPeer(std::vector<std::string> command) {
-  command.insert(command.begin(), {PRIVATE_NETWORK, "--on-peer"});
+  command.insert(command.begin(), {networkTool(), "--on-peer"});
   return run(command);
 }
 
@@ -72,8 +76,8 @@ void startDaemon(const std::vector<std::string>& serverOptions) {
 void stopDaemon(const std::string& signal) { call({"--stop-daemon", signal}); }
 
 void startPeersDaemon() {
-  call({"--on-peer", PRIVATE_NETWORK, "--start-bus"});
-  call({"--on-peer", PRIVATE_NETWORK, "--start-daemon"});
+  call({"--on-peer", networkTool(), "--start-bus"});
+  call({"--on-peer", networkTool(), "--start-daemon"});
 }
 
 void restore() { call({"--restore"}); }

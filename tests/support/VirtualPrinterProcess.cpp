@@ -11,6 +11,8 @@
 #include <csignal>
 #include <stdexcept>
 
+#include "Places.h"
+
 namespace {
 
 constexpr auto kPatience = std::chrono::seconds(20);
@@ -30,8 +32,14 @@ constexpr auto kPatience = std::chrono::seconds(20);
 }  // namespace
 
 VirtualPrinterProcess::VirtualPrinterProcess(std::vector<std::string> options) {
-  std::vector<std::string> arguments{VIRTUAL_PRINTER, "--port",        "0",         "--address",
-                                     "127.0.0.1",     "--no-announce", "--journal", "-"};
+  std::vector<std::string> arguments{builtProgram("virtual-printer"),
+                                     "--port",
+                                     "0",
+                                     "--address",
+                                     "127.0.0.1",
+                                     "--no-announce",
+                                     "--journal",
+                                     "-"};
   arguments.insert(arguments.end(), options.begin(), options.end());
   start(arguments);
   waitFor("ready");

@@ -11,6 +11,7 @@
 
 #include "DesktopTest.h"
 #include "OtherProgram.h"
+#include "Places.h"
 #include "ShellCommand.h"
 #include "UsbPrinterProcess.h"
 #include "UsbSysfs.h"
@@ -29,7 +30,7 @@ class UsbFromTheWindow : public DesktopTest {
   // With an image that an emulated bus carries within the time-out of a write.
   void startWithSmallFirmware() {
     const auto program = copyInstallation();
-    replaceFirmware(program, VM_FIRMWARE "/small/product.brand.bin");
+    replaceFirmware(program, builtFile("tests/vm/firmware/small/product.brand.bin"));
     mTool = (program.parent_path() / "fwupdatectl").string();
     startProgramAt(program);
   }

@@ -9,15 +9,18 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Places.h"
+
 UsbPrinterProcess::UsbPrinterProcess(const std::vector<std::string>& options)
     : mJournal((mDirectory.path() / "journal").string()) {
-  std::vector<std::string> words{VIRTUAL_PRINTER, "--usb", "--quiet", "--journal", mJournal};
+  std::vector<std::string> words{builtProgram("virtual-printer"), "--usb", "--quiet", "--journal",
+                                 mJournal};
   words.insert(words.end(), options.begin(), options.end());
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  if (posix_spawn(&mProcess, VIRTUAL_PRINTER, nullptr, nullptr, arguments.data(), environ) != 0) {
-    throw std::runtime_error("cannot start " VIRTUAL_PRINTER);
+  if (posix_spawn(&mProcess, words[0].c_str(), nullptr, nullptr, arguments.data(), environ) != 0) {
+    throw std::runtime_error("cannot start " + words[0]);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "OtherProgram.h"
+#include "Places.h"
 #include "PollRunLoop.h"
 #include "ShellCommand.h"
 #include "TemporaryDirectory.h"
@@ -49,15 +50,15 @@ class FwupdatectlOnUsb : public testing::Test {
   FwupdatectlOnUsb() {
     fs::create_directories(mPrefix.path() / "bin");
     fs::create_directories(mPrefix.path() / "share/fwupdate");
-    fs::copy_file(FWUPDATECTL, mProgram);
-    fs::create_symlink(VM_FIRMWARE "/small/product.brand.bin", firmware());
+    fs::copy_file(builtProgram("fwupdatectl"), mProgram);
+    fs::create_symlink(builtFile("tests/vm/firmware/small/product.brand.bin"), firmware());
     fs::permissions(mPrefix.path(), fs::perms(0755));
   }
 
   // Which is sent in time also where the machine has little of it.
   void useTinyFirmware() const {
     fs::remove(firmware());
-    fs::create_symlink(VM_FIRMWARE "/tiny/product.brand.bin", firmware());
+    fs::create_symlink(builtFile("tests/vm/firmware/tiny/product.brand.bin"), firmware());
   }
 
   Outcome tool(const std::string& arguments, const std::string& by = "") const {

@@ -12,6 +12,7 @@
 #include "FirmwareDownloader.h"
 #include "Log.h"
 #include "LogRecorder.h"
+#include "Places.h"
 #include "QuillUsbDeviceFinderAsync.h"
 #include "UsbHostTest.h"
 #include "UsbPrinterProcess.h"
@@ -90,7 +91,7 @@ class UsbUpdateTest : public UsbHostTest {
   }
 
   void useFirmware(const std::string& name) {
-    mBundle.setResourcesDirectory(std::string(VM_FIRMWARE) + "/" + name);
+    mBundle.setResourcesDirectory(builtFile("tests/vm/firmware/" + name));
   }
 
   void plugIn(std::vector<std::string> options = {}) {

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <string>
 
+#include "Places.h"
 #include "ShellCommand.h"
 #include "TemporaryDirectory.h"
 
@@ -47,7 +48,7 @@ class FirmwareImageTest : public testing::Test {
 
   // In the test's own directory; `arguments` are for the shell.
   Outcome run(const std::string& arguments) const {
-    return runInDirectory("'" FIRMWARE_IMAGE "' " + arguments);
+    return runInDirectory("'" + builtProgram("firmware-image") + "' " + arguments);
   }
 
   void expectQuietSuccess(const std::string& arguments) {
@@ -352,11 +353,11 @@ TEST_F(FirmwareImageTest, ShowsEveryMalformationThatItMakes) {
 
 TEST_F(FirmwareImageTest, DemonstrationsOfTheBuildAreWellFormed) {
   for (const std::string name : {"product.brand.bin", "product.tarn.bin"}) {
-    const Outcome outcome = run("show '" DEMO_FIRMWARE_DIR "/" + name + "'");
+    const Outcome outcome = run("show '" + builtFile("share/fwupdate/" + name) + "'");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.output.find("Firmware version:  200, from \"00000200\"\n"),
               std::string::npos);
-    EXPECT_EQ(contentOf(path(DEMO_FIRMWARE_DIR) / name).substr(0, kNotice.size()), kNotice);
+    EXPECT_EQ(contentOf(builtFile("share/fwupdate/" + name)).substr(0, kNotice.size()), kNotice);
   }
 }
 
@@ -430,8 +431,8 @@ TEST_F(FirmwareImageTest, FilesThatCannotBeReadOrWrittenAreNamed) {
 }
 
 TEST_F(FirmwareImageTest, FileThatCannotBeFinishedIsRemoved) {
-  const Outcome outcome =
-      runInDirectory("trap '' XFSZ && ulimit -f 8 && '" FIRMWARE_IMAGE "' make big.bin");
+  const Outcome outcome = runInDirectory("trap '' XFSZ && ulimit -f 8 && '" +
+                                         builtProgram("firmware-image") + "' make big.bin");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.errors, "firmware-image: cannot write \"big.bin\": File too large\n");
   EXPECT_TRUE(std::filesystem::is_empty(mDirectory.path()));

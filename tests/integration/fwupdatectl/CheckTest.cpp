@@ -21,9 +21,9 @@ class FwupdatectlCheck : public testing::Test {
   FwupdatectlCheck() {
     fs::create_directories(mRoot.path() / "bin");
     fs::create_directories(resources());
-    fs::copy_file(FWUPDATECTL, mTool);
+    fs::copy_file(kTool, mTool);
     for (const char* name : {"product.brand.bin", "product.tarn.bin"}) {
-      fs::copy_file(fs::path(FIRMWARE) / name, resources() / name);
+      fs::copy_file(builtFile(std::string("share/fwupdate/") + name), resources() / name);
     }
   }
 

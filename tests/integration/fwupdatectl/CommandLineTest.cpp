@@ -56,17 +56,17 @@ TEST(FwupdatectlCommandLine, AddressesAreIPv4OrHostNamesWithAPort) {
 }
 
 TEST(FwupdatectlCommandLine, FirmwareFileIsShown) {
-  const Outcome shown = tool("show '" DEMO_FIRMWARE "'");
+  const Outcome shown = tool("show '" + kDemoFirmware + "'");
   EXPECT_EQ(shown.status, 0);
-  EXPECT_EQ(shown.output, "File:     " DEMO_FIRMWARE
-                          "\n"
-                          "Size:     1048576 bytes\n"
-                          "Version:  200\n"
-                          "Text:     KX350T\n"
-                          "Text:     00000200\n"
-                          "Text:     demo\n"
-                          "Printers: MDL KX350T, LIC QT725013\n");
-  const Outcome json = tool("show --json '" DEMO_FIRMWARE "'");
+  EXPECT_EQ(shown.output, "File:     " + kDemoFirmware +
+                              "\n"
+                              "Size:     1048576 bytes\n"
+                              "Version:  200\n"
+                              "Text:     KX350T\n"
+                              "Text:     00000200\n"
+                              "Text:     demo\n"
+                              "Printers: MDL KX350T, LIC QT725013\n");
+  const Outcome json = tool("show --json '" + kDemoFirmware + "'");
   EXPECT_THAT(json.output, testing::HasSubstr(R"("bytes":1048576,"version":200,)"
                                               R"("texts":["KX350T","00000200","demo"],)"
                                               R"("printers":["MDL KX350T, LIC QT725013"])"));
@@ -92,7 +92,7 @@ TEST(FwupdatectlCommandLine, NetworkPrinterIsNotTouchedUnasked) {
 }
 
 TEST(FwupdatectlCommandLine, StandsOnNoWindowSystem) {
-  const Outcome libraries = runInShell("ldd '" FWUPDATECTL "'");
+  const Outcome libraries = runInShell("ldd " + kToolInShell);
   EXPECT_EQ(libraries.status, 0);
   for (const char* library : {"Qt", "X11", "xcb", "wayland", "GL"}) {
     EXPECT_THAT(libraries.output, testing::Not(testing::HasSubstr(library)));

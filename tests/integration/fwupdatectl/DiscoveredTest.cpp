@@ -108,7 +108,7 @@ class FwupdatectlFollows : public FwupdatectlDiscovered {
 
   void moveAway() {
     const PeerProcess moved(
-        VIRTUAL_PRINTER,
+        builtProgram("virtual-printer"),
         {"--announce", "in-process", "--name", "Office", "--fwver", "00000200", "--quiet"},
         PeerProcess::Machine::Peer);
     mUpdating.readUntil("status 0");
@@ -119,7 +119,7 @@ class FwupdatectlFollows : public FwupdatectlDiscovered {
 
   // Another one, which is not where that one is.
   VirtualPrinterProcess mAttic{announced("Attic")};
-  ToolProcess mUpdating{FWUPDATECTL, "update --yes --wait 20 --verify --verify-wait 60 Office"};
+  ToolProcess mUpdating{kTool, "update --yes --wait 20 --verify --verify-wait 60 Office"};
 };
 
 TEST_F(FwupdatectlFollows, OneWhoseAnnouncementHasEnded) {
@@ -147,7 +147,7 @@ TEST_F(FwupdatectlDiscovered, AreAllUpdated) {
 }
 
 TEST_F(FwupdatectlDiscovered, ComeAndGoWhileTheyAreWatched) {
-  PeerProcess watching("/bin/sh", {"-c", "exec '" FWUPDATECTL "' list --watch </dev/null"},
+  PeerProcess watching("/bin/sh", {"-c", "exec " + kToolInShell + " list --watch </dev/null"},
                        PeerProcess::Machine::Here);
   {
     VirtualPrinterProcess office(announced("Office"));
@@ -157,7 +157,8 @@ TEST_F(FwupdatectlDiscovered, ComeAndGoWhileTheyAreWatched) {
 }
 
 TEST_F(FwupdatectlDiscovered, ComeAndGoInJson) {
-  PeerProcess watching("/bin/sh", {"-c", "exec '" FWUPDATECTL "' list --watch --json </dev/null"},
+  PeerProcess watching("/bin/sh",
+                       {"-c", "exec " + kToolInShell + " list --watch --json </dev/null"},
                        PeerProcess::Machine::Here);
   std::string lines;
   {

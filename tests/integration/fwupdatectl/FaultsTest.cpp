@@ -150,7 +150,7 @@ TEST_F(FwupdatectlFaults, HaveTheirOutcomesWhileOthersAreSilent) {
   for (const std::string& each : kUnending) start({each});
   for (const std::string& each : kEither) start({each});
 
-  ToolProcess running(FWUPDATECTL, mArguments + " --json");
+  ToolProcess running(kTool, mArguments + " --json");
   std::map<std::string, std::vector<std::string>> ended;
   std::map<std::string, std::vector<std::string>> others;
   const auto readOutcome = [&] {
@@ -181,8 +181,8 @@ TEST_F(FwupdatectlFaults, HaveTheirOutcomesWhileOthersAreSilent) {
 Outcome updateWithImage(const std::string& image, const std::string& address) {
   const TemporaryDirectory directory;
   const std::string tree = directory.path().string();
-  return runInShell("cd '" + tree +
-                    "' && mkdir -p bin share/fwupdate && cp '" FWUPDATECTL "' bin && " + image +
+  return runInShell("cd '" + tree + "' && mkdir -p bin share/fwupdate && cp " + kToolInShell +
+                    " bin && " + image +
                     " >share/fwupdate/product.brand.bin && bin/fwupdatectl update --yes " +
                     "--quiet --address " + address + " </dev/null");
 }
@@ -192,7 +192,7 @@ TEST_F(FwupdatectlFaults, ImageThatIsNotTakenInTimeIsAFailure) {
   VirtualPrinterProcess printer({"--fault", "slow=4096/100"});
   const std::string address = addressOf(printer);
   const Outcome outcome =
-      updateWithImage("{ head -c 16M /dev/zero; cat '" DEMO_FIRMWARE "'; }", address);
+      updateWithImage("{ head -c 16M /dev/zero; cat '" + kDemoFirmware + "'; }", address);
   EXPECT_EQ(outcome.errors,
             address +
                 ": failed: The printer stopped taking data. Switch the printer off and on, "

@@ -20,9 +20,8 @@ class FwupdatectlHostNames : public testing::Test {
     const std::string directory = mDirectory.path().string();
     return runInShell("unshare --mount sh -c 'mount --bind " + directory +
                       "/hosts /etc/hosts && mount --bind " + directory +
-                      "/services /etc/nsswitch.conf && exec \"$@\"' - '" FWUPDATECTL
-                      "' update --yes --quiet --address " +
-                      address + " </dev/null");
+                      "/services /etc/nsswitch.conf && exec \"$@\"' - " + kToolInShell +
+                      " update --yes --quiet --address " + address + " </dev/null");
   }
 
  private:

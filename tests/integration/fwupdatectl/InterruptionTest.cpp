@@ -14,7 +14,7 @@ std::string labelOf(const std::string& address) { return address + ": "; }
 TEST(FwupdatectlInterruption, KilledToolLeavesNothingBehindThatHasSentNothing) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL, "update --yes --address " + address);
+  ToolProcess tool(kTool, "update --yes --address " + address);
   printer.waitFor("fault");
   EXPECT_TRUE(printer.entries("closed").empty());
   tool.signal(SIGKILL);
@@ -27,7 +27,7 @@ TEST(FwupdatectlInterruption, QuestionEndsWithWhoAsks) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});
   const std::string order = R"({"connection":"network","name":"Office","address":")" +
                             addressOf(printer) + R"(","work":"version"})";
-  const Outcome outcome = runInShell("{ timeout 20 '" FWUPDATECTL "' --worker '" + order +
+  const Outcome outcome = runInShell("{ timeout 20 " + kToolInShell + " --worker '" + order +
                                      "'; echo status $? >&2; } | true");
   EXPECT_THAT(outcome.errors, testing::EndsWith("\nstatus 1\n"));
 }
@@ -35,7 +35,7 @@ TEST(FwupdatectlInterruption, QuestionEndsWithWhoAsks) {
 TEST(FwupdatectlInterruption, KilledToolLetsABurnEnd) {
   VirtualPrinterProcess printer({"--burn-seconds", "10"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL, "update --yes --address " + address);
+  ToolProcess tool(kTool, "update --yes --address " + address);
   printer.waitFor("burning");
   tool.signal(SIGKILL);
   tool.readUntil("status 137");
@@ -50,8 +50,7 @@ TEST(FwupdatectlInterruption, KilledToolLetsABurnEnd) {
 TEST(FwupdatectlInterruption, ClosedTerminalLetsABurnEnd) {
   VirtualPrinterProcess printer({"--burn-seconds", "1", "--hang-up-seconds", "60"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL,
-                   "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
+  ToolProcess tool(kTool, "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
   printer.waitFor("burning");
   tool.signal(SIGHUP);
   tool.readUntil(labelOf("127.0.0.1:9") + "not started");
@@ -62,7 +61,7 @@ TEST(FwupdatectlInterruption, ClosedTerminalLetsABurnEnd) {
 TEST(FwupdatectlInterruption, SignalThatIsIgnoredFromTheStartStaysSo) {
   VirtualPrinterProcess printer({"--burn-seconds", "0.5"});
   const std::string address = addressOf(printer);
-  ToolProcess tool("/usr/bin/nohup", "'" FWUPDATECTL "' update --yes --address " + address);
+  ToolProcess tool("/usr/bin/nohup", kToolInShell + " update --yes --address " + address);
   printer.waitFor("burning");
   tool.signal(SIGHUP);
   tool.readUntil(labelOf(address) + "updated to version 200 (was 100)");

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "Places.h"
 #include "ShellCommand.h"
 #include "TemporaryDirectory.h"
 
@@ -11,7 +12,9 @@ std::string faultsOf(const std::string& lines) {
   const TemporaryDirectory directory;
   const std::filesystem::path file = directory.path() / "lines";
   std::ofstream(file, std::ios::binary) << lines;
-  const Outcome outcome = runInShell("'" VALIDATE "' '" JSON_SCHEMA "' <'" + file.string() + "'");
+  const Outcome outcome =
+      runInShell("'" + projectFile("tests/integration/fwupdatectl/validate") + "' '" +
+                 projectFile("packaging/fwupdatectl.schema.json") + "' <'" + file.string() + "'");
   return outcome.status == 0 ? "" : "invalid\n" + outcome.output + outcome.errors;
 }
 

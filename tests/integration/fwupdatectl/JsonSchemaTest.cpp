@@ -102,16 +102,16 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(FwupdatectlJson, FirmwareFileIsAsDocumented) {
-  const Outcome shown = tool("show --json '" DEMO_FIRMWARE "'");
+  const Outcome shown = tool("show --json '" + kDemoFirmware + "'");
   EXPECT_EQ(shown.status, 0);
   EXPECT_EQ(faultsOf(shown.output), "");
   EXPECT_EQ(eventsIn(shown.output), "firmware");
 }
 
 TEST(FwupdatectlJson, FileNameNeedNotBeText) {
-  const Outcome shown = runInShell(
-      "cd \"$(mktemp -d)\" && name=$(printf 'a\\377') && cp '" DEMO_FIRMWARE
-      "' \"$name\" && '" FWUPDATECTL "' show --json \"$name\"; rm \"$name\"; rmdir \"$PWD\"");
+  const Outcome shown = runInShell("cd \"$(mktemp -d)\" && name=$(printf 'a\\377') && cp '" +
+                                   kDemoFirmware + "' \"$name\" && " + kToolInShell +
+                                   " show --json \"$name\"; rm \"$name\"; rmdir \"$PWD\"");
   EXPECT_EQ(faultsOf(shown.output), "");
   EXPECT_THAT(shown.output, testing::HasSubstr("\"message\":\"a\xEF\xBF\xBD: "));
 }
@@ -171,8 +171,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(FwupdatectlJson, InterruptionIsAsDocumented) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});
-  ToolProcess running(FWUPDATECTL, "update --yes --json --jobs 1 --address " + addressOf(printer) +
-                                       " --address 127.0.0.1:9");
+  ToolProcess running(kTool, "update --yes --json --jobs 1 --address " + addressOf(printer) +
+                                 " --address 127.0.0.1:9");
   printer.waitFor("connected");
   running.signal(SIGTERM);
   std::string lines;

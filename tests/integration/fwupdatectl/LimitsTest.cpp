@@ -21,7 +21,7 @@ class FwupdatectlLimits : public testing::Test {
           std::vector<std::string>{"--burn-seconds", "0.1"}));
       addresses += " --address " + addressOf(*mPrinters.back());
     }
-    return runInShell(launcher + "'" FWUPDATECTL "' update --yes --jobs 300" + addresses +
+    return runInShell(launcher + kToolInShell + " update --yes --jobs 300" + addresses +
                       " </dev/null");
   }
 
@@ -47,14 +47,15 @@ TEST_F(FwupdatectlLimits, FewOpenFilesMeanFewAtATime) {
 
 TEST_F(FwupdatectlLimits, ProcessesHaveTheLimitThatTheToolHad) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});
-  const Outcome outcome = runInShell(
-      "ulimit -Sn 300; '" FWUPDATECTL "' update --yes --timeout 1 --address " + addressOf(printer) +
-      " </dev/null >&2 & tool=$!; "
-      "until worker=$(cat /proc/$tool/task/$tool/children) && [ -n \"$worker\" ] && "
-      "grep -q worker /proc/${worker% }/cmdline; do :; done; "
-      "until grep -q 'Max open files *300 ' /proc/${worker% }/limits; do :; done; "
-      "grep -c 'Max open files *300 ' /proc/$tool/limits /proc/${worker% }/limits | "
-      "sed 's/.*://'; wait");
+  const Outcome outcome =
+      runInShell("ulimit -Sn 300; " + kToolInShell + " update --yes --timeout 1 --address " +
+                 addressOf(printer) +
+                 " </dev/null >&2 & tool=$!; "
+                 "until worker=$(cat /proc/$tool/task/$tool/children) && [ -n \"$worker\" ] && "
+                 "grep -q worker /proc/${worker% }/cmdline; do :; done; "
+                 "until grep -q 'Max open files *300 ' /proc/${worker% }/limits; do :; done; "
+                 "grep -c 'Max open files *300 ' /proc/$tool/limits /proc/${worker% }/limits | "
+                 "sed 's/.*://'; wait");
   EXPECT_THAT(linesOf(outcome.output), ElementsAre("0", "1"));
 }
 

@@ -19,12 +19,12 @@ class FwupdatectlLock : public testing::Test {
   std::string label() const { return mAddress + ": "; }
 
   Outcome update(const std::string& arguments = {}) const {
-    return runInShell("'" FWUPDATECTL "' update --yes --quiet " + arguments + " --address " +
+    return runInShell(kToolInShell + " update --yes --quiet " + arguments + " --address " +
                       mAddress + " </dev/null");
   }
 
   void startFirst() {
-    mFirst.emplace(FWUPDATECTL, "update --yes --address " + mAddress);
+    mFirst.emplace(kTool, "update --yes --address " + mAddress);
     mFirst->readUntil(label() + "asking for its version");
   }
 
@@ -101,7 +101,7 @@ class FwupdatectlLockOfAQuestion : public testing::Test {
 };
 
 TEST_F(FwupdatectlLockOfAQuestion, UpdateThatComesMeanwhileWaitsForItsEnd) {
-  ToolProcess asking(FWUPDATECTL, question());
+  ToolProcess asking(kTool, question());
   mPrinter.waitFor("fault");
   const Outcome outcome = update("--yes --verbose --address " + mAddress);
   EXPECT_EQ(outcome.status, 0);
@@ -119,7 +119,7 @@ TEST_F(FwupdatectlLockOfAQuestion, UpdateThatComesMeanwhileWaitsForItsEnd) {
 }
 
 TEST_F(FwupdatectlLockOfAQuestion, AnotherQuestionWaitsForItsEnd) {
-  ToolProcess asking(FWUPDATECTL, question());
+  ToolProcess asking(kTool, question());
   mPrinter.waitFor("fault");
   const Outcome outcome = tool(question());
   EXPECT_THAT(outcome.output, testing::HasSubstr(R"("event":"version","version":100)"));
@@ -133,7 +133,7 @@ class FwupdatectlLockBeforeAQuestion : public FwupdatectlLockOfAQuestion {
 };
 
 TEST_F(FwupdatectlLockBeforeAQuestion, NothingIsAskedDuringAnUpdate) {
-  ToolProcess updating(FWUPDATECTL, "update --yes --address " + mAddress);
+  ToolProcess updating(kTool, "update --yes --address " + mAddress);
   mPrinter.waitFor("burning");
   const Outcome outcome = tool(question());
   EXPECT_THAT(outcome.output,

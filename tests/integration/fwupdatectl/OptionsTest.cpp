@@ -5,7 +5,7 @@
 #include <regex>
 #include <set>
 
-#include "ShellCommand.h"
+#include "Tool.h"
 
 namespace {
 
@@ -21,7 +21,7 @@ Options optionsIn(const std::string& text) {
 }
 
 std::string helpOf(const std::string& command) {
-  return runInShell("'" FWUPDATECTL "' " + command + " --help").output;
+  return runInShell(kToolInShell + " " + command + " --help").output;
 }
 
 std::vector<std::string> commands() {
@@ -41,7 +41,9 @@ Options allOptions() {
   return options;
 }
 
-std::string packaged(const std::string& file) { return contentOf(PACKAGING "/" + file); }
+std::string packaged(const std::string& file) {
+  return contentOf(projectFile("packaging/" + file));
+}
 
 TEST(FwupdatectlOptions, AreFoundInTheHelp) {
   EXPECT_THAT(commands(), testing::IsSupersetOf({"list", "update", "show", "check"}));

@@ -6,14 +6,14 @@
 namespace {
 
 Outcome show(const std::string& redirection) {
-  return runInShell("'" FWUPDATECTL "' show '" FIRMWARE "/product.brand.bin' " + redirection);
+  return runInShell(kToolInShell + " show '" + kDemoFirmware + "' " + redirection);
 }
 
 TEST(FwupdatectlOutput, ThatCannotBeWrittenIsAFailure) {
   const Outcome outcome = show(">/dev/full");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.errors, "fwupdatectl: The output could not be written. Is the disk full?\n");
-  EXPECT_EQ(runInShell("'" FWUPDATECTL "' --help >/dev/full").status, 1);
+  EXPECT_EQ(runInShell(kToolInShell + " --help >/dev/full").status, 1);
 }
 
 TEST(FwupdatectlOutput, ThatNobodyReadsIsNone) {
@@ -22,8 +22,8 @@ TEST(FwupdatectlOutput, ThatNobodyReadsIsNone) {
     EXPECT_EQ(outcome.status, 0) << redirection;
     EXPECT_EQ(outcome.errors, "") << redirection;
   }
-  const Outcome gone = runInShell("{ '" FWUPDATECTL "' show '" FIRMWARE
-                                  "/product.brand.bin'; echo $? >&2; } | true");
+  const Outcome gone =
+      runInShell("{ " + kToolInShell + " show '" + kDemoFirmware + "'; echo $? >&2; } | true");
   EXPECT_EQ(gone.errors, "0\n");
 }
 

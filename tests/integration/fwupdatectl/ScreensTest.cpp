@@ -30,7 +30,7 @@ class FwupdatectlScreens : public testing::Test {
   static Terminal start(const std::string& arguments, int columns,
                         const std::string& environment = "") {
     return std::make_unique<TerminalProcess>(
-        "exec env " + environment + " '" FWUPDATECTL "' " + arguments, 24, columns);
+        "exec env " + environment + " " + kToolInShell + " " + arguments, 24, columns);
   }
 
   static Rows rowsAtEnd(const Terminal& terminal, int status = 0) {
@@ -65,7 +65,7 @@ TEST_F(FwupdatectlScreens, NamesInAnyScriptStandInColumns) {
   const Terminal plain = start("list --wait 4", 80);
   const Terminal inC = start("list --wait 4", 80, "LC_ALL=C");
   const Terminal inNone = start("list --wait 4", 80, "LC_ALL=no_WHERE NO_COLOR=1");
-  const Outcome piped = runInShell("LC_ALL=C '" FWUPDATECTL "' list --wait 4 </dev/null");
+  const Outcome piped = runInShell("LC_ALL=C " + kToolInShell + " list --wait 4 </dev/null");
 
   const testing::Matcher<Rows> table = ElementsAre(
       "NAME          CONNECTION  ADDRESS OR SERIAL",
@@ -153,7 +153,8 @@ TEST_F(FwupdatectlScreens, CheckHasARowForEachFinding) {
 }
 
 TEST_F(FwupdatectlScreens, FirmwareIsShownInRows) {
-  const Terminal terminal = start("show product.brand.bin", 80, "--chdir='" FIRMWARE "'");
+  const Terminal terminal =
+      start("show product.brand.bin", 80, "--chdir='" + builtFile("share/fwupdate") + "'");
   EXPECT_THAT(rowsAtEnd(terminal),
               ElementsAre("File:     product.brand.bin", "Size:     1048576 bytes", "Version:  200",
                           "Text:     KX350T", "Text:     00000200", "Text:     demo",

@@ -18,8 +18,7 @@ std::string sharedBy(const ToolProcess& tool) {
 TEST(FwupdatectlSharedImage, IsThatOfTheProcessThatStartedThem) {
   VirtualPrinterProcess printer({"--burn-seconds", "1000"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL,
-                   "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
+  ToolProcess tool(kTool, "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
   tool.readUntil(address + ": the printer is writing its memory");
   EXPECT_EQ(sharedBy(tool), "memfd:product.brand.bin\n");
 }
@@ -27,7 +26,7 @@ TEST(FwupdatectlSharedImage, IsThatOfTheProcessThatStartedThem) {
 TEST(FwupdatectlSharedImage, IsNotMadeForOnePrinter) {
   VirtualPrinterProcess printer({"--burn-seconds", "1000"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL, "update --yes --address " + address);
+  ToolProcess tool(kTool, "update --yes --address " + address);
   tool.readUntil(address + ": the printer is writing its memory");
   EXPECT_EQ(sharedBy(tool), "");
 }

@@ -44,8 +44,8 @@ class FwupdatectlSurroundings : public testing::Test {
     const TemporaryDirectory directory;
     const std::string disk = directory.path();
     return runInShell("unshare --mount sh -c 'mount -t tmpfs -o size=4k tmpfs " + disk + " && cd " +
-                      disk + " && head -c 4090 /dev/zero >log && exec " + FWUPDATECTL " " +
-                      arguments + " </dev/null'");
+                      disk + " && head -c 4090 /dev/zero >log && exec " + kTool + " " + arguments +
+                      " </dev/null'");
   }
 };
 
@@ -120,7 +120,7 @@ TEST_F(FwupdatectlSurroundings, WatchEndsWithItsReader) {
   Announcement office({"Office", "usb_MFG=Veltra", "usb_MDL=KX350T"});
   office.waitUntilEstablished();
   const Outcome outcome =
-      runInShell("{ '" FWUPDATECTL "' list --watch; echo $? >&2; } </dev/null | head -1");
+      runInShell("{ " + kToolInShell + " list --watch; echo $? >&2; } </dev/null | head -1");
   EXPECT_EQ(outcome.output, "+\tOffice\tnetwork\t10.91.0.2:9100\n");
   EXPECT_EQ(outcome.errors, "0\n");
 }

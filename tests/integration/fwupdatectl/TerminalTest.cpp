@@ -28,7 +28,7 @@ class FwupdatectlTerminal : public testing::Test {
  protected:
   // On a terminal that shows a prompt. The tool is its only program.
   void run(const std::string& arguments, int rows = 24, int columns = 80) {
-    runInShellOfTerminal("exec '" FWUPDATECTL "' " + arguments, rows, columns);
+    runInShellOfTerminal("exec " + kToolInShell + " " + arguments, rows, columns);
   }
 
   void runInShellOfTerminal(const std::string& command, int rows, int columns) {
@@ -180,7 +180,7 @@ TEST_F(FwupdatectlTerminal, ErrorsGoWhereTheyAreRedirected) {
 
 TEST_F(FwupdatectlTerminal, StoppedUpdateLeavesTheTerminalToTheShell) {
   const std::string a = burning();
-  runInShellOfTerminal("set -m; '" FWUPDATECTL "' update --yes --address " + a +
+  runInShellOfTerminal("set -m; " + kToolInShell + " update --yes --address " + a +
                            "; stty -a | grep -ow '.*echo'; stty rows 24 cols 45; fg >/dev/null",
                        24, 80);
   expectRows({"$ update", label(a) + kBurning});
@@ -209,7 +209,8 @@ TEST_F(FwupdatectlTerminal, WithoutAShellItIsNotStopped) {
 
 TEST_F(FwupdatectlTerminal, UpdateInTheBackgroundDrawsNothing) {
   const std::string a = quick();
-  runInShellOfTerminal("set -m; '" FWUPDATECTL "' update --yes --address " + a + " & wait", 24, 80);
+  runInShellOfTerminal("set -m; " + kToolInShell + " update --yes --address " + a + " & wait", 24,
+                       80);
   EXPECT_EQ(mTool->waitForEnd(), 0);
   EXPECT_THAT(rows(), ElementsAre("$ update", label(a) + kUpdated));
   EXPECT_THAT(mTool->bytes(), Not(HasSubstr("connecting")));
@@ -245,7 +246,7 @@ TEST_F(FwupdatectlTerminal, QuietUpdateShowsNothing) {
 
 TEST_F(FwupdatectlTerminal, DumbOneGetsLines) {
   const std::string a = quick();
-  runInShellOfTerminal("TERM=dumb exec '" FWUPDATECTL "' update --yes --address " + a, 24, 80);
+  runInShellOfTerminal("TERM=dumb exec " + kToolInShell + " update --yes --address " + a, 24, 80);
   EXPECT_EQ(mTool->waitForEnd(), 0);
   EXPECT_THAT(rows(),
               ElementsAre("$ update", label(a) + "connecting", label(a) + "asking for its version",
@@ -256,8 +257,9 @@ TEST_F(FwupdatectlTerminal, DumbOneGetsLines) {
 
 // What is not redrawn is the same as in a pipe.
 TEST_F(FwupdatectlTerminal, AnswersAreThoseOfAPipe) {
-  for (const char* arguments : {"--version", "--help", "update --help", "show /nowhere", "update",
-                                ("show '" DEMO_FIRMWARE "'")}) {
+  for (const std::string& arguments :
+       std::vector<std::string>{"--version", "--help", "update --help", "show /nowhere", "update",
+                                "show '" + kDemoFirmware + "'"}) {
     const Outcome piped = tool(arguments);
     run(arguments, 100, 200);
     EXPECT_EQ(mTool->waitForEnd(), piped.status) << arguments;

@@ -16,7 +16,7 @@ namespace {
 std::string errorOf(const std::vector<std::string>& options) {
   VirtualPrinterProcess printer(options);
   const std::string address = addressOf(printer);
-  const Outcome outcome = runInShell("'" FWUPDATECTL "' update --yes --quiet --timeout 5.5 " +
+  const Outcome outcome = runInShell(kToolInShell + " update --yes --quiet --timeout 5.5 " +
                                      ("--address " + address + " </dev/null"));
   EXPECT_EQ(outcome.status, 1);
   const std::string label = address + ": failed: ";
@@ -35,7 +35,7 @@ TEST(FwupdatectlTimeout, PrinterThatWritesItsMemoryIsWaitedFor) {
   VirtualPrinterProcess printer({"--burn-seconds", "6"});
   const std::string address = addressOf(printer);
   const Outcome outcome =
-      runInShell("'" FWUPDATECTL "' update --yes --timeout 5 --address " + address + " </dev/null");
+      runInShell(kToolInShell + " update --yes --timeout 5 --address " + address + " </dev/null");
   EXPECT_THAT(outcome.output, testing::EndsWith("updated to version 200 (was 100)\n"));
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.status, 0);
@@ -44,7 +44,7 @@ TEST(FwupdatectlTimeout, PrinterThatWritesItsMemoryIsWaitedFor) {
 TEST(FwupdatectlTimeout, StoppedProcessIsEnded) {
   VirtualPrinterProcess printer({"--fault", "silence@id-request"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL, "update --yes --timeout 10 --address " + address);
+  ToolProcess tool(kTool, "update --yes --timeout 10 --address " + address);
   tool.readUntil(address + ": asking for its version");
   ASSERT_EQ(runInShell("kill -STOP $(cat /proc/" + std::to_string(tool.pid()) + "/task/" +
                        std::to_string(tool.pid()) + "/children)")

@@ -5,11 +5,16 @@
 #include <string>
 #include <vector>
 
+#include "Places.h"
 #include "ShellCommand.h"
 #include "VirtualPrinterProcess.h"
 
+inline const std::string kTool = builtProgram("fwupdatectl");
+inline const std::string kToolInShell = "'" + kTool + "'";
+inline const std::string kDemoFirmware = builtFile("share/fwupdate/product.brand.bin");
+
 inline Outcome tool(const std::string& arguments) {
-  return runInShell("'" FWUPDATECTL "' " + arguments + " </dev/null");
+  return runInShell(kToolInShell + " " + arguments + " </dev/null");
 }
 
 inline Outcome update(const std::string& arguments) { return tool("update " + arguments); }

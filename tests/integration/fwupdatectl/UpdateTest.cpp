@@ -95,8 +95,8 @@ TEST(FwupdatectlUpdate, UnreachablePrinterFails) {
 
 TEST(FwupdatectlUpdate, UsbPrinterThatLeftMeanwhileIsSaidToBeGone) {
   const Outcome outcome =
-      runInShell("'" FWUPDATECTL
-                 R"(' --worker '{"connection":"usb","name":"Veltra KX350T","serial":"NOWHERE"}')");
+      runInShell(kToolInShell +
+                 R"( --worker '{"connection":"usb","name":"Veltra KX350T","serial":"NOWHERE"}')");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.output,
               testing::EndsWith(R"("event":"cause","cause":"The printer is no longer attached.",)"
@@ -162,7 +162,7 @@ TEST(FwupdatectlUpdate, AsManyAtATimeAsAllowed) {
 
 TEST(FwupdatectlUpdate, ReaderOfTheOutputMayGo) {
   VirtualPrinterProcess printer({"--burn-seconds", "0.1"});
-  const Outcome outcome = runInShell("'" FWUPDATECTL "' update --yes --address " +
+  const Outcome outcome = runInShell(kToolInShell + " update --yes --address " +
                                      addressOf(printer) + " </dev/null >&-");
   EXPECT_EQ(outcome.status, 0);
   printer.waitFor("burn");
@@ -174,7 +174,7 @@ TEST(FwupdatectlUpdate, FirstSignalLetsADownloadEndAndStartsNoOther) {
   VirtualPrinterProcess second({});
   const std::string a = addressOf(first);
   const std::string b = addressOf(second);
-  ToolProcess tool(FWUPDATECTL, "update --yes --jobs 1 --address " + a + " --address " + b);
+  ToolProcess tool(kTool, "update --yes --jobs 1 --address " + a + " --address " + b);
   tool.readUntil(a + ": the printer is writing its memory");
   tool.signal(SIGINT);
   tool.readUntil("status 130");
@@ -188,8 +188,7 @@ TEST(FwupdatectlUpdate, FirstSignalLetsADownloadEndAndStartsNoOther) {
 TEST(FwupdatectlUpdate, SecondSignalEndsAtOnce) {
   VirtualPrinterProcess printer({"--burn-seconds", "1000"});
   const std::string address = addressOf(printer);
-  ToolProcess tool(FWUPDATECTL,
-                   "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
+  ToolProcess tool(kTool, "update --yes --jobs 1 --address " + address + " --address 127.0.0.1:9");
   tool.readUntil(address + ": the printer is writing its memory");
   tool.signal(SIGTERM);
   tool.readUntil("127.0.0.1:9: not started");

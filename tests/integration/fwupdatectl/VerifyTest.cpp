@@ -22,7 +22,7 @@ class FwupdatectlVerify : public testing::Test {
   }
 
   Outcome update(const std::string& arguments) const {
-    return runInShell("'" FWUPDATECTL "' update --yes --verify " + arguments + " --address " +
+    return runInShell(kToolInShell + " update --yes --verify " + arguments + " --address " +
                       mAddress + " </dev/null");
   }
 
@@ -81,8 +81,8 @@ TEST_F(FwupdatectlVerify, PrinterThatIsUpToDateIsNotWaitedFor) {
 
 TEST_F(FwupdatectlVerify, SecondSignalEndsTheWaiting) {
   start({"--return-seconds", "1000"});
-  ToolProcess tool(FWUPDATECTL, "update --yes --jobs 1 --verify --address " + mAddress +
-                                    " --address 127.0.0.1:9");
+  ToolProcess tool(
+      kTool, "update --yes --jobs 1 --verify --address " + mAddress + " --address 127.0.0.1:9");
   tool.readUntil(label() + "waiting until it is back");
   tool.signal(SIGTERM);
   tool.readUntil("127.0.0.1:9: not started");

@@ -10,9 +10,9 @@ using testing::ElementsAre;
 namespace {
 
 Outcome ask(const std::string& address) {
-  return runInShell("'" FWUPDATECTL
-                    R"(' --worker '{"connection":"network","name":"Office","address":")" +
-                    address + R"(","work":"version"}' </dev/null)");
+  return runInShell(kToolInShell +
+                    R"( --worker '{"connection":"network","name":"Office","address":")" + address +
+                    R"(","work":"version"}' </dev/null)");
 }
 
 std::vector<std::string> eventsOf(const std::string& output) {
@@ -86,8 +86,8 @@ TEST(FwupdatectlVersionWorker, MalformedAnswerEndsItByAssertion) {
 
 TEST(FwupdatectlVersionWorker, UsbPrinterThatLeftIsSaidToBeGone) {
   const Outcome outcome = runInShell(
-      "'" FWUPDATECTL
-      R"(' --worker '{"connection":"usb","name":"X","serial":"NOWHERE","work":"version"}')");
+      kToolInShell +
+      R"( --worker '{"connection":"usb","name":"X","serial":"NOWHERE","work":"version"}')");
   EXPECT_THAT(eventsOf(outcome.output),
               ElementsAre(R"({"event":"cause","cause":"The printer is no longer attached.",)"
                           R"("next_step":"Plug it in and switch it on, then try again."})"));

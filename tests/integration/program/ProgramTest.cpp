@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "Places.h"
 #include "ShellCommand.h"
 #include "TemporaryDirectory.h"
 
@@ -24,7 +25,8 @@ const std::string kWithoutDisplay =
     "fwupdate: cannot open a display. Start it from a desktop session, or set DISPLAY or "
     "WAYLAND_DISPLAY.\n";
 
-const std::string kPreloaded = "LD_PRELOAD='" FAILING_LIBUSB
+const std::string kPreloaded = "LD_PRELOAD='" +
+                               builtFile("tests/integration/program/libfailing_libusb.so") +
                                "' ASAN_OPTIONS=\"$ASAN_OPTIONS:verify_asan_link_order=0\" "
                                "QT_QPA_PLATFORM=offscreen";
 
@@ -32,7 +34,7 @@ class ProgramTest : public testing::Test {
  protected:
   ProgramTest() {
     std::filesystem::create_directories(mPrefix.path() / "bin");
-    std::filesystem::copy_file(FWUPDATE, program());
+    std::filesystem::copy_file(builtProgram("fwupdate"), program());
   }
 
   path program() const { return mPrefix.path() / "bin/fwupdate"; }
@@ -52,8 +54,8 @@ class ProgramTest : public testing::Test {
   void expectFailure(const std::string& environment, const std::string& arguments,
                      const std::string& entries, const std::string& errors) const {
     const path log = mPrefix.path() / "log";
-    const Outcome outcome = runInShell("'" WITH_SYSTEM_LOG "' '" + log.string() + "' " +
-                                       command(environment, arguments));
+    const Outcome outcome = runInShell("'" + builtProgram("with-system-log") + "' '" +
+                                       log.string() + "' " + command(environment, arguments));
     if (outcome.status == kCannotRun) GTEST_SKIP() << "no name spaces for this user";
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.output, "");
@@ -67,7 +69,8 @@ class ProgramTest : public testing::Test {
 
   void placeWindow(const std::string& name) const {
     std::filesystem::create_directories(nib());
-    std::filesystem::copy_file(path(NIB_DIRECTORY) / (name + ".ui"), nib() / (name + ".ui"));
+    std::filesystem::copy_file(projectFile("resources/main.nib/" + name + ".ui"),
+                               nib() / (name + ".ui"));
   }
 
   TemporaryDirectory mPrefix;
@@ -90,7 +93,7 @@ TEST_F(ProgramTest, WithoutResourcesItLogsTheReasonAndEndsWithOne) {
 
 TEST_F(ProgramTest, CopyOutsideABinDirectoryLogsToStandardErrorToo) {
   const path copy = mPrefix.path() / "copied";
-  std::filesystem::copy_file(FWUPDATE, copy);
+  std::filesystem::copy_file(builtProgram("fwupdate"), copy);
   const Outcome outcome = runInShell("QT_QPA_PLATFORM=offscreen '" + copy.string() + "' -e");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.errors,

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "Places.h"
 #include "VirtualPrinterProcess.h"
 
 namespace {
@@ -89,7 +90,7 @@ const std::string kBurnReply = bytes("\x00\xAC\x00\x0F\x00\x01\0\0\0\0\0\0\0\0\0
 
 // Runs the tool to its end; output and errors together.
 std::pair<int, std::string> run(const std::string& arguments) {
-  FILE* pipe = popen((std::string(VIRTUAL_PRINTER) + " " + arguments + " 2>&1").c_str(), "r");
+  FILE* pipe = popen((builtProgram("virtual-printer") + " " + arguments + " 2>&1").c_str(), "r");
   if (pipe == nullptr) throw std::runtime_error("no process");
   std::string output;
   std::array<char, 4096> buffer;

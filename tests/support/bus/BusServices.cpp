@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "Places.h"
+
 namespace {
 
 std::vector<std::string> arguments(PrivateBus::Kind bus, std::vector<std::string> services) {
@@ -15,7 +17,8 @@ std::vector<std::string> arguments(PrivateBus::Kind bus, std::vector<std::string
 }  // namespace
 
 BusServices::BusServices(PrivateBus::Kind bus, std::vector<std::string> services)
-    : mProcess(DESKTOP_SERVICES, arguments(bus, std::move(services)), PeerProcess::Machine::Here) {
+    : mProcess(builtProgram("desktop-services"), arguments(bus, std::move(services)),
+               PeerProcess::Machine::Here) {
   if (news() != "ready") throw std::runtime_error("the services do not start");
 }
 

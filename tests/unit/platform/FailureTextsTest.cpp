@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "Places.h"
 #include "platform/FailureCause.h"
 
 namespace {
@@ -143,7 +144,7 @@ class FailureTexts : public testing::Test {
   static void SetUpTestSuite() {
     texts.clear();
     holders.clear();
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(FW_HOST_SOURCES)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(projectFile("Host"))) {
       if (entry.path().extension() != ".cpp") continue;
       const std::string source = contentsOf(entry.path());
       for (const Place& place : placesIn(entry.path(), source)) {
@@ -201,8 +202,7 @@ const std::set<std::string> kResultsWithoutMeaning{
 };
 
 TEST(FailureResults, OfUsbAreKnownOrWithoutMeaning) {
-  const std::string source =
-      contentsOf(std::filesystem::path(FW_HOST_SOURCES) / "platform" / "UsbRegistry.h");
+  const std::string source = contentsOf(projectFile("Host/platform/UsbRegistry.h"));
   const std::regex constant(R"(= ioReturn\((0x[0-9a-f]+)\))");
   std::size_t count = 0;
   for (std::sregex_iterator found(source.begin(), source.end(), constant), none; found != none;

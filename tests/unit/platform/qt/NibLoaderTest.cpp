@@ -7,6 +7,7 @@
 #include <QLibraryInfo>
 #include <QTemporaryDir>
 
+#include "Places.h"
 #include "QtWindows.h"
 #include "platform/qt/NibLoader.h"
 
@@ -20,6 +21,10 @@ class NibLoaderTest : public QtWindows {
   QTemporaryDir mPlaces;
 };
 
+QString resource(const std::string& name) {
+  return QString::fromStdString(builtFile("share/fwupdate/" + name));
+}
+
 bool hasLoaded(const QString& file) {
   QFile maps("/proc/self/maps");
   return maps.open(QIODevice::ReadOnly) && maps.readAll().contains(file.toUtf8());
@@ -31,16 +36,16 @@ TEST_F(NibLoaderTest, WindowsComeWithoutThePluginsOfDesigner) {
   ASSERT_TRUE(QFile::copy(
       QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms/libqoffscreen.so", plugin));
   ASSERT_TRUE(hasLoaded("libqoffscreen.so"));
-  EXPECT_NE(platform::loadInterfaceFile(RESOURCES_DIR "/main.nib/PrinterSelectWindow.ui",
-                                        RESOURCES_DIR "/icons"),
-            nullptr);
+  EXPECT_NE(
+      platform::loadInterfaceFile(resource("main.nib/PrinterSelectWindow.ui"), resource("icons")),
+      nullptr);
   EXPECT_FALSE(hasLoaded(plugin));
 }
 
 TEST_F(NibLoaderTest, OtherPluginsAreFoundAfterwards) {
   const QStringList before = QCoreApplication::libraryPaths();
   ASSERT_TRUE(before.contains(mPlaces.path()));
-  platform::loadInterfaceFile(RESOURCES_DIR "/main.nib/MenuBar.ui", RESOURCES_DIR "/icons");
+  platform::loadInterfaceFile(resource("main.nib/MenuBar.ui"), resource("icons"));
   EXPECT_EQ(QCoreApplication::libraryPaths(), before);
 }
 

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "FakeBundle.h"
+#include "Places.h"
 #include "platform/Bundle.h"
 #include "platform/qt/QtApplication.h"
 #include "platform/qt/QtStrings.h"
@@ -24,7 +25,7 @@ class QtApplicationTest : public testing::Test {
  protected:
   QtApplicationTest() {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    mBundle.setResourcesDirectory(RESOURCES_DIR);
+    mBundle.setResourcesDirectory(builtFile("share/fwupdate"));
   }
   ~QtApplicationTest() override { QLocale::setDefault(QLocale::c()); }
 

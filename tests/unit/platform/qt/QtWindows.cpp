@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "FakeEvents.h"
+#include "Places.h"
 #include "platform/qt/NibLoader.h"
 
 using namespace platform::literals;
@@ -25,7 +26,7 @@ platform::OSStatus rowName(platform::ControlRef, platform::ItemId item, platform
 
 QtWindows::QtWindows() {
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  mBundle.setResourcesDirectory(RESOURCES_DIR);
+  mBundle.setResourcesDirectory(builtFile("share/fwupdate"));
   mApplication = platform::makeQtApplication("test", mBundle);
   EXPECT_EQ(toolkit().createNibReference(Text::fromUtf8("main"), mNib), noErr);
   mMain = create("PrinterSelectWindow");

@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <filesystem>
 
+#include "Places.h"
 #include "QtWindows.h"
 
 using namespace platform::literals;
@@ -239,7 +240,8 @@ TEST_F(QtQuitting, MenuBarStaysWithQuitAlone) {
 TEST_F(QtQuitting, MissingQuestionLetsThroughAtOnce) {
   QTemporaryDir directory;
   const std::filesystem::path resources = directory.path().toStdString();
-  std::filesystem::copy(RESOURCES_DIR, resources, std::filesystem::copy_options::recursive);
+  std::filesystem::copy(builtFile("share/fwupdate"), resources,
+                        std::filesystem::copy_options::recursive);
   std::filesystem::remove(resources / "main.nib" / "QuitSheet.ui");
   mBundle.setResourcesDirectory(resources);
   ASSERT_EQ(toolkit().createNibReference(platform::Text::fromUtf8("main"), mNib), noErr);
