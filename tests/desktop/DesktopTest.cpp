@@ -77,8 +77,11 @@ void DesktopTest::startProgramAt(const path& executable,
 
 void DesktopTest::startProgramUnseen() {
   launch(installedProgram(), {});
-  EXPECT_TRUE(
-      desktop::waitUntil([&] { return mDesktop.windowSize(kWindowTitle).has_value(); }, kPatience));
+  waitForKeyboard(kWindowTitle);
+}
+
+void DesktopTest::waitForKeyboard(const std::string& title) {
+  EXPECT_TRUE(desktop::waitUntil([&] { return mDesktop.hasKeyboard(title); }, kPatience)) << title;
 }
 
 void DesktopTest::launch(const path& executable, const ChildProcess::Environment& environment) {

@@ -40,7 +40,7 @@ class DesktopTest : public testing::Test {
   void startProgramAt(const std::filesystem::path& executable,
                       const desktop::ChildProcess::Environment& environment = {});
 
-  // Waits only until the X server has its window, which assistive technology may not find.
+  // Waits until its window has the keyboard; assistive technology may not find it.
   void startProgramUnseen();
 
   // What is on the screen. Each waits for it, and fails the test when it does not come.
@@ -50,6 +50,10 @@ class DesktopTest : public testing::Test {
   desktop::Node labelWith(const std::string& text);
   desktop::Node progressBar();
   void waitForActive(const std::string& title);
+
+  // For one that assistive technology does not find.
+  void waitForKeyboard(const std::string& title);
+
   bool waitUntilGone(const std::string& role, const std::string& name);
 
   // At once, whether it is there now.

@@ -100,6 +100,7 @@ class SilentFromTheStart : public SilentDesktop {
     EXPECT_TRUE(waitForLog("Adding printer with ID=1"));
     press("Home");
     press("Return");
+    waitForKeyboard("Confirm the Download");
     std::this_thread::sleep_for(1s);  // the question takes nothing before
     press("alt+d");
     expectBurn();

@@ -261,6 +261,13 @@ std::optional<std::pair<int, int>> VirtualDesktop::windowPlace(std::string_view 
   return std::pair(x, y);
 }
 
+bool VirtualDesktop::hasKeyboard(std::string_view title) const {
+  Window focus = 0;
+  int revert = 0;
+  XGetInputFocus(mDisplay, &focus, &revert);
+  return findWindow(mDisplay, DefaultRootWindow(mDisplay), title) == focus;
+}
+
 bool VirtualDesktop::resizeWindow(std::string_view title, int width, int height) {
   const auto window = findWindow(mDisplay, DefaultRootWindow(mDisplay), title);
   if (!window) return false;

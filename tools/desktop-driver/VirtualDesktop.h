@@ -56,6 +56,9 @@ class VirtualDesktop {
   // The X server dies. Nothing can be seen or done on the desktop after that.
   void killServer();
 
+  // Whether what is typed goes to the window with that title.
+  bool hasKeyboard(std::string_view title) const;
+
   // As when its frame is dragged. False when no window has that title.
   bool resizeWindow(std::string_view title, int width, int height);
 
