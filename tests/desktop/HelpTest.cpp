@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include "DesktopTest.h"
+#include "OnlyStack.h"
+#include "PrivateNetwork.h"
 
 namespace {
 
@@ -37,6 +39,21 @@ class HelpInTheWindow : public DesktopTest {
     const std::string text = field ? field->text() : "";
     press("Escape");
     waitForActive("Printer Firmware Update");
+    return text;
+  }
+
+  // It takes some seconds until it is known that nobody else searches.
+  std::string diagnosticsWhen(const std::string& searcher) {
+    std::string text;
+    EXPECT_TRUE(desktop::waitUntil(
+        [&] {
+          press("alt+h");
+          press("c");
+          text = pasted();
+          return text.find(searcher) != std::string::npos;
+        },
+        40s))
+        << text;
     return text;
   }
 };
@@ -105,6 +122,21 @@ TEST_F(HelpInTheWindow, CopiesWhatSomebodyElseNeedsToKnow) {
                           HasSubstr(" version 200"), HasSubstr("Qt platform xcb")));
   EXPECT_THAT(text, Not(HasSubstr("anna")));
   EXPECT_EQ(timesLogged("Unknown UI command: 0"), 0u);
+}
+
+TEST_F(HelpInTheWindow, TellsSomebodyElseThatNoDaemonSearches) {
+  privatenetwork::stopDaemon();
+  startProgram();
+  EXPECT_THAT(diagnosticsWhen("done by the program itself"),
+              HasSubstr("Avahi daemon:\n  not running\n"));
+}
+
+TEST_F(HelpInTheWindow, TellsSomebodyElseThatNobodySearches) {
+  privatenetwork::stopDaemon();
+  const OnlyStack alone;
+  ASSERT_TRUE(alone.holds());
+  startProgram();
+  EXPECT_THAT(diagnosticsWhen("done by nobody"), HasSubstr("Avahi daemon:\n  not running\n"));
 }
 
 TEST_F(HelpInTheWindow, IsNotOfferedWhileAQuestionIsUp) {

@@ -1,11 +1,10 @@
 // Hosts without a daemon.
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/types.h>
 #include <unistd.h>
 
 #include "Crowd.h"
 #include "DiscoveryTest.h"
+#include "OnlyStack.h"
 #include "platform/avahi/InProcessResponder.h"
 
 namespace {
@@ -29,26 +28,6 @@ class Unprivileged {
  private:
   static constexpr uid_t kNobody = 65534;
   bool mHolds;
-};
-
-// A multicast DNS stack that tolerates no other one on its machine.
-class OnlyStack {
- public:
-  OnlyStack() {
-    sockaddr_in6 everywhere{};
-    everywhere.sin6_family = AF_INET6;
-    everywhere.sin6_port = htons(5353);
-    mHolds = bind(mSocket, reinterpret_cast<const sockaddr*>(&everywhere), sizeof everywhere) == 0;
-  }
-  ~OnlyStack() { close(mSocket); }
-  OnlyStack(const OnlyStack&) = delete;
-  OnlyStack& operator=(const OnlyStack&) = delete;
-
-  bool holds() const { return mHolds; }
-
- private:
-  const int mSocket = socket(AF_INET6, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-  bool mHolds = false;
 };
 
 // What a search is told.

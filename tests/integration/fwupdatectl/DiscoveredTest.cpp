@@ -8,6 +8,7 @@
 #include "JsonSchema.h"
 #include "PeerProcess.h"
 #include "PrivateNetwork.h"
+#include "TemporaryDirectory.h"
 #include "Tool.h"
 #include "ToolProcess.h"
 
@@ -84,6 +85,55 @@ TEST_F(FwupdatectlDiscovered, JsonHasTheVersionsAndTheFirmware) {
   for (const char* each : {"schema", "time", "printer"}) line.erase(each);
   EXPECT_EQ(line.dump(), R"({"event":"printer","version":100,"would_be_updated":true,)"
                          R"("firmware":{"file":"product.brand.bin","version":200}})");
+}
+
+TEST_F(FwupdatectlDiscovered, JsonSaysWhyAVersionIsNotKnown) {
+  std::vector<std::string> silent = announced("Office");
+  silent.insert(silent.end(), {"--fault", "silence@id-request"});
+  VirtualPrinterProcess office(silent);
+  const Outcome outcome = tool("list --wait 5 --versions --timeout 5 --json");
+  EXPECT_EQ(faultsOf(outcome.output), "");
+  auto line = nlohmann::ordered_json::parse(outcome.output);
+  for (const char* each : {"schema", "time", "printer"}) line.erase(each);
+  EXPECT_EQ(line.dump(),
+            R"({"event":"printer","cause":"The printer did not answer within 5 s.",)"
+            R"("next_step":"Wait until it has finished its other work, then try again."})");
+  EXPECT_EQ(outcome.status, 1);
+}
+
+// One that no firmware is for, and one whose firmware does not say its version.
+TEST_F(FwupdatectlDiscovered, SayWhenThereIsNoFirmwareForThem) {
+  const TemporaryDirectory directory;
+  const std::string tree = directory.path().string();
+  ASSERT_EQ(
+      runInShell("cd '" + tree + "' && mkdir -p bin share/fwupdate && cp " + kToolInShell +
+                 " bin && head -c 1000 '" + kDemoFirmware + "' >share/fwupdate/product.brand.bin")
+          .status,
+      0);
+  std::vector<std::string> other = announced("Attic");
+  other.insert(other.end(), {"--lic", "OTHER"});
+  VirtualPrinterProcess attic(other);
+  VirtualPrinterProcess office(announced("Office"));
+  const Outcome outcome =
+      runInShell("'" + tree + "/bin/fwupdatectl' list --wait 5 --versions </dev/null");
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_THAT(
+      linesOf(outcome.output),
+      testing::ElementsAre(testing::EndsWith("\t100\tnone"),
+                           testing::EndsWith("\t100\tnone (product.brand.bin is damaged)")));
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST_F(FwupdatectlDiscovered, AreNoneWhereNobodyAnnouncesOne) {
+  const Outcome outcome = tool("update --all --yes --wait 1");
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.errors, "fwupdatectl: No printer was found.\n");
+  EXPECT_EQ(outcome.status, 3);
+}
+
+TEST_F(FwupdatectlDiscovered, AreFoundByTheDaemon) {
+  EXPECT_EQ(linesOf(tool("check").output).front(),
+            "ok\tSearch for network printers\tDone by the Avahi daemon.\t");
 }
 
 TEST_F(FwupdatectlDiscovered, AreUpdatedByName) {

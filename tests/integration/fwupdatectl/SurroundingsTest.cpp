@@ -6,6 +6,7 @@
 
 #include "Announcement.h"
 #include "JsonSchema.h"
+#include "OnlyStack.h"
 #include "PrivateNetwork.h"
 #include "TemporaryDirectory.h"
 #include "Tool.h"
@@ -63,6 +64,20 @@ TEST_F(FwupdatectlSurroundings, WithoutABusItSearchesByItself) {
   EXPECT_EQ(tool("list --wait 3").output, "Office\tnetwork\t10.91.0.2:9100\n");
   EXPECT_EQ(linesOf(tool("check").output).front(), kSearchedByItself);
   expectUpdateByAddress();
+}
+
+TEST_F(FwupdatectlSurroundings, NobodyCanSearchBesideAStackThatToleratesNone) {
+  const OnlyStack alone;
+  ASSERT_TRUE(alone.holds());
+  const Outcome listed = tool("list --wait 5");
+  EXPECT_EQ(listed.output, "");
+  EXPECT_EQ(listed.errors, kNobodySearched);
+  const Outcome checked = tool("check");
+  EXPECT_EQ(
+      linesOf(checked.output).front(),
+      "problem\tSearch for network printers\tNobody can do it.\tInstall and start the package "
+      "avahi-daemon.");
+  EXPECT_EQ(checked.status, 1);
 }
 
 TEST_F(FwupdatectlSurroundings, DaemonThatIsStoppedIsNoEmptyNetwork) {
