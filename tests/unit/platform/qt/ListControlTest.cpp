@@ -26,9 +26,10 @@ class QtList : public QtWindows {
     settle();
   }
 
-  void sendToList(QEvent::Type type, const QPoint& at, Qt::MouseButtons buttons) {
+  void sendToList(QEvent::Type type, const QPoint& at, Qt::MouseButtons buttons,
+                  Qt::KeyboardModifiers modifiers = {}) {
     QMouseEvent event(type, at, list().viewport()->mapToGlobal(at), Qt::LeftButton, buttons,
-                      Qt::NoModifier);
+                      modifiers);
     QApplication::sendEvent(list().viewport(), &event);
   }
 
@@ -109,6 +110,13 @@ TEST_F(QtList, ClickBesideTheRowsSelectsNone) {
   drag(centreOf(1), belowTheRows());
   EXPECT_EQ(list().selectedItem(), 2u);
   drag(belowTheRows(), belowTheRows());
+  EXPECT_EQ(list().selectedItem(), 0u);
+}
+
+TEST_F(QtList, ClickWithControlTakesTheSelectionAway) {
+  fillList(2);
+  sendToList(QEvent::MouseButtonPress, centreOf(0), Qt::LeftButton, Qt::ControlModifier);
+  sendToList(QEvent::MouseButtonRelease, centreOf(0), Qt::NoButton, Qt::ControlModifier);
   EXPECT_EQ(list().selectedItem(), 0u);
 }
 
